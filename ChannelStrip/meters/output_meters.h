@@ -1,0 +1,47 @@
+// Peak meters on the strip's input and output, and the strip's bypass; once per block.
+
+#pragma once
+
+#include <stdint.h>
+
+#include "../dynamics/dyn_records.h"
+#include "../lanes/raise.h"
+
+namespace channelstrip {
+
+template <int Channels, int Block, bool Bypass>
+void meter_block(const float* const* inputs, float* const* outputs, float* inputPeaks,
+                 float* outputPeaks, float inputGain, int32_t blockOffset) {
+  for (int c = 0; c < Channels; ++c) {
+    const float* const in = inputs[c] + blockOffset;
+    float* const out = outputs[c] + blockOffset;
+    float inputPeak = inputPeaks[c], outputPeak = outputPeaks[c];
+    for (int i = 0; i < Block; ++i) {
+      const float x = in[i];
+      if constexpr (Bypass) out[i] = x;
+      const float y = Bypass ? x : out[i];
+      inputPeak = raise(inputPeak, __builtin_fabsf(x * inputGain));
+      outputPeak = raise(outputPeak, __builtin_fabsf(y));
+    }
+    inputPeaks[c] = inputPeak;
+    outputPeaks[c] = outputPeak;
+  }
+}
+
+// Raises the N input and N output peaks by samples blockOffset to + Block - 1. Bypass is a hard
+// switch: the outputs become the inputs, after all other stages have run and moved their state.
+template <int Channels, int Block>
+void OutputMeters_AlgorithmProcessFunction(const float* const* inputs, float* const* outputs,
+                                           float* inputPeaks, float* outputPeaks,
+                                           const Dyn_SCoefsBlock* coefs, int32_t blockOffset) {
+  const float inputGain = coefs->inputMeterGain;
+  if (coefs->bypass > 0) {
+    meter_block<Channels, Block, true>(inputs, outputs, inputPeaks, outputPeaks, inputGain,
+                                       blockOffset);
+  } else {
+    meter_block<Channels, Block, false>(inputs, outputs, inputPeaks, outputPeaks, inputGain,
+                                        blockOffset);
+  }
+}
+
+}  // namespace channelstrip
