@@ -1,0 +1,77 @@
+#include "dynamics.h"
+
+#include <cmath>
+
+#include "require.h"
+
+namespace channelstrip::host {
+namespace {
+
+// Below this width single precision makes a soft knee worse than a hard one. The terms a L^2, b L
+// and c cancel; with s the slope and k the width they are about M = |s| L^2 / (2 k), b L twice
+// that. Rounding the coefficients moves the sum by up to 4 u M and (a L + b) L + c, fused or not,
+// by up to 3 u M more, u = 2^-24; a hard knee is |s| k / 8 from the soft one at most. The two are
+// equal at k = |L| sqrt(28 u): 0.1 dB at -77 dB.
+constexpr double kNarrowestKnee = 0.1;
+
+// `side` is 1 when the line lies above the knee, -1 when below.
+Curve curve(double slope, double threshold, double knee, int side) {
+  require_decibels("threshold", threshold);
+  require(knee == 0 || (knee >= kNarrowestKnee && knee <= 200), "knee", knee, "dB",
+          fmt::format("0 or {} to 200 dB", kNarrowestKnee));
+
+  Curve result{.slope = slope,
+               .threshold = threshold,
+               .knee_low = threshold - knee / 2,
+               .knee_high = threshold + knee / 2};
+  if (knee > 0) {
+    // a (L - edge)^2, multiplied out: 0 dB and level at the edge away from the line.
+    const double edge = side > 0 ? result.knee_low : result.knee_high;
+    result.a = side * slope / (2 * knee);
+    result.b = -2 * result.a * edge;
+    result.c = result.a * edge * edge;
+  }
+  return result;
+}
+
+double to_samples(double milliseconds, double sample_rate) {
+  return milliseconds / 1000 * sample_rate;
+}
+
+}  // namespace
+
+Curve compressor_curve(const CompressorSettings& settings) {
+  require(settings.ratio >= 1, "ratio", settings.ratio, "", "1 or more");
+  return curve(1 / settings.ratio - 1, settings.threshold, settings.knee, 1);
+}
+
+Curve expander_curve(const ExpanderSettings& settings) {
+  require_within(1, 100, "ratio", settings.ratio, "");
+  return curve(settings.ratio - 1, settings.threshold, settings.knee, -1);
+}
+
+double one_pole_weight(double milliseconds, double sample_rate, int samples) {
+  if (milliseconds == 0) return 1;
+  return -std::expm1(-samples / to_samples(milliseconds, sample_rate));
+}
+
+double decay_factor(double milliseconds, double sample_rate) {
+  if (milliseconds == 0) return 0;
+  return std::exp(-1 / to_samples(milliseconds, sample_rate));
+}
+
+Section averaging_section(double milliseconds, double sample_rate) {
+  const auto decay = static_cast<float>(decay_factor(milliseconds, sample_rate));
+  const auto feedback = static_cast<double>(decay);
+  return {.b0 = 1 - feedback, .a1 = feedback};
+}
+
+double db_to_linear(double db) {
+  return std::pow(10, db / 20);
+}
+
+double linear_to_db(double linear) {
+  return 20 * std::log10(linear);
+}
+
+}  // namespace channelstrip::host

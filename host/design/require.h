@@ -1,0 +1,35 @@
+// The refusal of a setting, in the words every design function uses.
+
+#pragma once
+
+#include <fmt/format.h>
+
+#include <stdexcept>
+#include <string_view>
+
+namespace channelstrip::host {
+
+// Throws std::invalid_argument "<setting> <value> <unit> is not <rule>" unless `holds`. Written as
+// what must be true, a condition refuses NaN by itself.
+inline void require(bool holds, std::string_view setting, double value, std::string_view unit,
+                    std::string_view rule) {
+  if (holds) return;
+  throw std::invalid_argument(
+      fmt::format("{} {}{}{} is not {}", setting, value, unit.empty() ? "" : " ", unit, rule));
+}
+
+inline void require_within(double low, double high, std::string_view setting, double value,
+                           std::string_view unit) {
+  require(low <= value && value <= high, setting, value, unit,
+          fmt::format("{} to {}{}{}", low, high, unit.empty() ? "" : " ", unit));
+}
+
+inline void require_decibels(std::string_view setting, double value) {
+  require_within(-200, 200, setting, value, "dB");
+}
+
+inline void require_time(std::string_view setting, double milliseconds) {
+  require_within(0, 10000, setting, milliseconds, "ms");
+}
+
+}  // namespace channelstrip::host

@@ -1,0 +1,25 @@
+// A whole strip's coefficient records from its settings.
+
+#pragma once
+
+#include <ChannelStrip/dynamics/dyn_records.h>
+#include <ChannelStrip/eq/eq_records.h>
+
+#include "channel_layout.h"
+#include "settings.h"
+
+namespace channelstrip::host {
+
+struct StripCoefficients {
+  EQ_SCoefs eq;
+  Dyn_SCoefsBlock dynamics;
+  float dezip_rate;  // weight per quad of four samples
+};
+
+// A pure function of its arguments. What is not set is neutral: bands pass, terms stay at 0 dB.
+// The link map is settings.link's entry for the layout's format, or the default map. Throws
+// std::invalid_argument, naming the setting, for what no strip can do.
+StripCoefficients design_strip(const StripSettings& settings, double sample_rate,
+                               const ChannelLayout& layout);
+
+}  // namespace channelstrip::host

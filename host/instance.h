@@ -1,0 +1,52 @@
+// One strip: owns every record behind an instance context.
+
+#pragma once
+
+#include <ChannelStrip/frame/context.h>
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "design/strip_coefficients.h"
+
+namespace channelstrip::host {
+
+class Instance {
+ public:
+  // Starts without a glide and without a gain jump: the coefficients in use stand at their targets,
+  // memory and meters at 0, both gain terms at 0 dB and the gate open.
+  Instance(const StemFormat& format, const StripCoefficients& coefficients);
+
+  // The context points into this object.
+  Instance(const Instance&) = delete;
+  Instance& operator=(const Instance&) = delete;
+
+  // New targets, between calls; the library glides towards them.
+  void set_coefficients(const StripCoefficients& coefficients);
+
+  // Points the context at N input and N output buffers of `samples` samples, rounded up to whole
+  // blocks of 16. The pointers must stay valid until the call is done.
+  const SChannelStrip_Alg_Context* prepare(const float* const* inputs, float* const* outputs,
+                                           int samples);
+
+  std::span<const float> input_peaks() const;   // N, linear
+  std::span<const float> output_peaks() const;  // N, linear
+  std::span<const float> dynamics_readouts()
+      const;  // the four slots, then the gain of each channel
+  void reset_dynamics_readouts();
+
+ private:
+  std::size_t channels_;
+  std::int32_t key_input_index_ = 0;
+  std::int32_t sample_count_ = 0;
+  StripCoefficients coefficients_;
+  EQ_SDezipCoefs eq_dezip_;
+  std::vector<EQ_SState> eq_state_;
+  std::vector<Dyn_SState> dyn_state_;
+  std::vector<float> meters_;
+  float* meter_pointer_;
+  SChannelStrip_Alg_Context context_;
+};
+
+}  // namespace channelstrip::host

@@ -1,0 +1,36 @@
+#include "interrupt.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <initializer_list>
+
+namespace channelstrip::host {
+namespace {
+
+volatile std::sig_atomic_t caught = 0;
+
+}  // namespace
+
+void catch_interrupts() {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    struct sigaction action = {};
+    sigaction(signal, nullptr, &action);
+    if (action.sa_handler == SIG_IGN) continue;
+    action = {};
+    action.sa_handler = [](int number) { caught = number; };
+    action.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
+    sigaction(signal, &action, nullptr);
+  }
+}
+
+int interrupted() {
+  return caught;
+}
+
+void end_by_signal(int signal) {
+  std::signal(signal, SIG_DFL);
+  std::raise(signal);
+  std::_Exit(128 + signal);
+}
+
+}  // namespace channelstrip::host

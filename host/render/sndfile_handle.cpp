@@ -1,0 +1,14 @@
+#include "sndfile_handle.h"
+
+#include <fmt/format.h>
+
+#include <stdexcept>
+
+namespace channelstrip::host {
+
+void fail_on(const std::string& path, std::string_view what) {
+  const std::string_view plain = what.substr(0, what.find_last_not_of(".\n") + 1);
+  throw std::runtime_error(fmt::format("{}: {}", path, plain));
+}
+
+}  // namespace channelstrip::host

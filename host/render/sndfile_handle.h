@@ -1,0 +1,21 @@
+// libsndfile's handle and messages.
+
+#pragma once
+
+#include <sndfile.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace channelstrip::host {
+
+struct CloseSndfile {
+  void operator()(SNDFILE* file) const { sf_close(file); }
+};
+using Sndfile = std::unique_ptr<SNDFILE, CloseSndfile>;
+
+// Throws std::runtime_error "<path>: <what>", without the full stop of libsndfile's sentences.
+[[noreturn]] void fail_on(const std::string& path, std::string_view what);
+
+}  // namespace channelstrip::host

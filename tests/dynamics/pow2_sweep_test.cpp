@@ -1,0 +1,145 @@
+// The power over every float of its range, against its rule in real arithmetic: floor and powers
+// of two where the library cuts bits.
+
+#include <ChannelStrip/dynamics/fast_log.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <map>
+
+namespace channelstrip::test {
+namespace {
+
+// The ends of the range of normal results.
+constexpr float kLowestDb = -758.5956f;
+const float kHighestDb = std::nextafter(770.6368f, 0.0f);
+
+// The float just below 128 rounds up to it when it is scaled.
+const float kHighestOctave = std::nextafter(std::nextafter(128.0f, 0.0f), 0.0f);
+
+float scaled_octaves(float y) {
+  return std::fma(y, 0x1p23f, 127 * 0x1p23f);
+}
+float scaled_db(float db) {
+  return std::fma(db, std::bit_cast<float>(0x49AA152D), 127 * 0x1p23f);
+}
+
+// 2^(scaled / 2^23 - 127) from the tables.
+float power_by_the_rule(float scaled) {
+  const double n = std::floor(static_cast<double>(scaled));
+  const double octave = std::floor(n / 0x1p23);
+  const double fraction = n - octave * 0x1p23;
+  const double high = std::floor(fraction / 0x1p14);
+  const double low = std::floor((fraction - high * 0x1p14) / 0x1p5);
+  return std::ldexp(gmPowTableH[static_cast<int>(high)] * gmPowTableL[static_cast<int>(low)],
+                    static_cast<int>(octave) - 127);
+}
+
+// Floats as integers in the same order; -0 is left out.
+int64_t rank(float x) {
+  const int64_t magnitude = std::bit_cast<uint32_t>(std::abs(x));
+  return x < 0 ? -magnitude : magnitude;
+}
+
+float of_rank(int64_t rank) {
+  return std::copysign(std::bit_cast<float>(static_cast<uint32_t>(std::abs(rank))),
+                       rank < 0 ? -1.0f : 1.0f);
+}
+
+struct Faults {
+  uint64_t wrong = 0;     // not the power that the rule gives
+  uint64_t falls = 0;     // below the result of the float before
+  uint64_t abnormal = 0;  // not a positive normal number
+};
+
+// Every float from `lowest` to `highest`.
+template <float Convert(float), float Scale(float)>
+Faults count_faults(float lowest, float highest) {
+  Faults faults;
+  float last_scaled = 0, expected = 0, previous = 0;
+  for (int64_t r = rank(lowest); r <= rank(highest); ++r) {
+    const float x = of_rank(r);
+    // Neighbours mostly share their scaled value, whose power then is known.
+    if (const float scaled = Scale(x); scaled != last_scaled) {
+      expected = power_by_the_rule(scaled);
+      last_scaled = scaled;
+    }
+    const float result = Convert(x);
+    faults.wrong += std::bit_cast<uint32_t>(result) != std::bit_cast<uint32_t>(expected);
+    faults.falls += result < previous;
+    faults.abnormal += !(std::isnormal(result) && result > 0);
+    previous = result;
+  }
+  return faults;
+}
+
+void expect_none(const Faults& faults) {
+  EXPECT_EQ(faults.wrong, 0u);
+  EXPECT_EQ(faults.falls, 0u);
+  EXPECT_EQ(faults.abnormal, 0u);
+}
+
+TEST(FastPow2Sweep, FollowsItsRuleAndNeverFallsUpToOne) {
+  expect_none(count_faults<FastPow2, scaled_octaves>(-126, 0));
+}
+
+TEST(FastPow2Sweep, FollowsItsRuleAndNeverFallsFromOne) {
+  expect_none(count_faults<FastPow2, scaled_octaves>(0, kHighestOctave));
+}
+
+TEST(DbToGainSweep, FollowsItsRuleAndNeverFallsUpToZeroDecibels) {
+  expect_none(count_faults<DbToGain, scaled_db>(kLowestDb, 0));
+}
+
+TEST(DbToGainSweep, FollowsItsRuleAndNeverFallsFromZeroDecibels) {
+  expect_none(count_faults<DbToGain, scaled_db>(0, kHighestDb));
+}
+
+// The last rank from `first` to `end` with the same gain as `first`.
+int64_t end_of_step(int64_t first, int64_t end) {
+  const float gain = DbToGain(of_rank(first));
+  int64_t stride = 1;
+  while (first + stride <= end && DbToGain(of_rank(first + stride)) == gain) stride *= 2;
+  for (int64_t last = first;; stride /= 2) {
+    if (stride == 0) return last;
+    if (last + stride <= end && DbToGain(of_rank(last + stride)) == gain) last += stride;
+  }
+}
+
+// Calls check(first, last) for every run of floats of one gain.
+template <typename Check>
+void for_every_step(float lowest, float highest, Check check) {
+  const int64_t end = rank(highest);
+  for (int64_t first = rank(lowest); first <= end;) {
+    const int64_t last = end_of_step(first, end);
+    check(of_rank(first), of_rank(last));
+    first = last + 1;
+  }
+}
+
+// Along a step the gain rests while the true one rises, so the ends of steps are the worst places.
+TEST(DbToGainSweep, IsAccurateFromMinus140To40Decibels) {
+  double worst = 0;
+  const auto error = [](float db) {
+    return std::abs(static_cast<double>(DbToGain(db)) / std::pow(10, static_cast<double>(db) / 20) -
+                    1);
+  };
+  for_every_step(-140, 40, [&](float first, float last) {
+    worst = std::max({worst, error(first), error(last)});
+  });
+  EXPECT_LE(worst, 7e-6);
+}
+
+// The scaled value is a single near 2^30: its lowest six bits are zero up to 2^30, seven above.
+TEST(DbToGainSweep, IsAStaircaseTwiceAsCoarseFrom2Up) {
+  std::map<int, int> steps;  // by octave
+  for_every_step(-380, 60, [&](float first, float) { ++steps[std::ilogb(DbToGain(first))]; });
+  for (int octave = -63; octave < 1; ++octave) EXPECT_EQ(steps[octave], 1 << 17) << octave;
+  for (int octave = 1; octave < 9; ++octave) EXPECT_EQ(steps[octave], 1 << 16) << octave;
+}
+
+}  // namespace
+}  // namespace channelstrip::test

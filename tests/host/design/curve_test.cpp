@@ -1,0 +1,160 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "host/design/dynamics.h"
+#include "refusal.h"
+
+namespace channelstrip::test {
+namespace {
+
+using namespace host;
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+double line(const Curve& curve, double level) {
+  return (level - curve.threshold) * curve.slope;
+}
+double knee(const Curve& c, double level) {
+  return (c.a * level + c.b) * level + c.c;
+}
+double knee_slope(const Curve& c, double level) {
+  return 2 * c.a * level + c.b;
+}
+
+// Coefficients reach some 1e4 and cancel in double precision.
+constexpr double kRounding = 1e-10;
+
+TEST(CompressorCurve, SlopeFollowsFromTheRatio) {
+  EXPECT_EQ(compressor_curve({.ratio = 4}).slope, -0.75);
+  EXPECT_EQ(compressor_curve({.ratio = 1}).slope, 0);
+}
+
+TEST(CompressorCurve, InfiniteRatioHoldsTheThreshold) {
+  const Curve curve = compressor_curve({.threshold = -12, .ratio = kInfinity});
+  EXPECT_EQ(curve.slope, -1);
+  EXPECT_EQ(0 + line(curve, 0), -12);
+}
+
+TEST(CompressorCurve, KneeIsCentredOnTheThreshold) {
+  const Curve curve = compressor_curve({.threshold = -20, .knee = 6});
+  EXPECT_EQ(curve.threshold, -20);
+  EXPECT_EQ(curve.knee_low, -23);
+  EXPECT_EQ(curve.knee_high, -17);
+}
+
+TEST(CompressorCurve, KneeMeetsZeroBelowAndTheLineAboveInValueAndSlope) {
+  for (const double threshold : {-60.0, -20.0, 3.0}) {
+    for (const double ratio : {1.5, 4.0, kInfinity}) {
+      for (const double width : {0.1, 6.0, 40.0}) {
+        const Curve curve = compressor_curve({threshold, ratio, width});
+        EXPECT_NEAR(knee(curve, curve.knee_low), 0, kRounding);
+        EXPECT_NEAR(knee_slope(curve, curve.knee_low), 0, kRounding);
+        EXPECT_NEAR(knee(curve, curve.knee_high), line(curve, curve.knee_high), kRounding);
+        EXPECT_NEAR(knee_slope(curve, curve.knee_high), curve.slope, kRounding);
+        EXPECT_NEAR(knee(curve, threshold), curve.slope * width / 8, kRounding);
+      }
+    }
+  }
+}
+
+TEST(ExpanderCurve, SlopeFollowsFromTheRatio) {
+  EXPECT_EQ(expander_curve({.ratio = 3}).slope, 2);
+  EXPECT_EQ(expander_curve({.ratio = 1}).slope, 0);
+}
+
+TEST(ExpanderCurve, KneeMeetsTheLineBelowAndZeroAboveInValueAndSlope) {
+  for (const double threshold : {-80.0, -40.0, 0.0}) {
+    for (const double ratio : {1.5, 4.0, 20.0}) {
+      for (const double width : {0.1, 6.0, 40.0}) {
+        const Curve curve = expander_curve({threshold, ratio, width});
+        EXPECT_NEAR(knee(curve, curve.knee_low), line(curve, curve.knee_low), 20 * kRounding);
+        EXPECT_NEAR(knee_slope(curve, curve.knee_low), curve.slope, 20 * kRounding);
+        EXPECT_NEAR(knee(curve, curve.knee_high), 0, 20 * kRounding);
+        EXPECT_NEAR(knee_slope(curve, curve.knee_high), 0, 20 * kRounding);
+        EXPECT_NEAR(knee(curve, threshold), -curve.slope * width / 8, 20 * kRounding);
+      }
+    }
+  }
+}
+
+TEST(Knee, HardKneeHasNoWidthAndNoPolynomial) {
+  const CompressorSettings compressor{.threshold = -20, .ratio = 4, .knee = 0};
+  const ExpanderSettings expander{.threshold = -20, .ratio = 4, .knee = 0};
+  for (const Curve& curve : {compressor_curve(compressor), expander_curve(expander)}) {
+    EXPECT_EQ(curve.knee_low, -20);
+    EXPECT_EQ(curve.knee_high, -20);
+    EXPECT_EQ(curve.a, 0);
+    EXPECT_EQ(curve.b, 0);
+    EXPECT_EQ(curve.c, 0);
+  }
+}
+
+// Greatest distance between the polynomial in floats and the exact one over the knee.
+double error_in_floats(const Curve& curve) {
+  const auto a = static_cast<float>(curve.a);
+  const auto b = static_cast<float>(curve.b);
+  const auto c = static_cast<float>(curve.c);
+  double greatest = 0;
+  for (int step = 0; step <= 1000; ++step) {
+    const double position = step / 1000.0;
+    const auto level =
+        static_cast<float>(curve.knee_low + (curve.knee_high - curve.knee_low) * position);
+    const double exact = knee(curve, static_cast<double>(level));
+    for (const float term :
+         {(a * level + b) * level + c, std::fma(std::fma(a, level, b), level, c)}) {
+      greatest = std::max(greatest, std::abs(static_cast<double>(term) - exact));
+    }
+  }
+  return greatest;
+}
+
+// With M = |a| L^2 the roundings of a, b and c move the sum by at most u M, 2 u M and u M, those of
+// a L, of a L + b and of its product by L by u M each; the last sum is small.
+TEST(Knee, SinglePrecisionStaysWithinSevenRoundingsOfItsTerms) {
+  for (const double threshold : {-100.0, -50.0, -20.0, -3.0}) {
+    for (const double width : {0.1, 0.5, 6.0, 20.0}) {
+      for (const Curve& curve :
+           {compressor_curve({threshold, 4, width}), expander_curve({threshold, 3, width})}) {
+        const double level = std::max(std::abs(curve.knee_low), std::abs(curve.knee_high));
+        const double term = std::abs(curve.a) * level * level;
+        const double last_sum = std::abs(curve.slope) * width;
+        EXPECT_LE(error_in_floats(curve), 0x1p-24 * (7 * term + last_sum))
+            << threshold << " dB, knee " << width << " dB";
+      }
+    }
+  }
+}
+
+TEST(Knee, NarrowestKneeIsNoWorseThanAHardOneDownTo77Decibels) {
+  for (const double threshold : {-76.9, -60.0, -20.0}) {
+    const Curve curve = compressor_curve({threshold, kInfinity, 0.1});
+    EXPECT_LT(error_in_floats(curve), std::abs(curve.slope) * 0.1 / 8) << threshold << " dB";
+  }
+}
+
+TEST(CompressorCurve, RefusesWhatIsNoCurve) {
+  const auto refused = [](const CompressorSettings& settings) {
+    return refusal([&] { compressor_curve(settings); });
+  };
+  EXPECT_EQ(refused({.ratio = 0.5}), "ratio 0.5 is not 1 or more");
+  EXPECT_EQ(refused({.ratio = std::nan("")}), "ratio nan is not 1 or more");
+  EXPECT_EQ(refused({.knee = 0.05}), "knee 0.05 dB is not 0 or 0.1 to 200 dB");
+  EXPECT_EQ(refused({.knee = -1}), "knee -1 dB is not 0 or 0.1 to 200 dB");
+  EXPECT_EQ(refused({.threshold = kInfinity}), "threshold inf dB is not -200 to 200 dB");
+}
+
+TEST(ExpanderCurve, RefusesWhatIsNoCurve) {
+  const auto refused = [](double threshold, double ratio, double width) {
+    return refusal([&] { expander_curve({threshold, ratio, width}); });
+  };
+  EXPECT_EQ(refused(-50, 0.9, 6), "ratio 0.9 is not 1 to 100");
+  EXPECT_EQ(refused(-50, kInfinity, 6), "ratio inf is not 1 to 100");
+  EXPECT_EQ(refused(-50, 2, 0.09), "knee 0.09 dB is not 0 or 0.1 to 200 dB");
+  EXPECT_EQ(refused(-201, 2, 6), "threshold -201 dB is not -200 to 200 dB");
+}
+
+}  // namespace
+}  // namespace channelstrip::test

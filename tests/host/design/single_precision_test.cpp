@@ -1,0 +1,108 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "host/design/dynamics.h"
+#include "host/design/section.h"
+
+namespace channelstrip::test {
+namespace {
+
+using namespace host;
+
+// Half the distance from a float's magnitude to the next: the most a rounding to it moved.
+double half_step(double value) {
+  const auto magnitude = static_cast<float>(std::abs(value));
+  const float next = std::nextafter(magnitude, std::numeric_limits<float>::infinity());
+  return static_cast<double>(next - magnitude) / 2;
+}
+
+double numerator_at_0_hz(const Section& s) {
+  return s.b0 + s.b1 + s.b2;
+}
+double denominator_at_0_hz(const Section& s) {
+  return 1 - s.a1 - s.a2;
+}
+
+template <typename Check>
+void for_low_bands(BandType type, Check check) {
+  for (const double frequency : {20.0, 33.0, 80.0, 250.0, 1000.0}) {
+    for (const double q : {0.5, 0.7071, 3.0}) {
+      for (const double gain : {-12.0, -1.5, 3.0, 12.0}) {
+        SCOPED_TRACE(testing::Message() << frequency << " Hz, q " << q << ", " << gain << " dB");
+        check(design_band({type, frequency, q, gain}, 96000));
+      }
+    }
+  }
+}
+
+TEST(SinglePrecision, EveryCoefficientIsAFloatNextToItsOwn) {
+  for_low_bands(BandType::kLowShelf, [](const Section& exact) {
+    const Section rounded = in_single_precision(exact);
+    const double gain = numerator_at_0_hz(exact) / denominator_at_0_hz(exact);
+    const double a1_step = half_step(rounded.a1);
+    const double a2_step = half_step(rounded.a2);
+    const double b_steps = half_step(rounded.b0) + half_step(rounded.b1) + half_step(rounded.b2);
+    EXPECT_LE(std::abs(rounded.a1 - exact.a1), a1_step);
+    EXPECT_LE(std::abs(rounded.b0 - exact.b0), half_step(rounded.b0));
+    EXPECT_LE(std::abs(rounded.b1 - exact.b1), half_step(rounded.b1));
+    // The last of each sum also makes up for the others, b2 for the denominator besides.
+    EXPECT_LE(std::abs(rounded.a2 - exact.a2), a1_step + a2_step);
+    EXPECT_LE(std::abs(rounded.b2 - exact.b2), b_steps + gain * a2_step);
+    for (const double value : {rounded.b0, rounded.b1, rounded.b2, rounded.a1, rounded.a2}) {
+      EXPECT_EQ(value, static_cast<double>(static_cast<float>(value)));
+    }
+  });
+}
+
+// w^2 of the band is the denominator at 0 Hz; rounded one by one, a1 alone would move it by twice
+// as much.
+TEST(SinglePrecision, OnlyTheLastRoundingMovesTheDenominatorAtZeroHertz) {
+  for (const BandType type : {BandType::kPeak, BandType::kLowShelf, BandType::kHighPass}) {
+    for_low_bands(type, [](const Section& exact) {
+      const Section rounded = in_single_precision(exact);
+      EXPECT_LE(std::abs(denominator_at_0_hz(rounded) - denominator_at_0_hz(exact)),
+                half_step(rounded.a2));
+    });
+  }
+}
+
+TEST(SinglePrecision, OnlyTheLastRoundingMovesAShelfsGainAtZeroHertz) {
+  for_low_bands(BandType::kLowShelf, [](const Section& exact) {
+    const Section rounded = in_single_precision(exact);
+    const double gain = numerator_at_0_hz(exact) / denominator_at_0_hz(exact);
+    EXPECT_LE(std::abs(numerator_at_0_hz(rounded) - gain * denominator_at_0_hz(rounded)),
+              half_step(rounded.b2) * (1 + 1e-6));
+  });
+}
+
+// b1 = -a1, and b2 has steps as fine as those of 1 - a2 - b0.
+TEST(SinglePrecision, LowPeakLeavesZeroHertzExactlyAsItIs) {
+  for_low_bands(BandType::kPeak, [](const Section& exact) {
+    const Section rounded = in_single_precision(exact);
+    EXPECT_EQ(numerator_at_0_hz(rounded), denominator_at_0_hz(rounded));
+  });
+}
+
+TEST(SinglePrecision, HighPassStopsZeroHertzExactly) {
+  for_low_bands(BandType::kHighPass, [](const Section& exact) {
+    EXPECT_EQ(numerator_at_0_hz(in_single_precision(exact)), 0);
+  });
+}
+
+TEST(SinglePrecision, FloatsStayAsTheyAre) {
+  for (const Section& section :
+       {Section{}, averaging_section(20, 48000),
+        Section{.b0 = 0.25, .b1 = -0.5, .b2 = 1.5, .a1 = 1.25, .a2 = -0.75}}) {
+    const Section rounded = in_single_precision(section);
+    EXPECT_EQ(rounded.b0, section.b0);
+    EXPECT_EQ(rounded.b1, section.b1);
+    EXPECT_EQ(rounded.b2, section.b2);
+    EXPECT_EQ(rounded.a1, section.a1);
+    EXPECT_EQ(rounded.a2, section.a2);
+  }
+}
+
+}  // namespace
+}  // namespace channelstrip::test

@@ -1,0 +1,72 @@
+#include "child.h"
+
+#include <linux/capability.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <stdexcept>
+#include <utility>
+
+namespace channelstrip::test {
+
+Child::Child(const std::vector<std::string>& arguments,
+             std::optional<unsigned long> file_size_limit) {
+  std::vector<char*> argv{const_cast<char*>(CHANNELSTRIP_PROGRAM)};
+  for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
+  argv.push_back(nullptr);
+
+  int ends[2];
+  if (pipe(ends) != 0) throw std::runtime_error("no pipe");
+  process_ = fork();
+  if (process_ == 0) {
+    dup2(ends[1], STDERR_FILENO);
+    close(ends[0]);
+    close(ends[1]);
+    prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE);
+    if (file_size_limit) {
+      const rlimit limit{*file_size_limit, *file_size_limit};
+      setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    execv(argv[0], argv.data());
+    _exit(127);
+  }
+  close(ends[1]);
+  errors_ = ends[0];
+  if (process_ < 0) throw std::runtime_error("no child process");
+}
+
+Child::~Child() {
+  if (process_ > 0) {
+    kill(process_, SIGKILL);
+    waitpid(process_, nullptr, 0);
+  }
+  close(errors_);
+}
+
+bool Child::runs() const {
+  siginfo_t info = {};
+  return waitid(P_PID, static_cast<id_t>(process_), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+         info.si_pid == 0;
+}
+
+void Child::send(int signal) const {
+  kill(process_, signal);
+}
+
+ChildResult Child::result() {
+  ChildResult result;
+  char buffer[4096];
+  for (ssize_t got; (got = read(errors_, buffer, sizeof buffer)) > 0;) {
+    result.output.append(buffer, static_cast<std::size_t>(got));
+  }
+  int status = 0;
+  waitpid(std::exchange(process_, -1), &status, 0);
+  if (WIFEXITED(status)) result.exit_status = WEXITSTATUS(status);
+  if (WIFSIGNALED(status)) result.signal = WTERMSIG(status);
+  return result;
+}
+
+}  // namespace channelstrip::test

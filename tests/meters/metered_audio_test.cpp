@@ -1,0 +1,59 @@
+// Which audio the meters measure: the host's inputs and the final outputs, block by block.
+
+#include <tests/support/busy_strip.h>
+#include <tests/support/every_format.h>
+
+#include <cmath>
+
+namespace channelstrip::test {
+namespace {
+
+class MeteredAudio : public EveryFormat {};
+INSTANTIATE_TEST_SUITE_P(EveryFormat, MeteredAudio, every_format(), format_name);
+
+TEST_P(MeteredAudio, OutputPeakIsThatOfTheFinalOutputs) {
+  BusyStrip strip(format(), 64);
+  strip.process();
+  for (size_t c = 0; c < channels(); ++c) {
+    float peak = 0;
+    for (const float sample : strip.out[c]) peak = std::max(peak, std::abs(sample));
+    EXPECT_EQ(strip.output_peak(static_cast<int>(c)), peak) << c;
+  }
+}
+
+TEST_P(MeteredAudio, InputPeakIsThatOfTheRawInputs) {
+  BusyStrip strip(format(), 64);
+  strip.process();
+  for (size_t c = 0; c < channels(); ++c) {
+    float peak = 0;
+    for (const float sample : strip.in[c]) peak = std::max(peak, std::abs(sample * 0.7f));
+    EXPECT_EQ(strip.input_peak(static_cast<int>(c)), peak) << c;
+  }
+}
+
+// The outputs stand one quad before the inputs, so all but the last quad's inputs have been
+// overwritten by the next quad's outputs when the block is done.
+TEST_P(MeteredAudio, RunAfterAllQuadsOfABlock) {
+  Strip strip(format());
+  strip.pass_exactly();
+  strip.set_band(0, {0.5f, 0, 0, 0, 0});
+  strip.jump_to_targets();
+  strip.eq.endBand[0] = 1;
+  for (auto& channel : strip.in) channel.insert(channel.begin(), 4, 0.0f), channel[4] = 1;
+  process_on(strip, pointers(strip.in, 4), pointers(strip.in, 0));
+  for (int c = 0; c < strip.channels; ++c) {
+    EXPECT_EQ(strip.input_peak(c), 0) << c;
+    EXPECT_EQ(strip.output_peak(c), 0.5f) << c;
+  }
+}
+
+// In place, the inputs are the outputs by then.
+TEST_P(MeteredAudio, InPlaceBothMeasureTheProcessedAudio) {
+  BusyStrip strip(format());
+  strip.dyn.inputMeterGain = 1;
+  process_on(strip, pointers(strip.in), pointers(strip.in));
+  for (int c = 0; c < strip.channels; ++c) EXPECT_EQ(strip.input_peak(c), strip.output_peak(c));
+}
+
+}  // namespace
+}  // namespace channelstrip::test

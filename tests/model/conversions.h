@@ -1,0 +1,80 @@
+// Level to decibels and decibels to gain.
+//
+// In float the table conversions to the bit, written as arithmetic on significand and exponent. In
+// double the functions that they estimate, so that their error can be measured.
+
+#pragma once
+
+#include <bit>
+#include <cfloat>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+
+#include "tables.h"
+
+namespace channelstrip::model {
+
+// One unit in the last place above the single nearest 20 log10(2).
+inline constexpr float kDecibelsPerOctave = 0x1.815184p+2F;
+inline constexpr float kFloorDecibels = -140.0F;
+
+// Not for NaN. The sign is ignored, as the rule ignores its bit.
+inline float fast_log2(float x) {
+  const float magnitude = std::fabs(x);
+  if (std::isinf(magnitude)) return 128.0F;
+
+  // A denormal is read as if its significand had the leading one that it lacks.
+  int exponent = -126;
+  const float significand = magnitude < FLT_MIN ? 1.0F + std::ldexp(magnitude, 126)
+                                                : 2.0F * std::frexp(magnitude, &exponent);
+  --exponent;  // of a significand from 1 to 2; frexp's is half of that
+
+  const float position = (significand - 1.0F) * 512.0F;  // exact
+  const float whole = std::floor(position);
+  const auto index = static_cast<std::size_t>(whole);
+  const float here = kTables.log2[index];
+  const float next = kTables.log2[index + 1];
+  return std::fma(next - here, position - whole, here + static_cast<float>(exponent));
+}
+
+inline float level_to_db(float level) {
+  return level > 0.0F ? fast_log2(level) * kDecibelsPerOctave : kFloorDecibels;
+}
+
+inline double level_to_db(double level) {
+  return level > 0.0 ? 20.0 * std::log10(level) : static_cast<double>(kFloorDecibels);
+}
+
+// Towards zero; beyond either limit, the limit. A NaN gives the upper one.
+inline int32_t saturating_int(float v) {
+  if (v < -0x1p31F) return std::numeric_limits<int32_t>::min();
+  if (v < 0x1p31F) return static_cast<int32_t>(v);
+  return std::numeric_limits<int32_t>::max();
+}
+
+// v is (y + 127) 2^23 for the power 2^y.
+inline float fast_pow2_scaled(float v) {
+  const auto n = static_cast<uint32_t>(saturating_int(v));
+  const uint32_t sign_and_exponent = n / (1U << 23);
+  const uint32_t fraction = n % (1U << 23);
+  const float power =
+      kTables.pow2_high[fraction / 16384] * kTables.pow2_low[fraction / 32 % 512];  // 1 to 2
+  const auto mantissa = static_cast<uint32_t>((power - 1.0F) * 0x1p23F);            // exact
+  return std::bit_cast<float>(sign_and_exponent * (1U << 23) + mantissa);
+}
+
+inline float fast_pow2(float y) {
+  return fast_pow2_scaled(std::fma(y, 0x1p23F, 0x1.fcp29F));
+}
+
+inline float db_to_gain(float db) {
+  return fast_pow2_scaled(std::fma(db, 1393317.625F, 1065353216.0F));
+}
+
+inline double db_to_gain(double db) {
+  return std::pow(10.0, db / 20.0);
+}
+
+}  // namespace channelstrip::model
