@@ -1,0 +1,26 @@
+# The library, its public headers, a CMake package and a pkg-config file. Both find the tree where
+# it stands, so that it may be moved.
+include(CMakePackageConfigHelpers)
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ChannelStrip)
+set(header_dir ${CMAKE_INSTALL_INCLUDEDIR}/ChannelStrip)
+
+install(TARGETS ChannelStrip EXPORT ChannelStripTargets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(FILES frame/context.h frame/entry_points.h DESTINATION ${header_dir}/frame)
+install(FILES eq/eq_records.h DESTINATION ${header_dir}/eq)
+install(FILES dynamics/dyn_records.h dynamics/fast_log.h dynamics/fast_log_tables.h
+  DESTINATION ${header_dir}/dynamics)
+install(FILES lanes/fused.h DESTINATION ${header_dir}/lanes)
+
+install(EXPORT ChannelStripTargets NAMESPACE ChannelStrip:: DESTINATION ${package_dir}
+  FILE ChannelStripConfig.cmake)
+write_basic_package_version_file(ChannelStripConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/ChannelStripConfigVersion.cmake
+  DESTINATION ${package_dir})
+
+file(RELATIVE_PATH prefix_from_pc /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+string(REGEX REPLACE "/+$" "" prefix_from_pc "${prefix_from_pc}")
+configure_file(${PROJECT_SOURCE_DIR}/cmake/channelstrip.pc.in channelstrip.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/channelstrip.pc
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
