@@ -28,9 +28,9 @@ static inline float channelstrip_float_of(uint32_t bits) {
   return x;
 }
 
-// log2 x, within 3e-6 for every normal x > 0: the table at the top nine mantissa bits, interpolated
-// by the fourteen below. The sign is ignored. A denormal is read as 1.m x 2^-127 and gives -127 to
-// -126; infinity gives 128.
+// log2 x of a normal x > 0, within 3e-6 from 2^-32 to 2^32 and 8.5e-6 anywhere: the table at the
+// top nine mantissa bits, interpolated by the fourteen below. The sign is ignored. A denormal is
+// read as 1.m x 2^-127 and gives -127 to -126; infinity gives 128.
 static inline float FastLog2(float x) {
   const uint32_t bits = channelstrip_bits_of(x);
   const uint32_t i = (bits >> 14) & 511;
@@ -62,7 +62,7 @@ static inline float channelstrip_pow2_of_scaled(float scaled) {
   return channelstrip_float_of((n & 0xFF800000u) | (channelstrip_bits_of(mantissa) & 0x007FFFFFu));
 }
 
-// 2^y, normal for y in [-126, 128).
+// 2^y, normal for y from -126 to 127.9999.
 static inline float FastPow2(float y) {
   return channelstrip_pow2_of_scaled(channelstrip_fused(y, 0x1p23f, 0x1.fcp+29f));
 }

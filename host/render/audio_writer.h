@@ -12,8 +12,8 @@
 
 namespace channelstrip::host {
 
-// Frames are interleaved, full scale is 1.0. All errors are std::runtime_error and begin with the
-// path, where nothing has changed before commit().
+// Frames are interleaved, full scale is 1.0. What stands at the path stays as it is until commit().
+// All errors are std::runtime_error and begin with the path.
 class AudioWriter {
  public:
   AudioWriter(const std::string& path, const AudioFormat& format);

@@ -120,6 +120,16 @@ TEST_P(EqCascade, EmptyPassesCopyToTheBit) {
   }
 }
 
+TEST_P(EqCascade, EmptyPassesLeaveTheDynamicsAlone) {
+  BusyStrip empty(format()), identities(format());
+  set_passes(empty, 0, 0, 0, 0);
+  for (int band = 0; band < kBands; ++band) identities.set_band(band, {1, 0, 0, 0, 0});
+  empty.process();
+  identities.process();
+  EXPECT_TRUE(same_bits(empty.out, identities.out));
+  EXPECT_TRUE(same_bits(empty.dyn_state, identities.dyn_state));
+}
+
 TEST_P(EqCascade, EmptyPassesLeaveAllMemoryUntouched) {
   for (const auto& [first, end] : {std::pair{0, 0}, {8, 8}, {5, 3}}) {
     BusyStrip strip(format());

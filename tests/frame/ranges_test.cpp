@@ -72,7 +72,7 @@ TEST_P(Ranges, MayHoldAnyModes) {
       strip->dyn.detectorMode = i % 2;
       strip->dyn.keyEnable = i % 5 == 1;
       strip->dyn.keyListen = i % 7 == 2;
-      strip->key_index = i % 4 == 1 ? strip->channels : 0;
+      strip->key_index = i % 2 == 1 ? strip->channels : 0;
       strip->eq.endBand[0] = i % 6;
       strip->dyn_state[0].dezipRate = 0.03f * static_cast<float>(i);
       ++i;

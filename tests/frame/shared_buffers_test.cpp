@@ -15,8 +15,8 @@ INSTANTIATE_TEST_SUITE_P(EveryFormat, SharedBuffers, every_format(), format_name
 
 constexpr int kSamples = 48;
 
-// Noise on every input. The band before the dynamics halves, nothing else changes the audio: every
-// pass through it is a power of two.
+// Noise on every input. The band before the dynamics halves, nothing else changes the audio:
+// results are exact and tell how often they passed it.
 class HalvingStrip : public Strip {
  public:
   explicit HalvingStrip(std::string_view format_name) : Strip(format_name, kSamples) {

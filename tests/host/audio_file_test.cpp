@@ -116,6 +116,24 @@ TEST(RenderedFile, SaysWhenItsContainerCannotHoldTheSamples) {
           "48000 Hz");
 }
 
+TEST(RenderedFile, HoldsEightBitsWithTheSignItsContainerKnows) {
+  const TemporaryFolder folder;
+  const TestAudio audio{.format = SF_FORMAT_WAV | SF_FORMAT_PCM_U8, .floats = noise(1000, 0.5f)};
+  const std::string input = write_audio(folder.file("in.wav"), audio);
+  render(input, folder.file("out.flac"));
+  EXPECT_EQ(read_audio(folder.file("out.flac")).format, SF_FORMAT_FLAC | SF_FORMAT_PCM_S8);
+  EXPECT_EQ(read_audio(folder.file("out.flac")).integers, read_audio(input).integers);
+}
+
+TEST(RenderedFile, HoldsSamplesOfAlacPlainly) {
+  const TemporaryFolder folder;
+  const TestAudio audio{.format = SF_FORMAT_CAF | SF_FORMAT_ALAC_16, .floats = noise(1000, 0.5f)};
+  const std::string input = write_audio(folder.file("in.caf"), audio);
+  render(input, folder.file("out.caf"));
+  EXPECT_EQ(read_audio(folder.file("out.caf")).format, SF_FORMAT_CAF | SF_FORMAT_PCM_16);
+  EXPECT_EQ(read_audio(folder.file("out.caf")).integers, read_audio(input).integers);
+}
+
 TEST(RenderedFile, OfPlainWavWithAChannelMapBecomesExtensible) {
   const TemporaryFolder folder;
   const TestAudio audio = surround_audio(kSurrounds[0], SF_FORMAT_CAF | SF_FORMAT_PCM_16);

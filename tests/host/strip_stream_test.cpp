@@ -89,6 +89,13 @@ TEST(StripStream, NothingPlayedMeansNothingMetered) {
   EXPECT_EQ(meters.least_gain, (std::vector{1.0f, 1.0f}));
 }
 
+TEST(StripStream, EndsAsIfSilenceFollowedUpToAWholeBlock) {
+  std::vector<float> input = bursts(StripStream::kPeriod + 1, 2);
+  const StripMeters cut_off = stream("Stereo", busy_settings(), input).meters;
+  input.resize(2 * (StripStream::kPeriod + 16));
+  EXPECT_EQ(cut_off, stream("Stereo", busy_settings(), input).meters);
+}
+
 TEST(StripStream, PeaksAreThoseOfTheirChannel) {
   std::vector<float> input = noise(3 * 1000, 0.5f);
   input[3 * 500 + 1] = -0.75f;

@@ -33,7 +33,7 @@ TEST_P(MeteredAudio, InputPeakIsThatOfTheRawInputs) {
 
 // The outputs stand one quad before the inputs, so all but the last quad's inputs have been
 // overwritten by the next quad's outputs when the block is done.
-TEST_P(MeteredAudio, RunAfterAllQuadsOfABlock) {
+TEST_P(MeteredAudio, IsTakenWhenAllQuadsOfABlockAreDone) {
   Strip strip(format());
   strip.pass_exactly();
   strip.set_band(0, {0.5f, 0, 0, 0, 0});
