@@ -17,6 +17,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "design/section.h"
 #include "preset_keys.h"
 
 namespace channelstrip::host {
@@ -115,8 +116,8 @@ class Reader {
       fail_at(*gain, fmt::format("{}.gain", prefix), "a low_pass or high_pass has no gain");
     }
     const toml::node* frequency = table.get("frequency");
-    preset_.frequencies.push_back({fmt::format("{}.frequency", prefix), band.frequency,
-                                   frequency ? line_of(*frequency) : line_of(table)});
+    preset_.bands.push_back(
+        {std::string(prefix), band, frequency ? line_of(*frequency) : line_of(table)});
   }
 
   void read_link(const toml::table& table) {
@@ -199,11 +200,12 @@ Preset parse_preset(std::string_view text, const std::string& file) {
 }
 
 void check_fits(const Preset& preset, double sample_rate, const ChannelLayout& layout) {
-  for (const auto& [key, hertz, line] : preset.frequencies) {
-    if (hertz < sample_rate / 2) continue;
-    fail(preset.file, line, key,
-         fmt::format("{} Hz is not below half the audio's sample rate of {} Hz", hertz,
-                     sample_rate));
+  for (const auto& [key, settings, line] : preset.bands) {
+    try {
+      design_stored_band(settings, sample_rate);
+    } catch (const std::invalid_argument& error) {
+      fail(preset.file, line, key, error.what());
+    }
   }
   const std::string format(layout.format->name);
   const auto link = preset.settings.link.find(format);

@@ -18,12 +18,12 @@ struct Preset {
   StripSettings settings;
 
   // Lines of what only the audio can prove wrong.
-  struct Frequency {
+  struct Band {
     std::string key;
-    double hertz;
+    BandSettings settings;
     int line;
   };
-  std::vector<Frequency> frequencies;
+  std::vector<Band> bands;                // the key filter among them
   std::map<std::string, int> link_lines;  // by format name
 };
 
@@ -31,7 +31,7 @@ struct Preset {
 Preset read_preset(const std::string& path);
 Preset parse_preset(std::string_view text, const std::string& file);
 
-// Throws likewise when a band lies above half the sample rate or the link map of the layout's
+// Throws likewise when a band can't be had at the sample rate or the link map of the layout's
 // format names other channels than the layout has.
 void check_fits(const Preset& preset, double sample_rate, const ChannelLayout& layout);
 

@@ -103,6 +103,17 @@ bool is_stable(const Section& section) {
   return std::abs(section.a2) < 1 && std::abs(section.a1) < 1 - section.a2;
 }
 
+Section design_stored_band(const BandSettings& band, double sample_rate) {
+  const Section section = in_single_precision(design_band(band, sample_rate));
+  if (!is_stable(section)) {
+    throw std::invalid_argument(
+        fmt::format("frequency {} Hz, q {} and gain {} dB leave no stable filter in single "
+                    "precision at {} Hz",
+                    band.frequency, band.q, band.gain, sample_rate));
+  }
+  return section;
+}
+
 std::complex<double> response(const Section& section, double frequency, double sample_rate) {
   const auto z1 = std::polar(1.0, -2 * std::numbers::pi * frequency / sample_rate);
   const auto z2 = z1 * z1;

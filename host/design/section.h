@@ -29,6 +29,10 @@ Section in_single_precision(const Section& section);
 // Whether both poles lie inside the unit circle.
 bool is_stable(const Section& section);
 
+// The band as the library gets it, in single precision. Throws likewise, and also for a band that
+// no stable section of floats can hold: a frequency below about 2.8e-5 of the sample rate.
+Section design_stored_band(const BandSettings& band, double sample_rate);
+
 // H at `frequency`, both in Hz.
 std::complex<double> response(const Section& section, double frequency, double sample_rate);
 

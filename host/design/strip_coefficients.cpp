@@ -36,17 +36,6 @@ void store(const Section& section, float* coefficients) {
   std::ranges::transform(ordered, coefficients, to_float);
 }
 
-Section design_stable_band(const BandSettings& band, double sample_rate) {
-  const Section section = in_single_precision(design_band(band, sample_rate));
-  if (!is_stable(section)) {
-    throw std::invalid_argument(
-        fmt::format("frequency {} Hz, q {} and gain {} dB leave no stable filter in single "
-                    "precision at {} Hz",
-                    band.frequency, band.q, band.gain, sample_rate));
-  }
-  return section;
-}
-
 EQ_SCoefs design_eq(const StripSettings& settings, double sample_rate) {
   std::vector<BandSettings> bands = settings.pre;
   bands.insert(bands.end(), settings.post.begin(), settings.post.end());
@@ -58,7 +47,7 @@ EQ_SCoefs design_eq(const StripSettings& settings, double sample_rate) {
   for (std::size_t k = 0; k < CHANNELSTRIP_EQ_BANDS; ++k) {
     const Section section =
         k >= bands.size() ? Section{} : naming(fmt::format("eq band {}: ", k + 1), [&] {
-          return design_stable_band(bands[k], sample_rate);
+          return design_stored_band(bands[k], sample_rate);
         });
     store(section, eq.targetCoefs + 5 * k);
   }
@@ -159,7 +148,7 @@ StripCoefficients design_strip(const StripSettings& settings, double sample_rate
   naming("expander.", [&] { design_expander(settings.expander, sample_rate, dynamics); });
   naming("detector.", [&] { design_detector(settings.detector, sample_rate, dynamics); });
   const Section key_filter = naming("key filter: ", [&] {
-    return settings.key_filter ? design_stable_band(*settings.key_filter, sample_rate) : Section{};
+    return settings.key_filter ? design_stored_band(*settings.key_filter, sample_rate) : Section{};
   });
   store(key_filter, dynamics.keyFilter);
   const LinkMap links = naming("link: ", [&] { return design_links(settings, layout); });

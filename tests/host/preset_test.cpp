@@ -225,13 +225,20 @@ TEST(Preset, BandAboveHalfTheSampleRateIsRefusedWithItsLine) {
   const ChannelLayout stereo = default_layout(*find_stem_format("Stereo"));
   EXPECT_EQ(refusal([&] { check_fits(preset, 48000, stereo); }), "");
   EXPECT_EQ(refusal([&] { check_fits(preset, 44100, stereo); }),
-            "p.toml:3: eq.frequency: 22050 Hz is not below half the audio's sample rate of "
-            "44100 Hz");
+            "p.toml:3: eq: frequency 22050 Hz is not below half the sample rate 44100 Hz");
   // The default of 1000 Hz is nobody's line but the table's.
   const Preset unset = parse_preset("\n[key_filter]\nq = 1\n", "p.toml");
   EXPECT_EQ(refusal([&] { check_fits(unset, 2000, stereo); }),
-            "p.toml:2: key_filter.frequency: 1000 Hz is not below half the audio's sample rate of "
-            "2000 Hz");
+            "p.toml:2: key_filter: frequency 1000 Hz is not below half the sample rate 2000 Hz");
+}
+
+TEST(Preset, BandTooLowForSinglePrecisionIsRefusedWithItsLine) {
+  const Preset preset = parse_preset("[[eq]]\nfrequency = 3\n", "p.toml");
+  const ChannelLayout stereo = default_layout(*find_stem_format("Stereo"));
+  EXPECT_EQ(refusal([&] { check_fits(preset, 48000, stereo); }), "");
+  EXPECT_EQ(refusal([&] { check_fits(preset, 192000, stereo); }),
+            "p.toml:2: eq: frequency 3 Hz, q 0.7071 and gain 0 dB leave no stable filter in single "
+            "precision at 192000 Hz");
 }
 
 TEST(Preset, LinkMapThatDoesNotFitTheAudioIsRefusedWithItsLine) {
