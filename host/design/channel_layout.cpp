@@ -167,8 +167,8 @@ LinkMap default_link_map(const ChannelLayout& layout) {
 LinkMap parse_link_map(std::string_view text, const ChannelLayout& layout) {
   const auto parts = split(text, '|');
   if (parts.size() > static_cast<std::size_t>(layout.format->groups)) {
-    refuse("{} holds at most {} groups, the map has {}", layout.format->name, layout.format->groups,
-           parts.size());
+    refuse("{} holds at most {} group{}, the map has {}", layout.format->name,
+           layout.format->groups, layout.format->groups == 1 ? "" : "s", parts.size());
   }
   std::vector<std::size_t> groups(layout.labels.size(), parts.size());  // not in any part
   for (std::size_t part = 0; part < parts.size(); ++part) {

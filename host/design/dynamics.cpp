@@ -63,6 +63,8 @@ double decay_factor(double milliseconds, double sample_rate) {
 Section averaging_section(double milliseconds, double sample_rate) {
   const auto decay = static_cast<float>(decay_factor(milliseconds, sample_rate));
   const auto feedback = static_cast<double>(decay);
+  require(feedback < 1, "time", milliseconds, "ms",
+          fmt::format("short enough for single precision at {} Hz", sample_rate));
   return {.b0 = 1 - feedback, .a1 = feedback};
 }
 

@@ -32,7 +32,8 @@ double one_pole_weight(double milliseconds, double sample_rate, int samples = 1)
 double decay_factor(double milliseconds, double sample_rate);
 
 // A one-pole average that covers 63.2 % of a step in `milliseconds`, as a section. Its feedback is
-// a float and its gain at 0 Hz exactly 1 with that float.
+// a float and its gain at 0 Hz exactly 1 with that float. Throws std::invalid_argument from about
+// 2^25 samples on, where no float below 1 is near enough.
 Section averaging_section(double milliseconds, double sample_rate);
 
 double db_to_linear(double db);

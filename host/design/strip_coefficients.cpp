@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <stdexcept>
 
 #include "dynamics.h"
@@ -16,6 +17,8 @@ namespace {
 // Detector levels lie between -765 dB, the least float, and 771 dB, infinity.
 constexpr double kBelowAnyLevel = -1000;
 constexpr double kAboveAnyLevel = 1000;
+
+constexpr double kLongestHold = std::numeric_limits<int32_t>::max();  // samples
 
 float to_float(double value) {
   return static_cast<float>(value);
@@ -113,7 +116,8 @@ void design_expander(const std::optional<ExpanderSettings>& wanted, double sampl
   out.expRange = to_float(settings.range);
   out.expAttack = to_float(one_pole_weight(settings.attack, sample_rate));
   out.expRelease = to_float(one_pole_weight(settings.release, sample_rate));
-  out.expHoldSamples = static_cast<int32_t>(std::lround(settings.hold * sample_rate / 1000));
+  const double hold = std::round(settings.hold * sample_rate / 1000);
+  out.expHoldSamples = static_cast<int32_t>(std::min(hold, kLongestHold));
 }
 
 void design_detector(const DetectorSettings& settings, double sample_rate, Dyn_SCoefsBlock& out) {
@@ -138,7 +142,8 @@ LinkMap design_links(const StripSettings& settings, const ChannelLayout& layout)
 
 StripCoefficients design_strip(const StripSettings& settings, double sample_rate,
                                const ChannelLayout& layout) {
-  require_within(1000, 1e6, "sample rate", sample_rate, "Hz");
+  require(sample_rate > 0 && std::isfinite(sample_rate), "sample rate", sample_rate, "Hz",
+          "above 0 and finite");
   require_time("glide", settings.glide);
 
   StripCoefficients strip{};

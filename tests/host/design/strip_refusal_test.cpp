@@ -108,7 +108,7 @@ TEST(StripRefusal, NamesTheLinkMap) {
   EXPECT_EQ(refused([](StripSettings& s) {
               s.link = {{"Stereo", "L | R"}};
             }),
-            "link: Stereo holds at most 1 groups, the map has 2");
+            "link: Stereo holds at most 1 group, the map has 2");
   EXPECT_EQ(refused([](StripSettings& s) {
               s.link = {{"5.3", "L R"}};
             }),
@@ -117,8 +117,25 @@ TEST(StripRefusal, NamesTheLinkMap) {
 
 TEST(StripRefusal, NamesTheSampleRate) {
   const auto nothing = [](StripSettings&) {};
-  EXPECT_EQ(refused_at(0, nothing), "sample rate 0 Hz is not 1000 to 1000000 Hz");
-  EXPECT_EQ(refused_at(kNan, nothing), "sample rate nan Hz is not 1000 to 1000000 Hz");
+  EXPECT_EQ(refused_at(0, nothing), "sample rate 0 Hz is not above 0 and finite");
+  EXPECT_EQ(refused_at(kNan, nothing), "sample rate nan Hz is not above 0 and finite");
+}
+
+TEST(StripRefusal, NamesAnAverageTooLongForSinglePrecision) {
+  const auto average = [](StripSettings& s) { s.detector = {DetectorMode::kSmooth, 10000}; };
+  EXPECT_EQ(refused_at(1e6, average), "(not refused)");
+  EXPECT_EQ(refused_at(1e7, average),
+            "detector.time 10000 ms is not short enough for single precision at 10000000 Hz");
+}
+
+TEST(StripRefusal, AcceptsEverySampleRateThatAFileMayHave) {
+  const auto long_hold = [](StripSettings& s) {
+    s.expander = {.hold = 10000};
+    s.key_filter.reset();
+  };
+  for (const double rate : {1.0, 100.0, 8000.0, 2147483647.0}) {
+    EXPECT_EQ(refused_at(rate, long_hold), "(not refused)") << rate;
+  }
 }
 
 TEST(StripRefusal, AcceptsTheDefaultsAndTheEndsOfTheRanges) {
