@@ -1,7 +1,8 @@
 // Denormal numbers as zeros for the length of a scope.
 //
-// Filters that ring out into denormals run slower by two orders of magnitude, and the library
-// leaves the thread's control word as it finds it: the host has to set it around every call.
+// Filters that ring out into denormals run slower, on some processors twofold and on others
+// hundredfold, and the library leaves the thread's control word as it finds it: the host has to set
+// it around every call.
 
 #pragma once
 
