@@ -192,6 +192,13 @@ TEST_P(CompressorBallistics, TermBelowTheRangeIsRaisedToItAtOnce) {
   EXPECT_EQ(term(), -5.0f);
 }
 
+TEST_P(CompressorBallistics, RangeLeavesATermThatIsNotANumber) {
+  set_range(-5);
+  start_at(kNaN);
+  play(kLoud);
+  EXPECT_TRUE(std::isnan(term()));
+}
+
 TEST_P(CompressorBallistics, RangeInUseIsTheGlidingOne) {
   set_range(-5);
   set_state(&Dyn_SState::dezipRate, 0.0f);

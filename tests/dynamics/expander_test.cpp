@@ -72,6 +72,11 @@ TEST_P(ExpanderCurve, TargetIsNotBelowTheRangeInUse) {
   EXPECT_EQ(target_at(kLevel), -2.0f);
 }
 
+TEST_P(ExpanderCurve, RangeLeavesATargetThatIsNotANumber) {
+  strip.dyn.expKneeC = kNaN;
+  EXPECT_TRUE(std::isnan(target_at(kLevel)));
+}
+
 TEST_P(ExpanderCurve, LineRoundsTheDifferenceThenTheProduct) {
   const Line line{3.6f, 1.3f};
   for (float other : line.otherwise(FastLog2(kLevel), LevelToDb(2))) {

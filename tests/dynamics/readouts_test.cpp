@@ -120,6 +120,22 @@ TEST_P(Readouts, WhileTheGainIsZeroTheLoudestSampleGivesTheLevel) {
   EXPECT_EQ(strip.readout(kMeterLevel), 0.75f);
 }
 
+// A gain that is not a number is greater than none, so only the level decides.
+TEST_P(Readouts, LevelEqualToTheOneShownLeavesAnEmptyGain) {
+  freeze_terms(kNaN, 0);
+  set_readouts(0);
+  strip.meters[2 * channels() + kMeterLevel] = kLoud;
+  play(kLoud);
+  EXPECT_EQ(strip.readout(kMeterGain), 0.0f);
+}
+
+TEST_P(Readouts, GainBelowZeroIsNotEmpty) {
+  freeze_terms(kNaN, 0);
+  set_readouts(-1);
+  play(kLoud);
+  EXPECT_EQ(strip.readout(kMeterGain), -1.0f);
+}
+
 TEST_P(Readouts, LevelIsThatOfTheDetectorInUse) {
   strip.dyn.peakDecay = 0.5f;
   strip.dyn.detectorFilter[0] = 0.25f;

@@ -43,6 +43,19 @@ TEST_P(Key, AnyOtherIndexSelectsThatInput) {
   }
 }
 
+TEST_P(Key, NegativeIndexSelectsAnInputBeforeTheFirst) {
+  KeyedStrip strip(format());
+  std::vector<float> key(32, 0.375f);
+  std::vector<float*> inputs = pointers(strip.in);
+  inputs.insert(inputs.begin(), key.data());
+  strip.key_index = -1;
+  SChannelStrip_Alg_Context context = *strip.context();
+  context.inputs = inputs.data() + 1;
+  const SChannelStrip_Alg_Context* const contexts[] = {&context};
+  entry_point(GetParam())(contexts, contexts + 1);
+  EXPECT_EQ(strip.detected_level(), 0.375f);
+}
+
 TEST_P(Key, IsReadAheadOfTheEqualiser) {
   for (size_t k = 1; k <= channels() + 1; ++k) {
     KeyedStrip strip(format());

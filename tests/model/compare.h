@@ -22,4 +22,16 @@ std::string first_difference(std::span<const Scene> legal, const Scene& actual);
 // that don't depend on a filter's last bits must be equal.
 std::string first_excess(std::span<const Scene> legal, const Scene& actual, double floor);
 
+// The same, and the largest distance of all in units of its bound; infinite where bits should be
+// equal and aren't.
+struct Deviation {
+  std::string first_excess;
+  double largest = 0.0;
+};
+
+Deviation deviation(std::span<const Scene> legal, const Scene& actual, double floor);
+
+// Everything to the bit, NaNs too, and much quicker than the others.
+bool same_words(const Scene& a, const Scene& b);
+
 }  // namespace channelstrip::test

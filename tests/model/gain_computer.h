@@ -39,6 +39,8 @@ void process_gain(Real (&levels)[kQuad], DynMemory<Real>& s, const Dyn_SCoefsBlo
     const Real detected = c.detectorMode > 0 ? s.smooth_level : s.peak_level;
     const Real db = level_to_db(detected);
 
+    if (s.watch != nullptr) s.watch->see(double(detected), double(db), s.gate_open > 0, c);
+
     s.comp_gain = compressor_term(compressor_target(compressor, db), s.comp_gain,
                                   Real(c.compAttack), Real(c.compRelease), s.comp_range);
 

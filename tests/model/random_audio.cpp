@@ -102,7 +102,7 @@ void fill_arena(Random& random, Scene& scene, Kind kind) {
     at += run.size();
   }
   // Rarely, what no host should send.
-  if (kind == Kind::kOrderFree && random.chance(0.05F)) {
+  if (kind == Kind::kOrderFree && !arena.empty() && random.chance(0.05F)) {
     for (int i = 0; i < 5; ++i) {
       const auto at =
           static_cast<std::size_t>(random.integer(0, static_cast<int>(arena.size()) - 1));

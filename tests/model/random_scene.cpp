@@ -66,9 +66,12 @@ void set_settings(Random& random, const Scene& scene, Instance& it, int groups, 
   const bool plain_key = kind == Kind::kEqualiser || random.chance(0.3F);
   const SectionCoefs key =
       plain_key ? SectionCoefs{1.0F} : eq_section(random, kind, shape_of(scene, kKeyFilter));
-  const SectionCoefs detector = detector_section(random, kind, shape_of(scene, kDetectorFilter));
   std::copy(key.begin(), key.end(), it.dyn_coefs.keyFilter);
-  std::copy(detector.begin(), detector.end(), it.dyn_coefs.detectorFilter);
+  // A smoothing filter stays: another's memory would make it undershoot.
+  if (kind != Kind::kDynamics || it.dyn_coefs.detectorFilter[0] == 0.0F) {
+    const SectionCoefs detector = detector_section(random, kind, shape_of(scene, kDetectorFilter));
+    std::copy(detector.begin(), detector.end(), it.dyn_coefs.detectorFilter);
+  }
 
   it.dyn_state[0].dezipRate =
       random.chance(0.3F) ? random.pick({0.0F, 0.5F, 1.0F}) : random.real(0.0F, 0.3F);
@@ -97,7 +100,8 @@ void set_dyn_state(Random& random, const Scene& scene, Instance& it, Kind kind) 
     s.keyZ1 = random.real(-0.1F, 0.1F);
     s.keyZ2 = random_z2(random, scene, kKeyFilter, kind);
     s.detZ1 = random.real(0.0F, 0.1F);
-    s.detZ2 = random_z2(random, scene, kDetectorFilter, kind);
+    // Of a smoothing filter, none: the level stays positive.
+    s.detZ2 = kind == Kind::kDynamics ? 0.0F : random_z2(random, scene, kDetectorFilter, kind);
     s.peakLevel = random.real(0.0F, 1.0F);
     s.smoothLevel = random.real(0.0F, 1.0F);
     s.curMakeupGain = random.real(0.0F, 3.0F);
@@ -158,8 +162,9 @@ void choose_loans(Random& random, Scene& scene, Kind kind) {
 Scene random_scene(Random& random, int channels, int groups, Kind kind) {
   Scene scene;
   scene.first_shape = random.integer(0, 4);
-  // Enough mono and stereo instances to fill any register that they might share.
-  scene.instances.resize(static_cast<std::size_t>(random.integer(1, channels <= 2 ? 18 : 4)));
+  // Often enough to fill any register that they might share.
+  const bool many = random.chance(channels <= 2 ? 0.8F : 0.1F);
+  scene.instances.resize(static_cast<std::size_t>(random.integer(0, many ? 20 : 4)));
   for (Instance& it : scene.instances) {
     set_eq_state(random, scene, it, kind);
     set_dyn_state(random, scene, it, kind);

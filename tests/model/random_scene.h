@@ -16,7 +16,8 @@ enum class Kind {
   kEqualiser,
   // General filters everywhere, and dynamics that are continuous in the audio, so that a last bit
   // can't throw a switch: curves that meet at their edges, a gate and a hold out of play, a peak
-  // detector that doesn't decay (the level it falls to is not the one that it is compared with).
+  // detector that doesn't decay (the level it falls to is not the one that it is compared with), a
+  // smoothing filter that doesn't undershoot (decibels have no bound where a level crosses 0).
   kDynamics,
 };
 

@@ -55,19 +55,21 @@ inline SectionCoefs cookbook_section(Filter filter, double frequency, double q, 
           static_cast<float>(-d[2] / d[0])};
 }
 
-// 20 Hz at 48 kHz to 0.45 of the sample rate, Q 0.3 to 6, up to 12 dB either way.
+// 20 Hz to 18 kHz, Q 0.3 to 6, up to 12 dB either way.
 inline SectionCoefs general_section(Random& random) {
   const auto filter = random.pick({Filter::kPeak, Filter::kLowShelf, Filter::kLowPass});
-  const float octaves = random.real(0.0F, std::log2(0.45F * 48000.0F / 20.0F));
+  const double rate = random.pick({44100.0, 48000.0, 88200.0, 96000.0, 192000.0});
+  const float octaves = random.real(0.0F, std::log2(18000.0F / 20.0F));
   const float q = random.real(0.3F, 6.0F);
   const float gain = random.real(-12.0F, 12.0F);
-  return cookbook_section(filter, 20.0 / 48000.0 * std::exp2(static_cast<double>(octaves)),
+  return cookbook_section(filter, 20.0 / rate * std::exp2(static_cast<double>(octaves)),
                           static_cast<double>(q), static_cast<double>(gain));
 }
 
-// A low-pass that follows a rectified level.
+// A low-pass that follows a rectified level without undershooting it: its response is nowhere
+// negative.
 inline SectionCoefs smoothing_section(Random& random) {
-  return cookbook_section(Filter::kLowPass, static_cast<double>(random.real(0.0005F, 0.02F)), 0.6,
+  return cookbook_section(Filter::kLowPass, static_cast<double>(random.real(0.0005F, 0.02F)), 0.5,
                           0.0);
 }
 

@@ -8,14 +8,61 @@
 namespace channelstrip::test {
 namespace {
 
+struct Field {
+  std::string_view name;
+  std::size_t words = 1;
+  bool integer = false;
+};
+
+constexpr Field kSettings[] = {{"compSlope"},
+                               {"compKneeA"},
+                               {"compKneeB"},
+                               {"compKneeC"},
+                               {"compThreshold"},
+                               {"compKneeHigh"},
+                               {"compKneeLow"},
+                               {"compRange"},
+                               {"makeupGain"},
+                               {"compAttack"},
+                               {"compRelease"},
+                               {"reserved12", 1, true},
+                               {"expSlope"},
+                               {"expKneeA"},
+                               {"expKneeB"},
+                               {"expKneeC"},
+                               {"expThreshold"},
+                               {"gateOpenThreshold"},
+                               {"gateCloseThreshold"},
+                               {"expKneeHigh"},
+                               {"expKneeLow"},
+                               {"expRange"},
+                               {"expAttack"},
+                               {"expRelease"},
+                               {"expHoldSamples", 1, true},
+                               {"peakDecay"},
+                               {"keyFilter", 5},
+                               {"detectorFilter", 5},
+                               {"linkGroup", 8, true},
+                               {"detectorMode", 1, true},
+                               {"keyEnable", 1, true},
+                               {"keyListen", 1, true},
+                               {"inputMeterGain"},
+                               {"bypass", 1, true}};
+
 class Lister {
  public:
   explicit Lister(std::vector<Value>& values) : values_(values) {}
 
   void add_instance(const Instance& it, std::size_t instance) {
     instance_ = instance;
-    add_words("Dyn_SCoefsBlock", it.dyn_coefs);
-    add_words("EQ_SCoefs", it.eq_targets);
+    add_settings(it.dyn_coefs);
+    for (std::size_t i = 0; i < CHANNELSTRIP_EQ_COEFS; ++i) {
+      add("targetCoefs", Quantity::kFixed, i, it.eq_targets.targetCoefs[i]);
+    }
+    for (std::size_t pass = 0; pass < 2; ++pass) {
+      add("firstBand", Quantity::kFixed, pass, it.eq_targets.firstBand[pass]);
+      add("endBand", Quantity::kFixed, pass, it.eq_targets.endBand[pass]);
+    }
     for (std::size_t i = 0; i < CHANNELSTRIP_EQ_COEFS; ++i) {
       add("coefs", Quantity::kFixed, i, it.eq_coefs.coefs[i]);
       add("smoothedCoefs", Quantity::kFixed, i, it.eq_coefs.smoothedCoefs[i]);
@@ -51,10 +98,18 @@ class Lister {
                        uint64_t{std::bit_cast<Bits>(value)}});
   }
 
-  template <typename Record>
-  void add_words(std::string_view field, const Record& record) {
-    const auto words = std::bit_cast<std::array<uint32_t, sizeof(Record) / 4>>(record);
-    for (std::size_t i = 0; i < words.size(); ++i) add(field, Quantity::kFixed, i, words[i]);
+  void add_settings(const Dyn_SCoefsBlock& c) {
+    const auto words = std::bit_cast<std::array<uint32_t, sizeof c / 4>>(c);
+    std::size_t word = 0;
+    for (const Field& field : kSettings) {
+      for (std::size_t i = 0; i < field.words; ++i, ++word) {
+        if (field.integer) {
+          add(field.name, Quantity::kFixed, i, std::bit_cast<int32_t>(words[word]));
+        } else {
+          add(field.name, Quantity::kFixed, i, std::bit_cast<float>(words[word]));
+        }
+      }
+    }
   }
 
   void add_eq_memory(const EQ_SState& s, std::size_t c) {

@@ -6,12 +6,13 @@
 
 namespace channelstrip::model {
 
-// The order of the sums is free, so one implementation's last bits need not be another's. Three
-// legal orders; where they part, they show how much may be asked of a fourth.
+// The order of the sums is free, so one implementation's last bits need not be another's. Where the
+// first three legal orders part, they show how much may be asked of any other, such as the fourth.
 enum class SumOrder {
-  kInputFirst,     // (z2 + b1 x) + a1 y
-  kFeedbackFirst,  // (z2 + a1 y) + b1 x
-  kProductsFirst,  // (b1 x + a1 y) + z2
+  kInputFirst,       // (z2 + b1 x) + a1 y
+  kFeedbackFirst,    // (z2 + a1 y) + b1 x
+  kProductsFirst,    // (b1 x + a1 y) + z2
+  kProductsSwapped,  // (a1 y + b1 x) + z2
 };
 
 template <typename Real>
@@ -39,6 +40,10 @@ Real run_section(const Section<Real>& c, Real x, Real& z1, Real& z2, SumOrder or
     case SumOrder::kProductsFirst:
       z1 = std::fma(c.a1, y, c.b1 * x) + z2;
       z2 = std::fma(c.a2, y, c.b2 * x);
+      break;
+    case SumOrder::kProductsSwapped:
+      z1 = std::fma(c.b1, x, c.a1 * y) + z2;
+      z2 = std::fma(c.b2, x, c.a2 * y);
       break;
   }
   return y;

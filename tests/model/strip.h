@@ -58,10 +58,12 @@ void run(StripState<Real>& state, const SChannelStrip_Alg_Context& context,
 
 // What an entry point does with one instance, on the context's own records and buffers.
 template <typename Real>
-void process(const SChannelStrip_Alg_Context& context, int channels, int groups, SumOrder order) {
+void process(const SChannelStrip_Alg_Context& context, int channels, int groups, SumOrder order,
+             LevelWatch* watch = nullptr) {
   const int32_t key = *context.keyInputIndex;
   if (*context.sampleCount < 1) return;
   StripState<Real> state = load<Real>(context, channels);
+  for (DynMemory<Real>& memory : state.dyn) memory.watch = watch;
   if constexpr (std::is_same_v<Real, float>) {
     run<float>(state, context,
                {context.inputs, context.outputs, key != 0 ? context.inputs[key] : nullptr},

@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <type_traits>
 
+#include "level_watch.h"
+
 namespace channelstrip::model {
 
 inline constexpr int kMaxChannels = 8;
@@ -37,6 +39,7 @@ struct DynMemory {
   Real comp_range, exp_range;     // dB
   int32_t gate_open;
   uint32_t hold_count;
+  LevelWatch* watch;  // may be null
 };
 
 template <typename Real>
