@@ -39,11 +39,12 @@ static inline float FastLog2(float x) {
   return channelstrip_fused(gmLog2LUT[i + 1] - gmLog2LUT[i], fraction, gmLog2LUT[i] + exponent);
 }
 
-// Decibels of a linear level: -140 for 0, negative levels and NaN.
+// Decibels of a linear level: -140 for 0, negative levels and NaN, at the cost of any other level.
 static inline float LevelToDb(float level) {
   // One unit in the last place above the single nearest to 20 log10 2, on purpose.
   const float dbPerOctave = 0x1.815184p+2f;
-  return level > 0.0f ? FastLog2(level) * dbPerOctave : -140.0f;
+  const float db = FastLog2(level) * dbPerOctave;
+  return level > 0.0f ? db : -140.0f;
 }
 
 // To an integer towards zero, saturating at both ends; NaN counts as above the range.
