@@ -1,0 +1,14 @@
+// From bytes to what a host does with a scene, call after call.
+
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+namespace channelstrip::test {
+
+// Plays the host and has every call judged. Returns the first fault, or "".
+std::string first_fault(std::span<const uint8_t> bytes);
+
+}  // namespace channelstrip::test
