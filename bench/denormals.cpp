@@ -8,11 +8,11 @@
 #include <host/denormals.h>
 #include <tests/support/busy_strip.h>
 
-#include <algorithm>
-#include <chrono>
 #include <exception>
 #include <optional>
 #include <vector>
+
+#include "turns.h"
 
 namespace channelstrip {
 namespace {
@@ -32,23 +32,16 @@ class Case {
   void take_turn() {
     std::optional<host::FlushDenormals> flushed;
     if (flush_) flushed.emplace();
-    const auto begin = Clock::now();
-    strip_.process();
-    times_.push_back(Clock::now() - begin);
+    times_.push_back(bench::nanoseconds([this] { strip_.process(); }));
   }
 
   // Microseconds per block of 16 samples.
-  double median() {
-    const auto middle = times_.begin() + kTurns / 2;
-    std::nth_element(times_.begin(), middle, times_.end());
-    return std::chrono::duration<double, std::micro>(*middle).count() / kBlocks;
-  }
+  double median() const { return bench::median(times_) / 1000 / kBlocks; }
 
  private:
-  using Clock = std::chrono::steady_clock;
   test::BusyStrip strip_;
   bool flush_;
-  std::vector<Clock::duration> times_;
+  std::vector<double> times_;
 };
 
 void measure(std::string_view format) {
@@ -59,7 +52,7 @@ void measure(std::string_view format) {
     for (Case* it : {&programme, &programme_flushed, &denormal, &denormal_flushed}) it->take_turn();
   }
   const double unit = programme.median();
-  const auto print = [&](const char* flushing, Case& usual, Case& tiny) {
+  const auto print = [&](const char* flushing, const Case& usual, const Case& tiny) {
     fmt::print("{:6}  {:10}  {:9.2f}  {:9.2f}  {:7.2f}\n", format, flushing, usual.median(),
                tiny.median(), tiny.median() / unit);
   };
@@ -71,6 +64,7 @@ void measure(std::string_view format) {
 }  // namespace channelstrip
 
 int main() try {
+  channelstrip::bench::stay_on_this_processor();
   fmt::print("Microseconds per block of 16 samples; ratio to programme as it is\n\n");
   fmt::print("{:6}  {:10}  {:>9}  {:>9}  {:>7}\n", "", "denormals", "programme", "denormal",
              "ratio");

@@ -1,0 +1,111 @@
+// What each stage takes of a strip, as plain loops: every stage alone over the same programme, in
+// turns with the whole strip.
+//
+//   stages
+
+#include <ChannelStrip/frame/channel_strip.h>
+#include <fmt/format.h>
+#include <host/denormals.h>
+
+#include <exception>
+#include <functional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "console.h"
+#include "turns.h"
+
+namespace channelstrip::bench {
+namespace {
+
+constexpr int kBlock = 16;
+constexpr int kSamples = 4096;
+constexpr double kQuads = kSamples / 4.0;
+constexpr int kTurns = 201;
+
+struct Stage {
+  const char* name;
+  std::function<void()> run;  // over all samples
+  std::vector<double> times = {}, parts = {};
+};
+
+template <typename Work>
+std::function<void()> every_quad(Work work) {
+  return [work] {
+    for (int32_t block = 0; block < kSamples; block += kBlock) {
+      for (int32_t quad = 0; quad < kBlock; quad += kQuad) work(block, quad);
+    }
+  };
+}
+
+template <int Channels, int Groups>
+std::vector<Stage> stages_of(const SChannelStrip_Alg_Context& strip) {
+  const float rate = strip.dynState->dezipRate;
+  float* const meters = *strip.meterOutputs;
+  float* const readouts = meters + 2 * Channels;
+  const auto equalise = [=](int32_t block, int32_t quad) {
+    EQ_AlgorithmProcessFunction<Channels>(strip.eqDezipCoefs, strip.eqState, strip.inputs,
+                                          strip.outputs, quad, 0, CHANNELSTRIP_EQ_BANDS, block);
+  };
+  const auto process_dynamics = [=](int32_t block, int32_t quad) {
+    Dynamics_AlgorithmProcessFunction<Channels, Groups>(&strip, strip.inputs, strip.outputs,
+                                                        nullptr, quad, readouts, block);
+  };
+  const auto compute_gains = [=](int32_t block, int32_t quad) {
+    for (int g = 0; g < Groups; ++g) {  // channel g is the lowest of group g
+      float levels[kQuad];
+      for (int k = 0; k < kQuad; ++k) {
+        levels[k] = __builtin_fabsf(strip.inputs[g][block + quad + k]);
+      }
+      ProcessAudioGain<kQuad>(levels, strip.dynState + g, &strip, rate,
+                              CHANNELSTRIP_METER_CHANNEL_GAIN + g, readouts);
+    }
+  };
+  const auto meter = [=] {
+    for (int32_t block = 0; block < kSamples; block += kBlock) {
+      OutputMeters_AlgorithmProcessFunction<Channels, kBlock>(
+          strip.inputs, strip.outputs, meters, meters + Channels, strip.dynCoefs, block);
+    }
+  };
+  return {{"whole strip", [=] { process_instance<Channels, kBlock, Groups>(&strip); }},
+          {"glide step", every_quad([=](int32_t, int32_t) {
+             eq_dezip_step(strip.eqDezipCoefs, strip.eqTargetCoefs, rate);
+           })},
+          {"equaliser, 8 bands", every_quad(equalise)},
+          {"dynamics", every_quad(process_dynamics)},
+          {"  their gain computers", every_quad(compute_gains)},
+          {"meters", meter}};
+}
+
+template <int Channels, int Groups>
+void measure(std::string_view format) {
+  const Console console({format, 1, kSamples, Variant::kUsual, 0}, 0);
+  auto stages = stages_of<Channels, Groups>(*console.context());
+  for (int turn = 0; turn < kTurns; ++turn) {
+    for (Stage& stage : stages) {
+      stage.times.push_back(nanoseconds(stage.run) / kQuads);
+      stage.parts.push_back(stage.times.back() / stages.front().times.back());
+    }
+  }
+  for (const Stage& stage : stages) {
+    fmt::print("{:8}{:24}{:10.2f}{:9.2f}\n", std::exchange(format, ""), stage.name,
+               median(stage.times), median(stage.parts));
+  }
+}
+
+}  // namespace
+}  // namespace channelstrip::bench
+
+int main() try {
+  const channelstrip::host::FlushDenormals flushed;
+  channelstrip::bench::stay_on_this_processor();
+  fmt::print("Nanoseconds per quad of four samples of all channels, and the part of the whole\n\n");
+  fmt::print("{:32}{:>10}{:>9}\n", "plain loops", "ns", "part");
+  channelstrip::bench::measure<1, 1>("Mono");
+  channelstrip::bench::measure<8, 5>("7.1");
+  return 0;
+} catch (const std::exception& error) {
+  fmt::print(stderr, "stages: {}\n", error.what());
+  return 1;
+}

@@ -1,0 +1,162 @@
+// How many times faster the library is than the strip as plain loops. Both process the same strips
+// in the same memory, in turns; the memory's layout changes seven times over the turns. Before that
+// their results are compared, bit for bit.
+//
+//   strip_speed LIBRARY [--filter WORD]... [--turns N] [--json FILE]
+
+#include <fmt/format.h>
+#include <host/denormals.h>
+#include <host/library.h>
+#include <host/render/replacement_file.h>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <exception>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "console.h"
+#include "plain_strip.h"
+#include "report.h"
+#include "turns.h"
+
+namespace channelstrip::bench {
+namespace {
+
+constexpr int kLayouts = 8;
+
+struct Contest {
+  Row row;
+  AlgEntry_16_Stem *library, *plain;
+  std::vector<double> library_times = {}, plain_times = {}, ratios = {};
+
+  void compare() const {
+    Console ours(row.workload, 0), theirs(row.workload, 0);
+    for (int call = 0; call < ours.calls(); ++call) {
+      ours.call(library, call);
+      theirs.call(plain, call);
+      if (!ours.equals(theirs)) {
+        throw std::runtime_error(
+            fmt::format("{}: the library's results are not those of the plain loops, call {}",
+                        row.workload.name(), call));
+      }
+    }
+  }
+
+  // Who begins alternates: the second finds what the first has left in the caches.
+  void take_turns(unsigned layout, int turns) {
+    Console console(row.workload, layout);
+    const bool in_place = row.workload.variant == Variant::kInPlace;
+    const double unit = console.frames() * row.workload.strips;
+    const auto time = [&](AlgEntry_16_Stem* entry) {
+      if (in_place) console.rewind();
+      return nanoseconds([&] { console.play(entry); }) / unit;
+    };
+    time(plain);
+    time(library);
+    for (int turn = 0; turn < turns; ++turn) {
+      double library_time = 0, plain_time = 0;
+      if (turn % 2 == 0) {
+        library_time = time(library);
+        plain_time = time(plain);
+      } else {
+        plain_time = time(plain);
+        library_time = time(library);
+      }
+      library_times.push_back(library_time);
+      plain_times.push_back(plain_time);
+      ratios.push_back(plain_time / library_time);
+    }
+  }
+
+  Row result() const {
+    Row measured = row;
+    measured.library_ns = median(library_times);
+    measured.plain_ns = median(plain_times);
+    measured.ratio = median(ratios);
+    return measured;
+  }
+};
+
+std::vector<Contest> contests(const host::Library& library,
+                              const std::vector<std::string>& filters) {
+  std::vector<Contest> selected;
+  for (const Workload& workload : kWorkloads) {
+    const std::string name = workload.name();
+    if (!std::ranges::all_of(filters, [&](const std::string& word) {
+          return name.find(word) != std::string::npos;
+        })) {
+      continue;
+    }
+    const host::StemFormat& format = *host::find_stem_format(workload.format);
+    selected.push_back({.row = {.workload = workload},
+                        .library = library.entry_point(format),
+                        .plain = plain_strip(format.channels, format.groups)});
+  }
+  if (selected.empty()) throw std::runtime_error("no row has all words of the filter");
+  return selected;
+}
+
+std::vector<Row> measure(std::vector<Contest> all, int turns) {
+  const host::FlushDenormals flushed;
+  stay_on_this_processor();
+  const bool terminal = isatty(STDERR_FILENO) != 0;
+  for (const Contest& contest : all) contest.compare();
+  for (int layout = 0; layout < kLayouts; ++layout) {
+    if (terminal) fmt::print(stderr, "\rlayout {} of {}", layout + 1, kLayouts);
+    for (Contest& contest : all) {
+      contest.take_turns(static_cast<unsigned>(layout), (turns + kLayouts - 1) / kLayouts);
+    }
+  }
+  if (terminal) fmt::print(stderr, "\r{:20}\r", "");
+
+  std::vector<Row> rows(all.size());
+  std::ranges::transform(all, rows.begin(), &Contest::result);
+  return rows;
+}
+
+void save(host::ReplacementFile& file, const std::string& text) {
+  if (write(file.descriptor(), text.data(), text.size()) != static_cast<ssize_t>(text.size())) {
+    throw std::runtime_error("the JSON file can't be written");
+  }
+  file.commit();
+}
+
+int run(int argc, char** argv) {
+  CLI::App program("Times the library against plain loops", "strip_speed");
+  std::string path, json_path;
+  std::vector<std::string> filters;
+  int turns = 200;
+  program.add_option("LIBRARY", path, "path of libChannelStrip.so")->required();
+  program.add_option("--filter", filters, "only rows that have this word; may be repeated")
+      ->allow_extra_args(false);
+  program.add_option("--turns", turns, "turns per row")->check(CLI::Range(1, 1000000));
+  program.add_option("--json", json_path, "also write the figures to this file");
+  try {
+    program.parse(argc, argv);
+  } catch (const CLI::Success& help) {
+    return program.exit(help);
+  }
+
+  const host::Library library(path);
+  std::optional<host::ReplacementFile> json;
+  if (!json_path.empty()) json.emplace(json_path);
+  const Report report{
+      .library = path, .turns = turns, .rows = measure(contests(library, filters), turns)};
+  fmt::print("{}", as_table(report));
+  if (json) save(*json, as_json(report));
+  return 0;
+}
+
+}  // namespace
+}  // namespace channelstrip::bench
+
+int main(int argc, char** argv) try {
+  return channelstrip::bench::run(argc, argv);
+} catch (const std::exception& error) {
+  fmt::print(stderr, "strip_speed: {}\n", error.what());
+  return 1;
+}
