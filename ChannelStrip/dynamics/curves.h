@@ -1,26 +1,30 @@
 // The static curves: gain terms over level, both in decibels. Pure functions that compute line and
 // knee for every level and select, so that their cost doesn't depend on the audio.
+//
+// V is float, with the host's record for coefficients, or lanes, with GroupCoefs.
 
 #pragma once
 
-#include "dyn_records.h"
+#include "../lanes/lanes.h"
 
 namespace channelstrip {
 
 // The line above the knee, the polynomial in it, 0 dB up to its lower edge.
-inline float compressor_curve(const Dyn_SCoefsBlock& coefs, float level) {
-  const float line = (level - coefs.compThreshold) * coefs.compSlope;
-  const float knee = coefs.compKneeA * (level * level) + coefs.compKneeB * level + coefs.compKneeC;
-  const float up_to_knee = level > coefs.compKneeLow ? knee : 0.0f;
-  return level > coefs.compKneeHigh ? line : up_to_knee;
+template <typename Coefs, typename V>
+CHANNELSTRIP_INLINE V compressor_curve(const Coefs& coefs, V level) {
+  const V line = (level - coefs.compThreshold) * coefs.compSlope;
+  const V knee = coefs.compKneeA * (level * level) + coefs.compKneeB * level + coefs.compKneeC;
+  const V up_to_knee = select(level > coefs.compKneeLow, knee, V{});
+  return select(level > coefs.compKneeHigh, line, up_to_knee);
 }
 
 // The line below the knee, the polynomial in it up to and with its upper edge, 0 dB above.
-inline float expander_curve(const Dyn_SCoefsBlock& coefs, float level) {
-  const float line = (level - coefs.expThreshold) * coefs.expSlope;
-  const float knee = coefs.expKneeA * (level * level) + coefs.expKneeB * level + coefs.expKneeC;
-  const float from_knee = level <= coefs.expKneeHigh ? knee : 0.0f;
-  return level < coefs.expKneeLow ? line : from_knee;
+template <typename Coefs, typename V>
+CHANNELSTRIP_INLINE V expander_curve(const Coefs& coefs, V level) {
+  const V line = (level - coefs.expThreshold) * coefs.expSlope;
+  const V knee = coefs.expKneeA * (level * level) + coefs.expKneeB * level + coefs.expKneeC;
+  const V from_knee = select(level <= coefs.expKneeHigh, knee, V{});
+  return select(level < coefs.expKneeLow, line, from_knee);
 }
 
 }  // namespace channelstrip

@@ -25,7 +25,7 @@ void Dynamics_AlgorithmProcessFunction(const SChannelStrip_Alg_Context* context,
   float detection[Channels][kQuad];
   for (int c = 0; c < Channels; ++c) {
     load_quad(detection[c], (keyed ? key : in[c]) + offset);
-    section_quad(coefs.keyFilter, &state[c].keyZ1, &state[c].keyZ2, detection[c]);
+    run_section<kQuad>(coefs.keyFilter, state[c].keyZ1, state[c].keyZ2, detection[c]);
   }
 
   float groupLevels[Groups][kQuad];  // the group's levels, then its gains
@@ -36,7 +36,7 @@ void Dynamics_AlgorithmProcessFunction(const SChannelStrip_Alg_Context* context,
   }
   for (int c = 0; c < Channels; ++c) {
     float(&levels)[kQuad] = groupLevels[coefs.linkGroup[c]];
-    for (int k = 0; k < kQuad; ++k) levels[k] = raise(levels[k], __builtin_fabsf(detection[c][k]));
+    for (int k = 0; k < kQuad; ++k) levels[k] = raise(levels[k], magnitude(detection[c][k]));
   }
 
   for (int c = 0; c < Channels; ++c) {

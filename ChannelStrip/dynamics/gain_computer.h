@@ -6,87 +6,115 @@
 #pragma once
 
 #include "../frame/context.h"
-#include "../lanes/raise.h"
+#include "../lanes/quad.h"
 #include "../lanes/section.h"
 #include "ballistics.h"
+#include "conversions.h"
 #include "curves.h"
-#include "dyn_records.h"
-#include "fast_log.h"
+#include "group.h"
 
 namespace channelstrip {
 
-// Once per quad; the new values serve all its samples.
-inline void glide_range_and_makeup(const Dyn_SCoefsBlock& coefs, Dyn_SState* state, float rate) {
-  state->curCompRange = approach(state->curCompRange, coefs.compRange, rate);
-  state->curExpRange = approach(state->curExpRange, coefs.expRange, rate);
-  state->curMakeupGain = approach(state->curMakeupGain, coefs.makeupGain, rate);
-}
+// A quad on its way from levels to gains.
+template <typename V, int Stride>
+struct GainQuad {
+  Rows<V, Stride> detected;  // linear
+  Rows<V, Stride> decibels;  // the same
+  Rows<V, Stride> comp;      // target, then smoothed term, dB, then linear factor
+  Rows<V, Stride> exp;       // likewise; its target without range and gate
+  Rows<V, Stride> gains;     // their product, without makeup
+  V makeup;
+};
 
 // Both detectors run whatever the mode, so a switch continues from current values. A level between
 // the decayed and the undecayed peak doesn't hold the peak up: the comparison comes first.
-inline void detect(const Dyn_SCoefsBlock& coefs, Dyn_SState* state, const float (&levels)[kQuad],
-                   float (&detected)[kQuad]) {
-  float smooth[kQuad];
-  load_quad(smooth, levels);
-  section_quad(coefs.detectorFilter, &state->detZ1, &state->detZ2, smooth);
+template <typename Coefs, typename V, int Stride>
+CHANNELSTRIP_INLINE void detect(const Coefs& coefs, GroupState<V>& state, const V (&levels)[kQuad],
+                                GainQuad<V, Stride>& quad) {
+  V smooth[kQuad];
+  for (int k = 0; k < kQuad; ++k) smooth[k] = levels[k];
+  run_section<kQuad>(coefs.detectorFilter, state.detZ1, state.detZ2, smooth);
 
-  float peak = state->peakLevel;
+  V peak = state.peakLevel;
   for (int k = 0; k < kQuad; ++k) {
-    peak = levels[k] > peak ? levels[k] : peak * coefs.peakDecay;
-    detected[k] = coefs.detectorMode > 0 ? smooth[k] : peak;
+    peak = select(levels[k] > peak, levels[k], peak * coefs.peakDecay);
+    quad.detected.set_row(k, select(detects_smoothed(coefs), smooth[k], peak));
   }
-  state->peakLevel = peak;
-  state->smoothLevel = smooth[kQuad - 1];
+  state.peakLevel = peak;
+  state.smoothLevel = smooth[kQuad - 1];
 }
 
-// Levels in decibels to smoothed compressor terms in decibels.
-inline void compress(const Dyn_SCoefsBlock& coefs, Dyn_SState* state, const float (&levels)[kQuad],
-                     float (&terms)[kQuad]) {
-  const float range = state->curCompRange;
-  float term = state->compGain;
-  for (int k = 0; k < kQuad; ++k) {
-    term = compressor_term(coefs, term, compressor_curve(coefs, levels[k]), range);
-    terms[k] = term;
-  }
-  state->compGain = term;
+// Detected levels to targets.
+template <typename Coefs, typename Quad>
+CHANNELSTRIP_INLINE void find_targets(const Coefs& coefs, Quad& quad) {
+  quad.decibels.map([](auto used, auto level) { return level_to_db(used, level); }, quad.detected);
+  quad.comp.map([&](auto, auto level) { return compressor_curve(coefs, level); }, quad.decibels);
+  quad.exp.map([&](auto, auto level) { return expander_curve(coefs, level); }, quad.decibels);
 }
 
-// Levels in decibels to smoothed expander terms in decibels.
-inline void expand(const Dyn_SCoefsBlock& coefs, Dyn_SState* state, const float (&levels)[kQuad],
-                   float (&terms)[kQuad]) {
-  const float range = state->curExpRange;
-  bool open = state->gateOpen > 0;
-  ExpanderTerm term = {state->expGain, static_cast<uint32_t>(state->holdCount)};
+// Targets to smoothed terms: the strip's longest chain from sample to sample. Range and makeup
+// glide once per quad, the new values serve all its samples.
+template <typename Coefs, typename V, int Stride>
+CHANNELSTRIP_INLINE void smooth_terms(const Coefs& coefs, GroupState<V>& state, V rate,
+                                      GainQuad<V, Stride>& quad) {
+  state.curCompRange = approach(state.curCompRange, coefs.compRange, rate);
+  state.curExpRange = approach(state.curExpRange, coefs.expRange, rate);
+  state.curMakeupGain = approach(state.curMakeupGain, coefs.makeupGain, rate);
+  quad.makeup = state.curMakeupGain;
+
+  V comp = state.compGain, exp = state.expGain;
+  MaskOf<V> open = state.open;
+  WordsOf<V> hold = state.hold;
+  V comp_terms[kQuad], exp_terms[kQuad];
   for (int k = 0; k < kQuad; ++k) {
-    open = gate_stays_open(coefs, open, levels[k]);
-    term =
-        expander_term(coefs, term, expander_target(expander_curve(coefs, levels[k]), open, range));
-    terms[k] = term.gain;
+    comp = compressor_term(coefs, comp, quad.comp.row(k), state.curCompRange);
+    open = gate_stays_open(coefs, open, quad.decibels.row(k));
+    expander_term(coefs, exp, hold, expander_target(quad.exp.row(k), open, state.curExpRange));
+    comp_terms[k] = comp;
+    exp_terms[k] = exp;
   }
-  state->gateOpen = open ? 1 : 0;
-  state->expGain = term.gain;
-  state->holdCount = static_cast<int32_t>(term.hold);
+  for (int k = 0; k < kQuad; ++k) {
+    quad.comp.set_row(k, comp_terms[k]);
+    quad.exp.set_row(k, exp_terms[k]);
+  }
+  state.compGain = comp;
+  state.expGain = exp;
+  state.open = open;
+  state.hold = hold;
 }
 
-// Detector levels, the two factors and their product, all linear, raise the readouts. A gain
-// readout of 0 counts as empty: there the loudest sample so far gives the level.
-inline void raise_readouts(float* dynMeters, int32_t meterSlot, const float (&detected)[kQuad],
-                           const float (&compFactors)[kQuad], const float (&expFactors)[kQuad],
-                           const float (&gains)[kQuad]) {
+// Terms to factors, and these to gains.
+template <typename Quad>
+CHANNELSTRIP_INLINE void find_gains(Quad& quad) {
+  quad.comp.map([](auto used, auto term) { return db_to_gain(used, term); }, quad.comp);
+  quad.exp.map([](auto used, auto term) { return db_to_gain(used, term); }, quad.exp);
+  quad.gains.map([](auto, auto comp, auto exp) { return comp * exp; }, quad.comp, quad.exp);
+}
+
+// A gain readout of 0 counts as empty: there the loudest sample so far gives the level.
+template <typename Quad>
+void raise_gain_and_level(float* dynMeters, const Quad& quad, int lane) {
+  float* const level = &dynMeters[CHANNELSTRIP_METER_LEVEL];
+  float* const gain = &dynMeters[CHANNELSTRIP_METER_GAIN];
   for (int k = 0; k < kQuad; ++k) {
-    float* const level = &dynMeters[CHANNELSTRIP_METER_LEVEL];
-    float* const gain = &dynMeters[CHANNELSTRIP_METER_GAIN];
-    if (gains[k] > *gain || (*gain == 0.0f && detected[k] > *level)) {
-      *gain = gains[k];
-      *level = detected[k];
+    const float raised = lane_of(quad.gains.row(k), lane);
+    const float detected = lane_of(quad.detected.row(k), lane);
+    if (raised > *gain || (*gain == 0.0f && detected > *level)) {
+      *gain = raised;
+      *level = detected;
     }
   }
+}
+
+// Raises the four readouts of all groups and the group's own.
+inline void raise_readouts(float* dynMeters, int32_t meterSlot, const GainQuad<float, 1>& quad) {
+  raise_gain_and_level(dynMeters, quad, 0);
   float* const compReduction = &dynMeters[CHANNELSTRIP_METER_COMP_REDUCTION];
   float* const expReduction = &dynMeters[CHANNELSTRIP_METER_EXP_REDUCTION];
   for (int k = 0; k < kQuad; ++k) {
-    dynMeters[meterSlot] = raise(dynMeters[meterSlot], gains[k]);
-    *compReduction = raise(*compReduction, 1.0f - compFactors[k]);
-    *expReduction = raise(*expReduction, 1.0f - expFactors[k]);
+    dynMeters[meterSlot] = raise(dynMeters[meterSlot], quad.gains.row(k));
+    *compReduction = raise(*compReduction, 1.0f - quad.comp.row(k));
+    *expReduction = raise(*expReduction, 1.0f - quad.exp.row(k));
   }
 }
 
@@ -97,23 +125,17 @@ template <int Samples>
 void ProcessAudioGain(float (&levels)[Samples], Dyn_SState* state,
                       const SChannelStrip_Alg_Context* context, float dezipRate, int32_t meterSlot,
                       float* dynMeters) {
+  static_assert(Samples == kQuad);
   const Dyn_SCoefsBlock& coefs = *context->dynCoefs;
-  float detected[Samples], decibels[Samples], compTerms[Samples], expTerms[Samples];
-
-  glide_range_and_makeup(coefs, state, dezipRate);
-  detect(coefs, state, levels, detected);
-  for (int k = 0; k < Samples; ++k) decibels[k] = LevelToDb(detected[k]);
-  compress(coefs, state, decibels, compTerms);
-  expand(coefs, state, decibels, expTerms);
-
-  float compFactors[Samples], expFactors[Samples], gains[Samples];
-  for (int k = 0; k < Samples; ++k) {
-    compFactors[k] = DbToGain(compTerms[k]);
-    expFactors[k] = DbToGain(expTerms[k]);
-    gains[k] = compFactors[k] * expFactors[k];
-    levels[k] = state->curMakeupGain * gains[k];
-  }
-  raise_readouts(dynMeters, meterSlot, detected, compFactors, expFactors, gains);
+  GroupState<float> running = group_state(*state);
+  GainQuad<float, 1> quad;
+  detect(coefs, running, levels, quad);
+  find_targets(coefs, quad);
+  smooth_terms(coefs, running, dezipRate, quad);
+  find_gains(quad);
+  for (int k = 0; k < kQuad; ++k) levels[k] = quad.makeup * quad.gains.row(k);
+  store_group_state(*state, running);
+  raise_readouts(dynMeters, meterSlot, quad);
 }
 
 }  // namespace channelstrip

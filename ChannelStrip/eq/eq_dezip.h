@@ -8,26 +8,32 @@
 
 #pragma once
 
+#include "../lanes/lanes.h"
 #include "eq_records.h"
 
 namespace channelstrip {
 
-// Every coefficient of every band, whether a pass runs the band or not. The step is a subtraction
-// and a product, each rounded to single; nothing is fused.
+// One coefficient. The step is a subtraction and a product, each rounded to single; nothing is
+// fused.
+template <typename V, typename Double>
+CHANNELSTRIP_INLINE void glide(V& coef, Double& smoothed, V target, V rate) {
+  const V distance = target - coef;
+  const V step = distance * rate;
+  smoothed = smoothed + convert<Double>(step);
+  coef = convert<V>(smoothed);
+}
+
+// Every coefficient of every band, whether a pass runs the band or not.
 inline void eq_dezip_step(EQ_SDezipCoefs* dezip, const EQ_SCoefs* targets, float rate) {
   for (int i = 0; i < CHANNELSTRIP_EQ_COEFS; ++i) {
-    const float distance = targets->targetCoefs[i] - dezip->coefs[i];
-    const float step = distance * rate;
-    const double smoothed = dezip->smoothedCoefs[i] + static_cast<double>(step);
-    dezip->smoothedCoefs[i] = smoothed;
-    dezip->coefs[i] = static_cast<float>(smoothed);
+    glide(dezip->coefs[i], dezip->smoothedCoefs[i], targets->targetCoefs[i], rate);
   }
 }
 
 // Leaves the pair consistent even if something wrote coefs alone.
 inline void eq_resynchronise(EQ_SDezipCoefs* dezip) {
   for (int i = 0; i < CHANNELSTRIP_EQ_COEFS; ++i) {
-    dezip->coefs[i] = static_cast<float>(dezip->smoothedCoefs[i]);
+    dezip->coefs[i] = convert<float>(dezip->smoothedCoefs[i]);
   }
 }
 

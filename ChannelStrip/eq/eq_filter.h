@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "../lanes/quad.h"
 #include "../lanes/section.h"
 #include "eq_records.h"
 
@@ -20,7 +21,7 @@ void EQ_AlgorithmProcessFunction(const EQ_SDezipCoefs* coefs, EQ_SState* state,
     float quad[kQuad];
     load_quad(quad, in[c] + offset);
     for (int32_t band = firstBand; band < endBand; ++band) {
-      section_quad(coefs->coefs + 5 * band, &state[c].z1[band], &state[c].z2[band], quad);
+      run_section<kQuad>(coefs->coefs + 5 * band, state[c].z1[band], state[c].z2[band], quad);
     }
     store_quad(out[c] + offset, quad);
   }

@@ -12,8 +12,17 @@
 #include "../eq/eq_filter.h"
 #include "../meters/output_meters.h"
 #include "context.h"
+#include "independence.h"
+#include "wide_strip.h"
 
 namespace channelstrip {
+
+constexpr int kBlock = 16;
+
+// The samples that a count above 0 processes; up to 2^31.
+constexpr int64_t whole_blocks(int32_t count) {
+  return (int64_t{count} + kBlock - 1) / kBlock * kBlock;
+}
 
 template <int Channels, int Block, int Groups>
 void process_block(const SChannelStrip_Alg_Context* context, const float* key, float dezipRate,
@@ -48,20 +57,62 @@ void process_instance(const SChannelStrip_Alg_Context* context) {
   const float dezipRate = context->dynState[0].dezipRate;
   float* const meters = *context->meterOutputs;
 
-  // Counting blocks, not samples, keeps clear of overflow up to the largest count.
-  const int32_t blocks = (sampleCount - 1) / Block + 1;
-  for (int32_t block = 0; block < blocks; ++block) {
-    process_block<Channels, Block, Groups>(context, key, dezipRate, meters, block * Block);
+  for (int64_t offset = 0; offset < whole_blocks(sampleCount); offset += Block) {
+    process_block<Channels, Block, Groups>(context, key, dezipRate, meters,
+                                           static_cast<int32_t>(offset));
   }
 }
 
+// Whether instances can go side by side in lanes. A band that runs in both passes takes its memory
+// from one to the other within a quad, which lanes don't.
+template <int Channels, int Strips>
+bool fit_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
+  const int32_t count = *strips[0]->sampleCount;
+  const EQ_SCoefs& eq = *strips[0]->eqTargetCoefs;
+  if (count < 1) return false;
+  for (int s = 1; s < Strips; ++s) {
+    if (*strips[s]->sampleCount != count) return false;
+    const EQ_SCoefs& other = *strips[s]->eqTargetCoefs;
+    for (int pass = 0; pass < 2; ++pass) {
+      if (other.firstBand[pass] != eq.firstBand[pass]) return false;
+      if (other.endBand[pass] != eq.endBand[pass]) return false;
+    }
+  }
+  const bool shared_band = eq.firstBand[0] < eq.endBand[1] && eq.firstBand[1] < eq.endBand[0] &&
+                           eq.firstBand[0] < eq.endBand[0] && eq.firstBand[1] < eq.endBand[1];
+  return !shared_band && are_independent<Channels, Strips>(strips, whole_blocks(count));
+}
+
+template <int Channels, int Groups, int Strips>
+void process_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
+  WideStrip<Layout<Channels, Groups, Strips>> wide(strips);
+  wide.process(static_cast<int32_t>(whole_blocks(*strips[0]->sampleCount) / kQuad));
+  wide.store();
+}
+
+// Instances that are independent go through lanes, as many at a time as there are lanes for;
+// everything else one after the other, stage by stage in memory.
 template <int Inputs, int Outputs, int Block, int Groups>
 void ChannelStrip_AlgorithmProcessFunction(const SChannelStrip_Alg_Context* const* begin,
                                            const void* end) {
   static_assert(Inputs == Outputs, "a strip has as many outputs as inputs");
-  static_assert(Block % kQuad == 0, "blocks are whole quads");
-  for (auto context = begin; context != end; ++context) {
-    process_instance<Inputs, Block, Groups>(*context);
+  static_assert(Block == kBlock && Block % kQuad == 0, "blocks are whole quads");
+  constexpr int kStrips = kLanes / power_of_two_from(Inputs);
+  const auto last = static_cast<const SChannelStrip_Alg_Context* const*>(end);
+  for (auto context = begin; context != last;) {
+    if constexpr (kStrips > 1) {
+      if (last - context >= kStrips && fit_in_lanes<Inputs, kStrips>(context)) {
+        process_in_lanes<Inputs, Groups, kStrips>(context);
+        context += kStrips;
+        continue;
+      }
+    }
+    if (fit_in_lanes<Inputs, 1>(context)) {
+      process_in_lanes<Inputs, Groups, 1>(context);
+    } else {
+      process_instance<Inputs, Block, Groups>(*context);
+    }
+    ++context;
   }
 }
 

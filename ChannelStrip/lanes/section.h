@@ -6,25 +6,25 @@
 
 #pragma once
 
-#include "fused.h"
-#include "quad.h"
+#include "lanes.h"
 
 namespace channelstrip {
 
-// Runs a quad through the section in place. `coefs` is b0, b1, b2, a1, a2.
-inline void section_quad(const float* coefs, float* state_z1, float* state_z2,
-                         float (&quad)[kQuad]) {
-  const float b0 = coefs[0], b1 = coefs[1], b2 = coefs[2], a1 = coefs[3], a2 = coefs[4];
-  float z1 = *state_z1, z2 = *state_z2;
-  for (float& sample : quad) {
-    const float x = sample;
-    const float y = channelstrip_fused(b0, x, z1);
-    z1 = channelstrip_fused(a1, y, channelstrip_fused(b1, x, z2));
-    z2 = channelstrip_fused(a2, y, b2 * x);
-    sample = y;
+// Runs Count samples, one after the other, through the section in place. V is float or lanes that
+// each run a section of their own; `coefs` is b0, b1, b2, a1, a2.
+template <int Count, typename V>
+CHANNELSTRIP_INLINE void run_section(const V* coefs, V& memory1, V& memory2, V* samples) {
+  const V b0 = coefs[0], b1 = coefs[1], b2 = coefs[2], a1 = coefs[3], a2 = coefs[4];
+  V z1 = memory1, z2 = memory2;
+  for (int k = 0; k < Count; ++k) {
+    const V x = samples[k];
+    const V y = fused(b0, x, z1);
+    z1 = fused(a1, y, fused(b1, x, z2));
+    z2 = fused(a2, y, b2 * x);
+    samples[k] = y;
   }
-  *state_z1 = z1;
-  *state_z2 = z2;
+  memory1 = z1;
+  memory2 = z2;
 }
 
 }  // namespace channelstrip

@@ -5,7 +5,7 @@
 #include <stdint.h>
 
 #include "../dynamics/dyn_records.h"
-#include "../lanes/raise.h"
+#include "../lanes/lanes.h"
 
 namespace channelstrip {
 
@@ -20,8 +20,8 @@ void meter_block(const float* const* inputs, float* const* outputs, float* input
       const float x = in[i];
       if constexpr (Bypass) out[i] = x;
       const float y = Bypass ? x : out[i];
-      inputPeak = raise(inputPeak, __builtin_fabsf(x * inputGain));
-      outputPeak = raise(outputPeak, __builtin_fabsf(y));
+      inputPeak = raise(inputPeak, magnitude(x * inputGain));
+      outputPeak = raise(outputPeak, magnitude(y));
     }
     inputPeaks[c] = inputPeak;
     outputPeaks[c] = outputPeak;

@@ -127,11 +127,19 @@ void set_meters(Random& random, Instance& it) {
 }
 
 void set_counts(Random& random, Scene& scene) {
-  const int common = random.integer(1, kMostCount);
-  const bool differ = random.chance(0.5F);
   for (Instance& it : scene.instances) {
-    it.count = differ ? random.integer(1, kMostCount) : common;
+    it.count = random.integer(1, kMostCount);
     if (random.chance(0.15F)) it.count = random.pick({0, -1, -16});
+  }
+}
+
+// As much like the first one as instances that share a register need be.
+void make_alike(Scene& scene) {
+  for (Instance& it : scene.instances) {
+    const Instance& first = scene.instances.front();
+    it.count = first.count;
+    std::copy_n(first.eq_targets.firstBand, 2, it.eq_targets.firstBand);
+    std::copy_n(first.eq_targets.endBand, 2, it.eq_targets.endBand);
   }
 }
 
@@ -183,6 +191,7 @@ void change_scene(Random& random, Scene& scene, int groups, Kind kind) {
     if (random.chance(0.3F)) set_meters(random, it);
   }
   set_counts(random, scene);
+  if (random.chance(0.6F)) make_alike(scene);
   choose_range(random, scene);
   fill_arena(random, scene, kind);
 }

@@ -1,0 +1,120 @@
+// The dynamics readouts in lanes, one per link group, for the length of a call.
+//
+// The greatest gain and the level beside it are shared by all groups of an instance. In lanes each
+// group keeps its own; at the end the greatest counts, and among equals the one that came first. A
+// shared gain that starts at 0 or below, which may count as empty, is raised in the order of
+// processing until it is positive.
+
+#pragma once
+
+#include "gain_computer.h"
+#include "link_lanes.h"
+
+namespace channelstrip {
+
+template <typename Layout>
+class ReadoutLanes {
+ public:
+  using Group = typename Layout::Group;
+  using Quad = GainQuad<Group, Layout::kStride>;
+
+  CHANNELSTRIP_INLINE ReadoutLanes(const SChannelStrip_Alg_Context* const* strips,
+                                   const LinkLanes<Layout>& links)
+      : links_(links) {
+    for (int s = 0; s < Layout::kStrips; ++s) meters_[s] = *strips[s]->meterOutputs;
+    channel_gain_ = fill<Group>([&](int lane) {
+      const int leader = links.leader(lane);
+      return dyn_meters(lane)[CHANNELSTRIP_METER_CHANNEL_GAIN + (leader < 0 ? 0 : leader)];
+    });
+    least_comp_ = least_exp_ = broadcast<Group>(__builtin_inff());
+    start_shared();
+  }
+
+  CHANNELSTRIP_INLINE void raise_by(const Quad& quad) {
+    if (!shared_is_positive_) return raise_in_order(quad);
+    for (int k = 0; k < kQuad; ++k) {
+      const auto greater = quad.gains.row(k) > gain_;
+      level_ = select(greater, quad.detected.row(k), level_);
+      since_ = select(greater, IntsOf<Group>{} + quads_, since_);
+      gain_ = raise(gain_, quad.gains.row(k));
+    }
+    ++quads_;
+    raise_others(quad);
+  }
+
+  CHANNELSTRIP_INLINE void store() const {
+    float gains[kWidth<Group>], levels[kWidth<Group>], own[kWidth<Group>];
+    float comp[kWidth<Group>], exp[kWidth<Group>];
+    int32_t since[kWidth<Group>];
+    channelstrip::store(gains, gain_);
+    channelstrip::store(levels, level_);
+    channelstrip::store(own, channel_gain_);
+    channelstrip::store(comp, least_comp_);
+    channelstrip::store(exp, least_exp_);
+    channelstrip::store(since, since_);
+    for (int strip = 0; strip < Layout::kStrips; ++strip) {
+      float* const meters = meters_[strip] + 2 * Layout::kChannels;
+      int32_t first = kNever;
+      for (int channel = 0; channel < Layout::kChannels; ++channel) {
+        const int lane = links_.group_lane(strip * Layout::kChannelStride + channel);
+        meters[CHANNELSTRIP_METER_CHANNEL_GAIN + channel] = own[lane];
+        if (links_.leader(lane) != channel) continue;
+        float& comp_reduction = meters[CHANNELSTRIP_METER_COMP_REDUCTION];
+        float& exp_reduction = meters[CHANNELSTRIP_METER_EXP_REDUCTION];
+        comp_reduction = raise(comp_reduction, 1.0f - comp[lane]);
+        exp_reduction = raise(exp_reduction, 1.0f - exp[lane]);
+        float& gain = meters[CHANNELSTRIP_METER_GAIN];
+        if (gains[lane] > gain || (gains[lane] == gain && since[lane] < first)) {
+          gain = gains[lane];
+          meters[CHANNELSTRIP_METER_LEVEL] = levels[lane];
+          first = since[lane];
+        }
+      }
+    }
+  }
+
+ private:
+  static constexpr int32_t kNever = INT32_MAX;
+
+  CHANNELSTRIP_INLINE float* dyn_meters(int lane) const {
+    return meters_[Layout::strip_of_group_lane(lane)] + 2 * Layout::kChannels;
+  }
+
+  CHANNELSTRIP_INLINE void start_shared() {
+    gain_ = fill<Group>([&](int lane) { return dyn_meters(lane)[CHANNELSTRIP_METER_GAIN]; });
+    level_ = fill<Group>([&](int lane) { return dyn_meters(lane)[CHANNELSTRIP_METER_LEVEL]; });
+    since_ = IntsOf<Group>{} + kNever;
+    shared_is_positive_ = !any_bit(gain_ <= Group{});
+  }
+
+  CHANNELSTRIP_INLINE void raise_others(const Quad& quad) {
+    for (int k = 0; k < kQuad; ++k) {
+      channel_gain_ = raise(channel_gain_, quad.gains.row(k));
+      least_comp_ = lower(least_comp_, quad.comp.row(k));
+      least_exp_ = lower(least_exp_, quad.exp.row(k));
+    }
+  }
+
+  // Group after group, as the scalar strip does it.
+  void raise_in_order(const Quad& quad) {
+    for (int strip = 0; strip < Layout::kStrips; ++strip) {
+      for (int channel = 0; channel < Layout::kChannels; ++channel) {
+        const int lane = links_.group_lane(strip * Layout::kChannelStride + channel);
+        if (links_.leader(lane) != channel) continue;
+        raise_gain_and_level(dyn_meters(lane), quad, lane);
+      }
+    }
+    raise_others(quad);
+    start_shared();
+  }
+
+  float* meters_[Layout::kStrips];
+  const LinkLanes<Layout>& links_;
+  Group gain_, level_, channel_gain_;
+  Group least_comp_, least_exp_;  // factors: a reduction is 1 - factor
+  IntsOf<Group> since_;           // the quad that brought the gain
+  int32_t quads_ = 0;
+  bool shared_is_positive_;
+};
+
+}  // namespace channelstrip

@@ -1,0 +1,135 @@
+// The equaliser in lanes, one per channel, for the length of a call: loaded once, stored once.
+
+#pragma once
+
+#include "../frame/context.h"
+#include "../lanes/layout.h"
+#include "../lanes/section.h"
+#include "eq_dezip.h"
+
+namespace channelstrip {
+
+// One step for Count coefficients whose rates repeat after Period. Returns whether any bit changed.
+template <int Count, int Period>
+CHANNELSTRIP_INLINE bool glide_all(const float* coefs, const double* smoothed, const float* targets,
+                                   const float* rates, float* new_coefs, double* new_smoothed) {
+  using V = Lanes<4>;
+  typedef double Doubles __attribute__((vector_size(32)));
+  typedef int64_t Longs __attribute__((vector_size(32)));
+  IntsOf<V> changed{};
+  Longs changed_smoothed{};
+  for (int i = 0; i < Count; i += 4) {
+    const V rate = Period == 1 ? broadcast<V>(rates[0]) : load<V>(rates + i % Period);
+    const V coef_before = load<V>(coefs + i);
+    const auto smoothed_before = load<Doubles>(smoothed + i);
+    V coef = coef_before;
+    Doubles running = smoothed_before;
+    glide(coef, running, load<V>(targets + i), rate);
+    changed |= (IntsOf<V>)coef ^ (IntsOf<V>)coef_before;
+    changed_smoothed |= (Longs)running ^ (Longs)smoothed_before;
+    channelstrip::store(new_coefs + i, coef);
+    channelstrip::store(new_smoothed + i, running);
+  }
+  return any_bit(changed) || any_bit(changed_smoothed);
+}
+
+// History is the number of quads that may be on their way through the strip.
+template <typename Layout, int History>
+class EqLanes {
+ public:
+  using V = typename Layout::Channel;
+
+  CHANNELSTRIP_INLINE explicit EqLanes(const SChannelStrip_Alg_Context* const* strips) {
+    for (int pass = 0; pass < 2; ++pass) {
+      first_band_[pass] = strips[0]->eqTargetCoefs->firstBand[pass];
+      end_band_[pass] = strips[0]->eqTargetCoefs->endBand[pass];
+    }
+    for (int s = 0; s < Layout::kStrips; ++s) moves_ |= moves(*strips[s]);
+    for (int lane = 0; lane < kCoefLanes; ++lane) {
+      const SChannelStrip_Alg_Context& strip = *strips[Layout::strip_of_channel_lane(lane)];
+      for (int i = 0; i < kBandCoefs; ++i) {
+        coefs_[History - 1][i * kCoefLanes + lane] = strip.eqDezipCoefs->coefs[i];
+      }
+      if (moves_) load_glide(strip, lane);
+    }
+    for (int band = 0; band < CHANNELSTRIP_EQ_BANDS; ++band) {
+      const auto state = [&](int lane) -> const EQ_SState& {
+        return strips[Layout::strip_of_channel_lane(lane)]->eqState[Layout::channel_of(lane)];
+      };
+      z1_[band] = fill<V>([&](int lane) { return state(lane).z1[band]; });
+      z2_[band] = fill<V>([&](int lane) { return state(lane).z2[band]; });
+    }
+  }
+
+  // The step before quad q. One that changes no bit never will change one: targets and rate stay
+  // as they are for the length of a call.
+  CHANNELSTRIP_INLINE void glide_before(int32_t q) {
+    if (!moves_) return;
+    glide_all<kCoefs, kCoefLanes>(coefs_[(q + History - 1) % History], smoothed_, targets_, rates_,
+                                  coefs_[q % History], smoothed_);
+  }
+
+  // The pass before (0) or after (1) the dynamics over quad q.
+  CHANNELSTRIP_INLINE void run(int pass, int32_t q, V (&samples)[4]) {
+    const float* const coefs = coefs_[moves_ ? q % History : History - 1];
+    for (int32_t band = first_band_[pass]; band < end_band_[pass]; ++band) {
+      V section[5];
+      for (int i = 0; i < 5; ++i) {
+        const float* const coef = coefs + (5 * band + i) * kCoefLanes;
+        section[i] = kCoefLanes == 1 ? broadcast<V>(*coef) : load<V>(coef);
+      }
+      run_section<4>(section, z1_[band], z2_[band], samples);
+    }
+  }
+
+  CHANNELSTRIP_INLINE void store(const SChannelStrip_Alg_Context* const* strips) const {
+    for (int s = 0; s < Layout::kStrips && moves_; ++s) {
+      const int lane = kCoefLanes == 1 ? 0 : s * Layout::kChannelStride;
+      EQ_SDezipCoefs* const to = strips[s]->eqDezipCoefs;
+      for (int i = 0; i < kBandCoefs; ++i) to->smoothedCoefs[i] = smoothed_[i * kCoefLanes + lane];
+      eq_resynchronise(to);
+    }
+    for (int lane = 0; lane < kWidth<V>; ++lane) {
+      if (!Layout::is_channel(lane)) continue;
+      EQ_SState& to =
+          strips[Layout::strip_of_channel_lane(lane)]->eqState[Layout::channel_of(lane)];
+      for (int band = 0; band < CHANNELSTRIP_EQ_BANDS; ++band) {
+        to.z1[band] = z1_[band][lane];
+        to.z2[band] = z2_[band][lane];
+      }
+    }
+  }
+
+ private:
+  static constexpr int kBandCoefs = CHANNELSTRIP_EQ_COEFS;
+  // All channels of one strip share its coefficients.
+  static constexpr int kCoefLanes = Layout::kStrips == 1 ? 1 : kWidth<V>;
+  static constexpr int kCoefs = kBandCoefs * kCoefLanes;
+
+  CHANNELSTRIP_INLINE static bool moves(const SChannelStrip_Alg_Context& strip) {
+    const EQ_SDezipCoefs& dezip = *strip.eqDezipCoefs;
+    const float rate = strip.dynState[0].dezipRate;
+    float coefs[kBandCoefs];
+    double smoothed[kBandCoefs];
+    return glide_all<kBandCoefs, 1>(dezip.coefs, dezip.smoothedCoefs,
+                                    strip.eqTargetCoefs->targetCoefs, &rate, coefs, smoothed);
+  }
+
+  CHANNELSTRIP_INLINE void load_glide(const SChannelStrip_Alg_Context& strip, int lane) {
+    rates_[lane] = strip.dynState[0].dezipRate;
+    for (int i = 0; i < kBandCoefs; ++i) {
+      targets_[i * kCoefLanes + lane] = strip.eqTargetCoefs->targetCoefs[i];
+      smoothed_[i * kCoefLanes + lane] = strip.eqDezipCoefs->smoothedCoefs[i];
+    }
+  }
+
+  bool moves_ = false;  // otherwise the last row is all quads'
+  int32_t first_band_[2], end_band_[2];
+  V z1_[CHANNELSTRIP_EQ_BANDS], z2_[CHANNELSTRIP_EQ_BANDS];
+  alignas(64) float coefs_[History][kCoefs];  // of quad q in row q % History
+  alignas(64) float targets_[kCoefs];
+  alignas(64) double smoothed_[kCoefs];
+  float rates_[kCoefLanes];
+};
+
+}  // namespace channelstrip

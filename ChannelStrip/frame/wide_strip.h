@@ -1,0 +1,130 @@
+// Instances of one stem format side by side in lanes, for the length of a call: the order of the
+// stages, as channel_strip.h has it for one instance in memory.
+//
+// Everything is loaded from the records once, processed quad by quad, and stored once. That is
+// right only where nothing that is written overlaps anything else that is used.
+
+#pragma once
+
+#include "../dynamics/group_lanes.h"
+#include "../dynamics/key_lanes.h"
+#include "../dynamics/readout_lanes.h"
+#include "../eq/eq_lanes.h"
+#include "../meters/meter_lanes.h"
+#include "context.h"
+
+namespace channelstrip {
+
+template <typename Layout>
+class WideStrip {
+ public:
+  CHANNELSTRIP_INLINE explicit WideStrip(const SChannelStrip_Alg_Context* const* strips)
+      : strips_(strips),
+        eq_(strips),
+        key_(strips),
+        links_(strips),
+        readouts_(strips, links_),
+        meters_(strips) {
+    load_curve_coefs<Layout>(curves_, strips);
+    load_group_coefs<Layout>(groups_, strips);
+    load_group_states<Layout>(group_state_, strips, links_);
+    for (int lane = 0; lane < kWidth<Channel>; ++lane) {
+      const SChannelStrip_Alg_Context& strip = *strips[Layout::strip_of_channel_lane(lane)];
+      const int channel = Layout::channel_of(lane);
+      inputs_[lane] = strip.inputs[channel];
+      outputs_[lane] = Layout::is_channel(lane) ? strip.outputs[channel] : nullptr;
+    }
+    rate_ = fill<Group>(
+        [&](int lane) { return strips[Layout::strip_of_group_lane(lane)]->dynState[0].dezipRate; });
+  }
+
+  // Each stage works on an earlier quad than the one after it in the loop, so that one's chain from
+  // sample to sample hides behind the others' arithmetic.
+  CHANNELSTRIP_INLINE void process(int32_t quads) {
+    const auto is_quad = [=](int32_t q) { return 0 <= q && q < quads; };
+    for (int32_t q = 0; q < quads + kFinish; ++q) {
+      if (is_quad(q - kGains)) find_gains(passing(q - kGains).gain);
+      if (is_quad(q - kFinish)) finish(q - kFinish);
+      if (is_quad(q - kTargets)) find_targets(curves_, passing(q - kTargets).gain);
+      if (is_quad(q - kSmooth)) {
+        smooth_terms(groups_, group_state_, rate_, passing(q - kSmooth).gain);
+      }
+      if (is_quad(q)) start(q);
+    }
+  }
+
+  CHANNELSTRIP_INLINE void store() const {
+    eq_.store(strips_);
+    key_.store(strips_);
+    store_group_states<Layout>(strips_, links_, group_state_);
+    readouts_.store();
+    meters_.store(strips_);
+  }
+
+ private:
+  using Channel = typename Layout::Channel;
+  using Group = typename Layout::Group;
+
+  // How many quads behind the start the other stages are. One strip's work is mostly waiting.
+  static constexpr bool kAlone = Layout::kStrips == 1;
+  static constexpr int kTargets = 1, kSmooth = kAlone ? 2 : 1, kGains = kAlone ? 3 : 2;
+  static constexpr int kFinish = kAlone ? 4 : 2;
+  static constexpr int kPassing = kAlone ? 8 : 3;  // above kFinish; a power of two is quicker
+
+  // A quad on its way through the strip.
+  struct Passing {
+    Channel input[kQuad], audio[kQuad], detection[kQuad];
+    GainQuad<Group, Layout::kStride> gain;
+  };
+
+  CHANNELSTRIP_INLINE Passing& passing(int32_t q) { return passing_[q % kPassing]; }
+
+  // Equaliser before the dynamics, detection.
+  CHANNELSTRIP_INLINE void start(int32_t q) {
+    Passing& quad = passing(q);
+    Channel audio[kQuad], detection[kQuad];
+    load_lanes(audio, inputs_, q * kQuad);
+    for (int k = 0; k < kQuad; ++k) quad.input[k] = audio[k];
+    eq_.glide_before(q);
+    eq_.run(0, q, audio);
+    key_.detect(audio, q * kQuad, detection);
+    Group levels[kQuad];
+    for (int k = 0; k < kQuad; ++k) {
+      quad.audio[k] = audio[k];
+      quad.detection[k] = detection[k];
+      levels[k] = links_.levels(magnitude(detection[k]));
+    }
+    detect(groups_, group_state_, levels, quad.gain);
+  }
+
+  // Gain, equaliser after the dynamics, meters.
+  CHANNELSTRIP_INLINE void finish(int32_t q) {
+    Passing& quad = passing(q);
+    readouts_.raise_by(quad.gain);
+    Channel audio[kQuad];
+    for (int k = 0; k < kQuad; ++k) {
+      const Group gain = quad.gain.makeup * quad.gain.gains.row(k);
+      audio[k] = links_.listen_or_gain(quad.detection[k], quad.audio[k], gain);
+    }
+    eq_.run(1, q, audio);
+    meters_.meter(quad.input, audio);
+    store_lanes(audio, outputs_, q * kQuad);
+  }
+
+  const SChannelStrip_Alg_Context* const* strips_;
+  const float* inputs_[kWidth<Channel>];
+  float* outputs_[kWidth<Channel>];
+  Passing passing_[kPassing];
+
+  EqLanes<Layout, kPassing> eq_;
+  KeyLanes<Layout> key_;
+  LinkLanes<Layout> links_;
+  CurveCoefs<Lanes<kLanes>> curves_;
+  GroupCoefs<Group> groups_;
+  GroupState<Group> group_state_;
+  Group rate_;  // of range and makeup
+  ReadoutLanes<Layout> readouts_;
+  MeterLanes<Layout> meters_;
+};
+
+}  // namespace channelstrip

@@ -1,0 +1,195 @@
+// Lanes<W>: W floats side by side in one register, or in several where registers are narrower.
+//
+// The compilers' vector types bring arithmetic and comparisons along; a comparison gives a mask of
+// all ones or zeros per lane. What they lack is here, in the same words for a plain float, so that
+// a rule is written once over V: float or Lanes<W>. Nothing else knows an intrinsic.
+
+#pragma once
+
+#include <stdint.h>
+
+#include "fused.h"
+
+#if defined(__AVX__) || defined(__FMA__)
+#include <immintrin.h>
+#elif defined(__ARM_NEON)
+#include <arm_neon.h>
+#endif
+
+namespace channelstrip {
+
+#define CHANNELSTRIP_INLINE inline __attribute__((always_inline))
+
+// Floats in a register that is worth filling.
+#if defined(__AVX__)
+constexpr int kLanes = 8;
+#else
+constexpr int kLanes = 4;
+#endif
+
+template <int W>
+struct LaneTypes {
+  typedef float Floats __attribute__((vector_size(4 * W)));
+  typedef int32_t Ints __attribute__((vector_size(4 * W)));
+  typedef uint32_t Words __attribute__((vector_size(4 * W)));
+  using Mask = Ints;
+};
+template <>
+struct LaneTypes<1> {
+  using Floats = float;
+  using Ints = int32_t;
+  using Words = uint32_t;
+  using Mask = bool;
+};
+
+template <int W>
+using Lanes = typename LaneTypes<W>::Floats;
+
+template <typename V>
+constexpr int kWidth = sizeof(V) / sizeof(float);
+template <typename V>
+using IntsOf = typename LaneTypes<kWidth<V>>::Ints;
+template <typename V>
+using WordsOf = typename LaneTypes<kWidth<V>>::Words;
+template <typename V>
+using MaskOf = typename LaneTypes<kWidth<V>>::Mask;
+
+template <typename V>
+CHANNELSTRIP_INLINE V broadcast(float x) {
+  if constexpr (kWidth<V> == 8) return V{x, x, x, x, x, x, x, x};
+  if constexpr (kWidth<V> == 4) return V{x, x, x, x};
+  if constexpr (kWidth<V> == 1) return x;
+}
+
+// One lane of a number, an integer or a mask.
+template <typename T>
+CHANNELSTRIP_INLINE auto lane_of(T x, int lane) {
+  if constexpr (sizeof(T) <= 4)
+    return x;
+  else
+    return x[lane];
+}
+
+// The low and the high four of eight, and both together.
+CHANNELSTRIP_INLINE Lanes<4> low_half(Lanes<8> x) {
+  return __builtin_shufflevector(x, x, 0, 1, 2, 3);
+}
+CHANNELSTRIP_INLINE Lanes<4> high_half(Lanes<8> x) {
+  return __builtin_shufflevector(x, x, 4, 5, 6, 7);
+}
+CHANNELSTRIP_INLINE Lanes<8> join(Lanes<4> low, Lanes<4> high) {
+  return __builtin_shufflevector(low, high, 0, 1, 2, 3, 4, 5, 6, 7);
+}
+
+// a b + c, rounded once where the target can.
+CHANNELSTRIP_INLINE float fused(float a, float b, float c) {
+  return channelstrip_fused(a, b, c);
+}
+template <typename V>
+CHANNELSTRIP_INLINE V fused(V a, V b, V c) {
+#if defined(__FMA__)
+  if constexpr (kWidth<V> == 4) return _mm_fmadd_ps(a, b, c);
+  if constexpr (kWidth<V> == 8) return _mm256_fmadd_ps(a, b, c);
+#elif defined(__ARM_FEATURE_FMA)
+  if constexpr (kWidth<V> == 4) {
+    return vfmaq_f32(c, a, b);
+  } else {
+    return join(fused(low_half(a), low_half(b), low_half(c)),
+                fused(high_half(a), high_half(b), high_half(c)));
+  }
+#else
+  return a * b + c;
+#endif
+}
+
+// `a` where the mask is set, otherwise `b`; of numbers, integers or masks.
+template <typename T>
+CHANNELSTRIP_INLINE T select(bool mask, T a, T b) {
+  return mask ? a : b;
+}
+template <typename M, typename T>
+CHANNELSTRIP_INLINE T select(M mask, T a, T b) {
+  return mask ? a : b;
+}
+
+// Whether any bit of an integer, or of integers in lanes, is set.
+template <typename Ints>
+CHANNELSTRIP_INLINE bool any_bit(Ints x) {
+  int64_t words[sizeof x / 8];
+  __builtin_memcpy(words, &x, sizeof x);
+  int64_t bits = 0;
+  for (int64_t word : words) bits |= word;
+  return bits != 0;
+}
+template <>
+CHANNELSTRIP_INLINE bool any_bit(int32_t x) {
+  return x != 0;
+}
+
+// To another type of number, lane by lane.
+template <typename To, typename From>
+CHANNELSTRIP_INLINE To convert(From x) {
+  if constexpr (sizeof(From) <= sizeof(double)) {
+    return static_cast<To>(x);
+  } else {
+    return __builtin_convertvector(x, To);
+  }
+}
+
+CHANNELSTRIP_INLINE bool both(bool a, bool b) {
+  return a && b;
+}
+template <typename M>
+CHANNELSTRIP_INLINE M both(M a, M b) {
+  return a & b;
+}
+CHANNELSTRIP_INLINE bool negated(bool a) {
+  return !a;
+}
+template <typename M>
+CHANNELSTRIP_INLINE M negated(M a) {
+  return ~a;
+}
+// As an unsigned integer, all ones where the mask is set, otherwise 0.
+template <typename V>
+CHANNELSTRIP_INLINE WordsOf<V> minus_one_where(MaskOf<V> mask) {
+  if constexpr (kWidth<V> == 1) {
+    return mask ? UINT32_MAX : 0;
+  } else {
+    return (WordsOf<V>)mask;
+  }
+}
+
+CHANNELSTRIP_INLINE float magnitude(float x) {
+  return __builtin_fabsf(x);
+}
+template <typename V>
+CHANNELSTRIP_INLINE V magnitude(V x) {
+  return (V)((IntsOf<V>)x & 0x7FFFFFFF);
+}
+
+// The running maximum of every meter and readout. Strictly greater, so a NaN never enters and one
+// that is there stays until the host resets it.
+CHANNELSTRIP_INLINE float raise(float held, float value) {
+  return value > held ? value : held;
+}
+template <typename V>
+CHANNELSTRIP_INLINE V raise(V held, V value) {
+#if defined(__AVX__)
+  if constexpr (kWidth<V> == 8) return _mm256_max_ps(value, held);
+  if constexpr (kWidth<V> == 4) return _mm_max_ps(value, held);
+#endif
+  return value > held ? value : held;
+}
+
+// The running minimum, likewise.
+template <typename V>
+CHANNELSTRIP_INLINE V lower(V held, V value) {
+#if defined(__AVX__)
+  if constexpr (kWidth<V> == 8) return _mm256_min_ps(value, held);
+  if constexpr (kWidth<V> == 4) return _mm_min_ps(value, held);
+#endif
+  return value < held ? value : held;
+}
+
+}  // namespace channelstrip

@@ -1,0 +1,60 @@
+// The peak meters and the bypass in lanes, one per channel, for the length of a call.
+
+#pragma once
+
+#include "../dynamics/dyn_records.h"
+#include "../frame/context.h"
+#include "../lanes/layout.h"
+#include "../lanes/quad.h"
+
+namespace channelstrip {
+
+template <typename Layout>
+class MeterLanes {
+ public:
+  using V = typename Layout::Channel;
+
+  CHANNELSTRIP_INLINE explicit MeterLanes(const SChannelStrip_Alg_Context* const* strips) {
+    const auto strip = [&](int lane) -> const SChannelStrip_Alg_Context& {
+      return *strips[Layout::strip_of_channel_lane(lane)];
+    };
+    input_gain_ = fill<V>([&](int lane) { return strip(lane).dynCoefs->inputMeterGain; });
+    bypassed_ = fill_mask<V>([&](int lane) { return strip(lane).dynCoefs->bypass > 0; });
+    in_place_ = fill_mask<V>([&](int lane) {
+      const int channel = Layout::channel_of(lane);
+      return strip(lane).outputs[channel] == strip(lane).inputs[channel];
+    });
+    input_peak_ = fill<V>([&](int lane) { return peaks(strip(lane))[Layout::channel_of(lane)]; });
+    output_peak_ = fill<V>(
+        [&](int lane) { return peaks(strip(lane))[Layout::kChannels + Layout::channel_of(lane)]; });
+  }
+
+  // In place, the input is the processed audio by the time it is metered.
+  CHANNELSTRIP_INLINE void meter(const V (&input)[kQuad], V (&output)[kQuad]) {
+    for (int k = 0; k < kQuad; ++k) {
+      const V x = select(in_place_, output[k], input[k]);
+      output[k] = select(bypassed_, x, output[k]);
+      input_peak_ = raise(input_peak_, magnitude(x * input_gain_));
+      output_peak_ = raise(output_peak_, magnitude(output[k]));
+    }
+  }
+
+  CHANNELSTRIP_INLINE void store(const SChannelStrip_Alg_Context* const* strips) const {
+    for (int lane = 0; lane < kWidth<V>; ++lane) {
+      if (!Layout::is_channel(lane)) continue;
+      float* const to = peaks(*strips[Layout::strip_of_channel_lane(lane)]);
+      to[Layout::channel_of(lane)] = input_peak_[lane];
+      to[Layout::kChannels + Layout::channel_of(lane)] = output_peak_[lane];
+    }
+  }
+
+ private:
+  CHANNELSTRIP_INLINE static float* peaks(const SChannelStrip_Alg_Context& strip) {
+    return *strip.meterOutputs;
+  }
+
+  V input_gain_, input_peak_, output_peak_;
+  MaskOf<V> bypassed_, in_place_;
+};
+
+}  // namespace channelstrip
