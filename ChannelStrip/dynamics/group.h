@@ -53,7 +53,7 @@ inline GroupState<float> group_state(const Dyn_SState& from) {
           from.detZ1,
           from.detZ2,
           from.peakLevel,
-          from.smoothLevel,
+          0.0f,  // smoothLevel is only written
           from.curMakeupGain,
           from.curCompRange,
           from.curExpRange,

@@ -84,7 +84,7 @@ CHANNELSTRIP_INLINE void load_group_states(GroupState<typename Layout::Group>& s
   state.detZ1 = number(&Dyn_SState::detZ1);
   state.detZ2 = number(&Dyn_SState::detZ2);
   state.peakLevel = number(&Dyn_SState::peakLevel);
-  state.smoothLevel = number(&Dyn_SState::smoothLevel);
+  state.smoothLevel = V{};  // only written
   state.curMakeupGain = number(&Dyn_SState::curMakeupGain);
   state.curCompRange = number(&Dyn_SState::curCompRange);
   state.curExpRange = number(&Dyn_SState::curExpRange);

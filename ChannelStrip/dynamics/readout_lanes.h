@@ -1,8 +1,9 @@
-// The dynamics readouts in lanes, one per link group, for the length of a call.
+// The dynamics readouts in lanes, for the length of a call: a lane per link group or, of a single
+// group, per sample of the quad.
 //
 // The greatest gain and the level beside it are shared by all groups of an instance. In lanes each
-// group keeps its own; at the end the greatest counts, and among equals the one that came first. A
-// shared gain that starts at 0 or below, which may count as empty, is raised in the order of
+// keeps its own; at the end the greatest counts, and among equals the one that came first. A shared
+// gain that starts at 0 or below, which may count as empty, is raised in the order of
 // processing until it is positive.
 
 #pragma once
@@ -27,18 +28,19 @@ class ReadoutLanes {
       return dyn_meters(lane)[CHANNELSTRIP_METER_CHANNEL_GAIN + (leader < 0 ? 0 : leader)];
     });
     least_comp_ = least_exp_ = broadcast<Group>(__builtin_inff());
+    now_ = fill<IntsOf<Group>>([](int lane) { return kSamples == 1 ? 0 : lane; });
     start_shared();
   }
 
   CHANNELSTRIP_INLINE void raise_by(const Quad& quad) {
     if (!shared_is_positive_) return raise_in_order(quad);
-    for (int k = 0; k < kQuad; ++k) {
+    for (int k = 0; k < kRows; ++k) {
       const auto greater = quad.gains.row(k) > gain_;
       level_ = select(greater, quad.detected.row(k), level_);
-      since_ = select(greater, IntsOf<Group>{} + quads_, since_);
+      since_ = select(greater, now_, since_);
       gain_ = raise(gain_, quad.gains.row(k));
     }
-    ++quads_;
+    now_ += kSamples;
     raise_others(quad);
   }
 
@@ -56,25 +58,32 @@ class ReadoutLanes {
       float* const meters = meters_[strip] + 2 * Layout::kChannels;
       int32_t first = kNever;
       for (int channel = 0; channel < Layout::kChannels; ++channel) {
-        const int lane = links_.group_lane(strip * Layout::kChannelStride + channel);
-        meters[CHANNELSTRIP_METER_CHANNEL_GAIN + channel] = own[lane];
-        if (links_.leader(lane) != channel) continue;
-        float& comp_reduction = meters[CHANNELSTRIP_METER_COMP_REDUCTION];
-        float& exp_reduction = meters[CHANNELSTRIP_METER_EXP_REDUCTION];
-        comp_reduction = raise(comp_reduction, 1.0f - comp[lane]);
-        exp_reduction = raise(exp_reduction, 1.0f - exp[lane]);
-        float& gain = meters[CHANNELSTRIP_METER_GAIN];
-        if (gains[lane] > gain || (gains[lane] == gain && since[lane] < first)) {
-          gain = gains[lane];
-          meters[CHANNELSTRIP_METER_LEVEL] = levels[lane];
-          first = since[lane];
+        const int group = links_.group_lane(strip * Layout::kChannelStride + channel);
+        float own_gain = own[group];
+        for (int lane = group; lane < group + kSamples; ++lane) {
+          own_gain = raise(own_gain, own[lane]);
+          if (links_.leader(group) != channel) continue;
+          float& comp_reduction = meters[CHANNELSTRIP_METER_COMP_REDUCTION];
+          float& exp_reduction = meters[CHANNELSTRIP_METER_EXP_REDUCTION];
+          comp_reduction = raise(comp_reduction, 1.0f - comp[lane]);
+          exp_reduction = raise(exp_reduction, 1.0f - exp[lane]);
+          float& gain = meters[CHANNELSTRIP_METER_GAIN];
+          if (gains[lane] > gain || (gains[lane] == gain && since[lane] < first)) {
+            gain = gains[lane];
+            meters[CHANNELSTRIP_METER_LEVEL] = levels[lane];
+            first = since[lane];
+          }
         }
+        meters[CHANNELSTRIP_METER_CHANNEL_GAIN + channel] = own_gain;
       }
     }
   }
 
  private:
   static constexpr int32_t kNever = INT32_MAX;
+  // Of a single group, a row holds all samples of a quad.
+  static constexpr int kSamples = Layout::kStride == 1 ? kQuad : 1;
+  static constexpr int kRows = kQuad / kSamples;
 
   CHANNELSTRIP_INLINE float* dyn_meters(int lane) const {
     return meters_[Layout::strip_of_group_lane(lane)] + 2 * Layout::kChannels;
@@ -88,7 +97,7 @@ class ReadoutLanes {
   }
 
   CHANNELSTRIP_INLINE void raise_others(const Quad& quad) {
-    for (int k = 0; k < kQuad; ++k) {
+    for (int k = 0; k < kRows; ++k) {
       channel_gain_ = raise(channel_gain_, quad.gains.row(k));
       least_comp_ = lower(least_comp_, quad.comp.row(k));
       least_exp_ = lower(least_exp_, quad.exp.row(k));
@@ -112,8 +121,8 @@ class ReadoutLanes {
   const LinkLanes<Layout>& links_;
   Group gain_, level_, channel_gain_;
   Group least_comp_, least_exp_;  // factors: a reduction is 1 - factor
-  IntsOf<Group> since_;           // the quad that brought the gain
-  int32_t quads_ = 0;
+  IntsOf<Group> since_;           // the quad, or sample, that brought the gain
+  IntsOf<Group> now_;
   bool shared_is_positive_;
 };
 

@@ -52,13 +52,13 @@ class EqLanes {
       }
       if (moves_) load_glide(strip, lane);
     }
-    for (int band = 0; band < CHANNELSTRIP_EQ_BANDS; ++band) {
+    for_each_band([&](int band) {
       const auto state = [&](int lane) -> const EQ_SState& {
         return strips[Layout::strip_of_channel_lane(lane)]->eqState[Layout::channel_of(lane)];
       };
       z1_[band] = fill<V>([&](int lane) { return state(lane).z1[band]; });
       z2_[band] = fill<V>([&](int lane) { return state(lane).z2[band]; });
-    }
+    });
   }
 
   // The step before quad q. One that changes no bit never will change one: targets and rate stay
@@ -93,10 +93,10 @@ class EqLanes {
       if (!Layout::is_channel(lane)) continue;
       EQ_SState& to =
           strips[Layout::strip_of_channel_lane(lane)]->eqState[Layout::channel_of(lane)];
-      for (int band = 0; band < CHANNELSTRIP_EQ_BANDS; ++band) {
+      for_each_band([&](int band) {
         to.z1[band] = z1_[band][lane];
         to.z2[band] = z2_[band][lane];
-      }
+      });
     }
   }
 
@@ -105,6 +105,14 @@ class EqLanes {
   // All channels of one strip share its coefficients.
   static constexpr int kCoefLanes = Layout::kStrips == 1 ? 1 : kWidth<V>;
   static constexpr int kCoefs = kBandCoefs * kCoefLanes;
+
+  // Of those that a pass runs: the memory of others isn't the call's.
+  template <typename Function>
+  CHANNELSTRIP_INLINE void for_each_band(Function visit) const {
+    for (int pass = 0; pass < 2; ++pass) {
+      for (int band = first_band_[pass]; band < end_band_[pass]; ++band) visit(band);
+    }
+  }
 
   CHANNELSTRIP_INLINE static bool moves(const SChannelStrip_Alg_Context& strip) {
     const EQ_SDezipCoefs& dezip = *strip.eqDezipCoefs;

@@ -13,6 +13,7 @@
 #include "../meters/output_meters.h"
 #include "context.h"
 #include "independence.h"
+#include "mono_strip.h"
 #include "wide_strip.h"
 
 namespace channelstrip {
@@ -63,13 +64,19 @@ void process_instance(const SChannelStrip_Alg_Context* context) {
   }
 }
 
+// A mono strip by itself needs more than a block to be quicker in lanes.
+template <int Channels, int Strips>
+constexpr int32_t kFewestInLanes = Channels* Strips == 1 ? kBlock + 1 : 1;
+// Samples whose number stays far from overflow, a few quads beyond the end included.
+constexpr int32_t kMostInLanes = 1 << 30;
+
 // Whether instances can go side by side in lanes. A band that runs in both passes takes its memory
 // from one to the other within a quad, which lanes don't.
 template <int Channels, int Strips>
 bool fit_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
   const int32_t count = *strips[0]->sampleCount;
   const EQ_SCoefs& eq = *strips[0]->eqTargetCoefs;
-  if (count < 1) return false;
+  if (count < kFewestInLanes<Channels, Strips> || count > kMostInLanes) return false;
   for (int s = 1; s < Strips; ++s) {
     if (*strips[s]->sampleCount != count) return false;
     const EQ_SCoefs& other = *strips[s]->eqTargetCoefs;
@@ -85,9 +92,16 @@ bool fit_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
 
 template <int Channels, int Groups, int Strips>
 void process_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
-  WideStrip<Layout<Channels, Groups, Strips>> wide(strips);
-  wide.process(static_cast<int32_t>(whole_blocks(*strips[0]->sampleCount) / kQuad));
-  wide.store();
+  const auto quads = static_cast<int32_t>(whole_blocks(*strips[0]->sampleCount) / kQuad);
+  if constexpr (Strips == 1 && Channels == 1) {
+    MonoStrip mono(strips, quads);
+    mono.process();
+    mono.store();
+  } else {
+    WideStrip<Layout<Channels, Groups, Strips>> wide(strips);
+    wide.process(quads);
+    wide.store();
+  }
 }
 
 // Instances that are independent go through lanes, as many at a time as there are lanes for;

@@ -18,9 +18,9 @@ struct Used {};
 template <typename V, int Stride>
 class Rows {
  public:
-  // The end of the last register is computed with, though no row reaches there.
+  // What stands behind the last row is read along with it.
   CHANNELSTRIP_INLINE Rows() {
-    for (int i = 3 * Stride + kWidth<V>; i < kRoom; ++i) numbers_[i] = 0.0f;
+    for (int i = kCount; i < kRoom; ++i) numbers_[i] = 0.0f;
   }
 
   CHANNELSTRIP_INLINE V row(int k) const { return load<V>(numbers_ + k * Stride); }

@@ -2,10 +2,10 @@
 
 #pragma once
 
-#include "../dynamics/dyn_records.h"
 #include "../frame/context.h"
 #include "../lanes/layout.h"
 #include "../lanes/quad.h"
+#include "output_meters.h"
 
 namespace channelstrip {
 
@@ -34,8 +34,7 @@ class MeterLanes {
     for (int k = 0; k < kQuad; ++k) {
       const V x = select(in_place_, output[k], input[k]);
       output[k] = select(bypassed_, x, output[k]);
-      input_peak_ = raise(input_peak_, magnitude(x * input_gain_));
-      output_peak_ = raise(output_peak_, magnitude(output[k]));
+      channelstrip::meter(input_peak_, output_peak_, x, output[k], input_gain_);
     }
   }
 

@@ -9,6 +9,13 @@
 
 namespace channelstrip {
 
+// Raises both peaks by one input and one output, of one channel or of one a lane.
+template <typename V>
+CHANNELSTRIP_INLINE void meter(V& inputPeak, V& outputPeak, V x, V y, V inputGain) {
+  inputPeak = raise(inputPeak, magnitude(x * inputGain));
+  outputPeak = raise(outputPeak, magnitude(y));
+}
+
 template <int Channels, int Block, bool Bypass>
 void meter_block(const float* const* inputs, float* const* outputs, float* inputPeaks,
                  float* outputPeaks, float inputGain, int32_t blockOffset) {
@@ -20,8 +27,7 @@ void meter_block(const float* const* inputs, float* const* outputs, float* input
       const float x = in[i];
       if constexpr (Bypass) out[i] = x;
       const float y = Bypass ? x : out[i];
-      inputPeak = raise(inputPeak, magnitude(x * inputGain));
-      outputPeak = raise(outputPeak, magnitude(y));
+      meter(inputPeak, outputPeak, x, y, inputGain);
     }
     inputPeaks[c] = inputPeak;
     outputPeaks[c] = outputPeak;

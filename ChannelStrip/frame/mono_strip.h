@@ -1,0 +1,135 @@
+// One mono instance by itself, for the length of a call: the order of the stages, as wide_strip.h
+// has it, where channels would leave lanes idle. Lanes are bands in the equaliser and samples of a
+// quad in what has no memory; what has one takes a sample after the other.
+
+#pragma once
+
+#include "../dynamics/group_lanes.h"
+#include "../dynamics/key_lanes.h"
+#include "../dynamics/readout_lanes.h"
+#include "../eq/eq_cascade.h"
+#include "../meters/output_meters.h"
+#include "context.h"
+
+namespace channelstrip {
+
+class MonoStrip {
+ public:
+  CHANNELSTRIP_INLINE MonoStrip(const SChannelStrip_Alg_Context* const* strip, int32_t quads)
+      : strip_(strip),
+        quads_(quads),
+        eq_(**strip, quads),
+        key_(strip),
+        links_(strip),
+        readouts_(strip, links_),
+        coefs_(*(*strip)->dynCoefs),
+        peaks_(*(*strip)->meterOutputs) {
+    load_curve_coefs<Mono>(curves_, strip);
+    load_group_coefs<Mono>(groups_, strip);
+    load_group_states<Mono>(group_state_, strip, links_);
+    rate_ = broadcast<V>((*strip)->dynState[0].dezipRate);
+    input_peak_ = broadcast<V>(peaks_[0]);
+    output_peak_ = broadcast<V>(peaks_[1]);
+  }
+
+  // Each stage works on an earlier quad than the one after it in the loop, so that one's chain from
+  // sample to sample hides behind the others' arithmetic.
+  CHANNELSTRIP_INLINE void process() {
+    for (int32_t q = 0; q < quads_ + kLeave; ++q) {
+      if (is_quad(q - kLeave)) leave(q - kLeave);
+      if (is_quad(q - kGains)) find_gains(passing(q - kGains).gain);
+      if (is_quad(q - kSmooth)) {
+        smooth_terms(groups_, group_state_, rate_, passing(q - kSmooth).gain);
+      }
+      if (is_quad(q - kTargets)) find_targets(curves_, passing(q - kTargets).gain);
+      if (is_quad(q - kDetect)) detect_levels(q - kDetect);
+      equalise(q);
+    }
+  }
+
+  CHANNELSTRIP_INLINE void store() const {
+    eq_.store_to(**strip_);
+    key_.store(strip_);
+    store_group_states<Mono>(strip_, links_, group_state_);
+    readouts_.store();
+    peaks_[0] = greatest(input_peak_);
+    peaks_[1] = greatest(output_peak_);
+  }
+
+ private:
+  using Mono = Layout<1, 1, 1>;
+  using V = Lanes<kQuad>;
+
+  // How many quads behind the first other stages are.
+  static constexpr int kDetect = 3, kTargets = 4, kSmooth = 5, kGains = 6, kGained = 7, kLeave = 10;
+  static constexpr int kPassing = 16;  // a power of two above kLeave
+  using Equaliser = EqCascade<kGained>;
+  static_assert(kDetect > Equaliser::kDelay && kLeave > kGained + Equaliser::kDelay);
+
+  // A quad on its way through the strip.
+  struct Passing {
+    V input, audio;
+    V detection[kQuad];  // in the first lane
+    GainQuad<V, 1> gain;
+  };
+
+  CHANNELSTRIP_INLINE Passing& passing(int32_t q) { return passing_[q % kPassing]; }
+  CHANNELSTRIP_INLINE bool is_quad(int32_t q) const { return 0 <= q && q < quads_; }
+
+  // Takes in one quad, and gives an earlier one its gain.
+  CHANNELSTRIP_INLINE void equalise(int32_t q) {
+    V before{}, after{};
+    if (is_quad(q)) before = passing(q).input = load<V>((*strip_)->inputs[0] + q * kQuad);
+    if (is_quad(q - kGained)) {
+      const Passing& quad = passing(q - kGained);
+      after = quad.audio * (quad.gain.makeup * quad.gain.gains.row(0));
+      if (coefs_.keyListen != 0) {
+        after = V{quad.detection[0][0], quad.detection[1][0], quad.detection[2][0],
+                  quad.detection[3][0]};
+      }
+    }
+    eq_.take(q, before, after);
+  }
+
+  CHANNELSTRIP_INLINE void detect_levels(int32_t q) {
+    Passing& quad = passing(q);
+    quad.audio = eq_.given(0, q);
+    V audio[kQuad], levels[kQuad];
+    for (int k = 0; k < kQuad; ++k) audio[k] = broadcast<V>(quad.audio[k]);
+    key_.detect(audio, q * kQuad, quad.detection);
+    for (int k = 0; k < kQuad; ++k) levels[k] = links_.levels(magnitude(quad.detection[k]));
+    detect(groups_, group_state_, levels, quad.gain);
+  }
+
+  CHANNELSTRIP_INLINE void leave(int32_t q) {
+    float* const to = (*strip_)->outputs[0];
+    V y = eq_.given(1, q);
+    // In place, the input is the processed audio by the time it is metered.
+    const V x = to == (*strip_)->inputs[0] ? y : passing(q).input;
+    if (coefs_.bypass > 0) y = x;
+    meter(input_peak_, output_peak_, x, y, broadcast<V>(coefs_.inputMeterGain));
+    channelstrip::store(to + q * kQuad, y);
+    readouts_.raise_by(passing(q).gain);
+  }
+
+  CHANNELSTRIP_INLINE static float greatest(V x) {
+    return raise(raise(raise(x[0], x[1]), x[2]), x[3]);
+  }
+
+  const SChannelStrip_Alg_Context* const* strip_;
+  int32_t quads_;
+  Passing passing_[kPassing];
+  Equaliser eq_;
+  KeyLanes<Mono> key_;
+  LinkLanes<Mono> links_;
+  CurveCoefs<Lanes<kLanes>> curves_;
+  GroupCoefs<V> groups_;
+  GroupState<V> group_state_;
+  V rate_;  // of range and makeup
+  ReadoutLanes<Mono> readouts_;
+  const Dyn_SCoefsBlock& coefs_;
+  float* peaks_;
+  V input_peak_, output_peak_;
+};
+
+}  // namespace channelstrip
