@@ -1,35 +1,42 @@
 #include "plain_strip.h"
 
 #include <ChannelStrip/frame/channel_strip.h>
+#include <tests/model/strip.h>
+
+#include <algorithm>
 
 namespace channelstrip::bench {
 namespace {
 
 template <int Channels, int Groups>
-void process(const SChannelStrip_Alg_Context* const* begin, const void* end) {
+void by_model(const SChannelStrip_Alg_Context* const* begin, const void* end) {
+  for (auto context = begin; context != end; ++context) {
+    model::process<float>(**context, Channels, Groups, model::SumOrder::kInputFirst);
+  }
+}
+
+template <int Channels, int Groups>
+void in_memory(const SChannelStrip_Alg_Context* const* begin, const void* end) {
   for (auto context = begin; context != end; ++context) {
     process_instance<Channels, 16, Groups>(*context);
   }
 }
 
-struct Format {
-  int channels, groups;
-  AlgEntry_16_Stem* process;
-};
+template <int Channels, int Groups>
+constexpr PlainStrip kStrip = {Channels, Groups, by_model<Channels, Groups>,
+                               in_memory<Channels, Groups>};
 
-constexpr Format kFormats[] = {
-    {1, 1, process<1, 1>}, {2, 1, process<2, 1>}, {3, 2, process<3, 2>}, {4, 2, process<4, 2>},
-    {4, 3, process<4, 3>}, {5, 3, process<5, 3>}, {6, 4, process<6, 4>}, {7, 4, process<7, 4>},
-    {7, 5, process<7, 5>}, {8, 5, process<8, 5>},
+constexpr PlainStrip kStrips[] = {
+    kStrip<1, 1>, kStrip<2, 1>, kStrip<3, 2>, kStrip<4, 2>, kStrip<4, 3>,
+    kStrip<5, 3>, kStrip<6, 4>, kStrip<7, 4>, kStrip<7, 5>, kStrip<8, 5>,
 };
 
 }  // namespace
 
-AlgEntry_16_Stem* plain_strip(int channels, int groups) {
-  for (const Format& format : kFormats) {
-    if (format.channels == channels && format.groups == groups) return format.process;
-  }
-  return nullptr;
+const PlainStrip& plain_strip(int channels, int groups) {
+  return *std::ranges::find_if(kStrips, [=](const PlainStrip& strip) {
+    return strip.channels == channels && strip.groups == groups;
+  });
 }
 
 }  // namespace channelstrip::bench

@@ -1,6 +1,5 @@
 // The strip as plain loops, for measuring the library against: one channel after the other, one
-// sample after the other, compiled as the library is. In every format they are faster than those of
-// the tests' model.
+// sample after the other, compiled with the library's flags.
 
 #pragma once
 
@@ -8,7 +7,13 @@
 
 namespace channelstrip::bench {
 
-// What the entry point of a stem format with that many channels and link groups does, or null.
-AlgEntry_16_Stem* plain_strip(int channels, int groups);
+struct PlainStrip {
+  int channels, groups;
+  AlgEntry_16_Stem* model;      // the tests' model
+  AlgEntry_16_Stem* in_memory;  // the library's own route for instances that may not go in lanes
+};
+
+// Of a stem format with that many channels and link groups.
+const PlainStrip& plain_strip(int channels, int groups);
 
 }  // namespace channelstrip::bench

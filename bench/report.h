@@ -11,8 +11,10 @@ namespace channelstrip::bench {
 
 struct Row {
   Workload workload;
-  double library_ns = 0, plain_ns = 0;  // per frame and strip
-  double ratio = 0;                     // median of the turns' ratios, plain to library
+  double nanoseconds = 0;  // the library's per frame and strip
+  // How many times as long the others take: medians of the turns' ratios.
+  double ratio = 0;            // the tests' model
+  double ratio_to_memory = 0;  // the library's route for instances that may not go in lanes
 };
 
 struct Report {

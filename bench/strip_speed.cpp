@@ -1,6 +1,6 @@
-// How many times faster the library is than the strip as plain loops. Both process the same strips
+// How many times faster the library is than the strip as plain loops. All process the same strips
 // in the same memory, in turns; the memory's layout changes seven times over the turns. Before that
-// their results are compared, bit for bit.
+// the library's results are compared with the model's, bit for bit.
 //
 //   strip_speed LIBRARY [--filter WORD]... [--turns N] [--json FILE]
 
@@ -30,23 +30,24 @@ constexpr int kLayouts = 8;
 
 struct Contest {
   Row row;
-  AlgEntry_16_Stem *library, *plain;
-  std::vector<double> library_times = {}, plain_times = {}, ratios = {};
+  AlgEntry_16_Stem* library;
+  PlainStrip plain;
+  std::vector<double> times = {}, to_model = {}, to_memory = {};
 
   void compare() const {
     Console ours(row.workload, 0), theirs(row.workload, 0);
     for (int call = 0; call < ours.calls(); ++call) {
       ours.call(library, call);
-      theirs.call(plain, call);
+      theirs.call(plain.model, call);
       if (!ours.equals(theirs)) {
         throw std::runtime_error(
-            fmt::format("{}: the library's results are not those of the plain loops, call {}",
+            fmt::format("{}: the library's results are not those of the model, call {}",
                         row.workload.name(), call));
       }
     }
   }
 
-  // Who begins alternates: the second finds what the first has left in the caches.
+  // Who begins alternates: the others find what the first has left in the caches.
   void take_turns(unsigned layout, int turns) {
     Console console(row.workload, layout);
     const bool in_place = row.workload.variant == Variant::kInPlace;
@@ -55,28 +56,22 @@ struct Contest {
       if (in_place) console.rewind();
       return nanoseconds([&] { console.play(entry); }) / unit;
     };
-    time(plain);
-    time(library);
+    AlgEntry_16_Stem* const all[] = {library, plain.model, plain.in_memory};
+    for (AlgEntry_16_Stem* entry : all) time(entry);
     for (int turn = 0; turn < turns; ++turn) {
-      double library_time = 0, plain_time = 0;
-      if (turn % 2 == 0) {
-        library_time = time(library);
-        plain_time = time(plain);
-      } else {
-        plain_time = time(plain);
-        library_time = time(library);
-      }
-      library_times.push_back(library_time);
-      plain_times.push_back(plain_time);
-      ratios.push_back(plain_time / library_time);
+      double taken[3];
+      for (int i = 0; i < 3; ++i) taken[(turn + i) % 3] = time(all[(turn + i) % 3]);
+      times.push_back(taken[0]);
+      to_model.push_back(taken[1] / taken[0]);
+      to_memory.push_back(taken[2] / taken[0]);
     }
   }
 
   Row result() const {
     Row measured = row;
-    measured.library_ns = median(library_times);
-    measured.plain_ns = median(plain_times);
-    measured.ratio = median(ratios);
+    measured.nanoseconds = median(times);
+    measured.ratio = median(to_model);
+    measured.ratio_to_memory = median(to_memory);
     return measured;
   }
 };
