@@ -9,7 +9,8 @@
 
 namespace channelstrip {
 
-// One step for Count coefficients whose rates repeat after Period. Returns whether any bit changed.
+// One step for Count coefficients whose rates repeat after Period. Returns whether any bit changed,
+// and keeps the results unless their places are null.
 template <int Count, int Period>
 CHANNELSTRIP_INLINE bool glide_all(const float* coefs, const double* smoothed, const float* targets,
                                    const float* rates, float* new_coefs, double* new_smoothed) {
@@ -27,13 +28,14 @@ CHANNELSTRIP_INLINE bool glide_all(const float* coefs, const double* smoothed, c
     glide(coef, running, load<V>(targets + i), rate);
     changed |= (IntsOf<V>)coef ^ (IntsOf<V>)coef_before;
     changed_smoothed |= (Longs)running ^ (Longs)smoothed_before;
+    if (new_coefs == nullptr) continue;
     channelstrip::store(new_coefs + i, coef);
     channelstrip::store(new_smoothed + i, running);
   }
   return any_bit(changed) || any_bit(changed_smoothed);
 }
 
-// History is the number of quads that may be on their way through the strip.
+// History is how many quads a quad passes after it started.
 template <typename Layout, int History>
 class EqLanes {
  public:
@@ -117,10 +119,8 @@ class EqLanes {
   CHANNELSTRIP_INLINE static bool moves(const SChannelStrip_Alg_Context& strip) {
     const EQ_SDezipCoefs& dezip = *strip.eqDezipCoefs;
     const float rate = strip.dynState[0].dezipRate;
-    float coefs[kBandCoefs];
-    double smoothed[kBandCoefs];
     return glide_all<kBandCoefs, 1>(dezip.coefs, dezip.smoothedCoefs,
-                                    strip.eqTargetCoefs->targetCoefs, &rate, coefs, smoothed);
+                                    strip.eqTargetCoefs->targetCoefs, &rate, nullptr, nullptr);
   }
 
   CHANNELSTRIP_INLINE void load_glide(const SChannelStrip_Alg_Context& strip, int lane) {

@@ -64,9 +64,6 @@ void process_instance(const SChannelStrip_Alg_Context* context) {
   }
 }
 
-// A mono strip by itself needs more than a block to be quicker in lanes.
-template <int Channels, int Strips>
-constexpr int32_t kFewestInLanes = Channels* Strips == 1 ? kBlock + 1 : 1;
 // Samples whose number stays far from overflow, a few quads beyond the end included.
 constexpr int32_t kMostInLanes = 1 << 30;
 
@@ -76,7 +73,7 @@ template <int Channels, int Strips>
 bool fit_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
   const int32_t count = *strips[0]->sampleCount;
   const EQ_SCoefs& eq = *strips[0]->eqTargetCoefs;
-  if (count < kFewestInLanes<Channels, Strips> || count > kMostInLanes) return false;
+  if (count < 1 || count > kMostInLanes) return false;
   for (int s = 1; s < Strips; ++s) {
     if (*strips[s]->sampleCount != count) return false;
     const EQ_SCoefs& other = *strips[s]->eqTargetCoefs;
@@ -93,15 +90,18 @@ bool fit_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
 template <int Channels, int Groups, int Strips>
 void process_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
   const auto quads = static_cast<int32_t>(whole_blocks(*strips[0]->sampleCount) / kQuad);
+  // A single block doesn't fill the mono strip's cascade.
   if constexpr (Strips == 1 && Channels == 1) {
-    MonoStrip mono(strips, quads);
-    mono.process();
-    mono.store();
-  } else {
-    WideStrip<Layout<Channels, Groups, Strips>> wide(strips);
-    wide.process(quads);
-    wide.store();
+    if (quads > kBlock / kQuad) {
+      MonoStrip mono(strips, quads);
+      mono.process();
+      mono.store();
+      return;
+    }
   }
+  WideStrip<Layout<Channels, Groups, Strips>> wide(strips);
+  wide.process(quads);
+  wide.store();
 }
 
 // Instances that are independent go through lanes, as many at a time as there are lanes for;

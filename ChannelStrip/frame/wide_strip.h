@@ -69,7 +69,8 @@ class WideStrip {
   static constexpr bool kAlone = Layout::kStrips == 1;
   static constexpr int kTargets = 1, kSmooth = kAlone ? 2 : 1, kGains = kAlone ? 3 : 2;
   static constexpr int kFinish = kAlone ? 4 : 2;
-  static constexpr int kPassing = kAlone ? 8 : 3;  // above kFinish; a power of two is quicker
+  // A quad leaves before another one starts in its place.
+  static constexpr int kPassing = kFinish;
 
   // A quad on its way through the strip.
   struct Passing {
