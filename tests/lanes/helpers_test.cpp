@@ -1,0 +1,193 @@
+// What lanes do is what a plain loop over them does, for every kind of number.
+
+#include <ChannelStrip/lanes/buffers.h>
+#include <ChannelStrip/lanes/layout.h>
+#include <gtest/gtest.h>
+#include <tests/support/compare.h>
+
+#include <array>
+#include <cmath>
+#include <limits>
+#include <type_traits>
+#include <vector>
+
+namespace channelstrip {
+namespace {
+
+using test::bits;
+
+template <size_t Width>
+auto lanes(const std::array<float, Width>& x) {
+  return load<Lanes<Width>>(x.data());
+}
+template <typename V>
+auto plain(V x) {
+  std::array<float, kWidth<V>> y;
+  store(y.data(), x);
+  return y;
+}
+
+// Calls check(width) for each width as a constant.
+template <typename Check>
+void for_every_width(Check check) {
+  check(std::integral_constant<size_t, 4>{});
+  check(std::integral_constant<size_t, 8>{});
+}
+
+const std::vector<float>& numbers() {
+  using Limits = std::numeric_limits<float>;
+  static const std::vector<float> all = [] {
+    std::vector<float> result;
+    for (const float x :
+         {0.0f, Limits::denorm_min(), 0x1.8p-130f, Limits::min(), 0x1.99999ap-4f, 1.0f,
+          0x1.000002p0f, 0x1.8p1f, Limits::max(), Limits::infinity(), Limits::quiet_NaN()}) {
+      result.insert(result.end(), {x, -x});
+    }
+    return result;
+  }();
+  return all;
+}
+
+// Calls check(a, b, c) with lanes of different numbers until every three have met in a lane.
+template <typename Check>
+void for_every_three(Check check) {
+  const size_t count = numbers().size();
+  for_every_width([&](auto width) {
+    const auto from = [&](size_t first, size_t step) {
+      std::array<float, width> x;
+      for (size_t i = 0; i < x.size(); ++i) x[i] = numbers()[(first + i * step) % count];
+      return x;
+    };
+    for (size_t i = 0; i < count * count * count; ++i) {
+      check(from(i % count, 1), from(i / count % count, 3), from(i / count / count, 7));
+    }
+  });
+}
+
+// A NaN that arithmetic makes has no promised bits.
+bool same_number(float a, float b) {
+  return bits(a) == bits(b) || (std::isnan(a) && std::isnan(b));
+}
+
+TEST(Lanes, FusedRoundsLikeOneNumber) {
+  for_every_three([](const auto& a, const auto& b, const auto& c) {
+    const auto result = plain(fused(lanes(a), lanes(b), lanes(c)));
+    for (size_t i = 0; i < a.size(); ++i) {
+      ASSERT_TRUE(same_number(result[i], fused(a[i], b[i], c[i])))
+          << a[i] << " * " << b[i] << " + " << c[i];
+    }
+  });
+}
+
+// To the bit, so that a zero's sign and a NaN that is there stay.
+TEST(Lanes, RaiseAndLowerTakeWhatIsStrictlyBeyond) {
+  for_every_three([](const auto& held, const auto& value, const auto&) {
+    const auto raised = plain(raise(lanes(held), lanes(value)));
+    const auto lowered = plain(lower(lanes(held), lanes(value)));
+    for (size_t i = 0; i < held.size(); ++i) {
+      ASSERT_EQ(bits(raised[i]), bits(value[i] > held[i] ? value[i] : held[i]));
+      ASSERT_EQ(bits(lowered[i]), bits(value[i] < held[i] ? value[i] : held[i]));
+    }
+  });
+}
+
+TEST(Lanes, MasksChooseOneByOne) {
+  for_every_three([](const auto& a, const auto& b, const auto& c) {
+    const auto x = lanes(a), y = lanes(b), z = lanes(c);
+    const auto of_two = plain(select(x < y, y, z));
+    const auto of_masks = plain(select(select(x < y, y < z, x < z), x, y));
+    const auto of_both = plain(select(both(x < y, negated(x < z)), x, y));
+    for (size_t i = 0; i < a.size(); ++i) {
+      ASSERT_EQ(bits(of_two[i]), bits(a[i] < b[i] ? b[i] : c[i]));
+      ASSERT_EQ(bits(of_masks[i]), bits((a[i] < b[i] ? b[i] < c[i] : a[i] < c[i]) ? a[i] : b[i]));
+      ASSERT_EQ(bits(of_both[i]), bits(a[i] < b[i] && !(a[i] < c[i]) ? a[i] : b[i]));
+    }
+  });
+}
+
+TEST(Lanes, MagnitudeClearsTheSignAlone) {
+  for_every_width([](auto width) {
+    for (size_t first = 0; first + width <= numbers().size(); ++first) {
+      const auto result = plain(magnitude(load<Lanes<width>>(&numbers()[first])));
+      for (size_t i = 0; i < width; ++i) {
+        ASSERT_EQ(bits(result[i]), bits(numbers()[first + i]) & 0x7FFFFFFF);
+      }
+    }
+  });
+}
+
+TEST(Lanes, AnyBitIsSeenWhereverItIs) {
+  for_every_width([](auto width) {
+    using Ints = IntsOf<Lanes<width>>;
+    EXPECT_FALSE(any_bit(Ints{}));
+    for (int lane = 0; lane < kWidth<Ints>; ++lane) {
+      for (int bit = 0; bit < 32; ++bit) {
+        const Ints one =
+            fill<Ints>([&](int i) { return i == lane ? static_cast<int32_t>(1u << bit) : 0; });
+        EXPECT_TRUE(any_bit(one)) << lane << ' ' << bit;
+      }
+    }
+  });
+}
+
+template <int To, int From>
+void expect_picks() {
+  constexpr size_t kIndices = To > From ? To : From;
+  std::array<float, From> from;
+  for (size_t i = 0; i < From; ++i) from[i] = numbers()[i + 3];
+  for (size_t step = 0; step < From; ++step) {
+    std::array<int32_t, kIndices> index;
+    for (size_t i = 0; i < kIndices; ++i)
+      index[i] = static_cast<int32_t>((i * step + i / 3) % From);
+    std::array<float, To> to;
+    store(to.data(), pick_lanes<Lanes<To>>(load<Lanes<From>>(from.data()), index.data()));
+    for (size_t i = 0; i < To; ++i) {
+      EXPECT_EQ(bits(to[i]), bits(from[static_cast<size_t>(index[i])])) << step << ' ' << i;
+    }
+  }
+}
+
+TEST(PickLanes, TakesAnyLaneToAnyOther) {
+  expect_picks<4, 4>();
+  expect_picks<4, 8>();
+  expect_picks<8, 4>();
+  expect_picks<8, 8>();
+}
+
+TEST(Transpose, MakesRowsColumns) {
+  float square[4][4], turned[4][4];
+  for (size_t i = 0; i < 16; ++i) square[i / 4][i % 4] = numbers()[i];
+  Lanes<4> rows[4];
+  for (int i = 0; i < 4; ++i) rows[i] = load<Lanes<4>>(square[i]);
+  transpose(rows);
+  for (int i = 0; i < 4; ++i) store(turned[i], rows[i]);
+  for (int i = 0; i < 16; ++i) EXPECT_EQ(bits(turned[i / 4][i % 4]), bits(square[i % 4][i / 4]));
+}
+
+// Buffers that start anywhere; every third lane's is not stored.
+TEST(Lanes, QuadsGoFromBuffersToBuffers) {
+  for_every_width([](auto width) {
+    constexpr size_t kOffset = 8, kRoom = 17;
+    std::vector<float> in(width * kRoom), out(width * kRoom, -7.0f), expected = out;
+    const float* inputs[width];
+    float* outputs[width];
+    for (size_t i = 0; i < in.size(); ++i) in[i] = static_cast<float>(i);
+    for (size_t lane = 0; lane < width; ++lane) {
+      const size_t at = lane * kRoom + lane % 4;
+      inputs[lane] = in.data() + at;
+      outputs[lane] = lane % 3 == 2 ? nullptr : out.data() + at;
+      if (lane % 3 != 2) std::copy_n(&in[at + kOffset], 4, &expected[at + kOffset]);
+    }
+    Lanes<width> quad[4];
+    load_lanes(quad, inputs, kOffset);
+    for (size_t k = 0; k < 4; ++k) {
+      const auto row = plain(quad[k]);
+      for (size_t lane = 0; lane < width; ++lane) EXPECT_EQ(row[lane], inputs[lane][kOffset + k]);
+    }
+    store_lanes(quad, outputs, kOffset);
+    EXPECT_EQ(out, expected);
+  });
+}
+
+}  // namespace
+}  // namespace channelstrip

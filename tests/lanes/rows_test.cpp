@@ -1,0 +1,109 @@
+// Rows without gaps: each keeps its own lanes, and a map reaches every one of them once.
+
+#include <ChannelStrip/lanes/rows.h>
+#include <gtest/gtest.h>
+
+#include <array>
+
+namespace channelstrip {
+namespace {
+
+template <int Width, int Stride>
+class Quad {
+ public:
+  static constexpr int kNumbers = 4 * Stride;
+  using Numbers = std::array<float, kNumbers>;
+
+  // Lanes that don't matter hold what must not be seen.
+  static Rows<Lanes<Width>, Stride> rows(const Numbers& numbers) {
+    Rows<Lanes<Width>, Stride> result;
+    for (int k = 0; k < 4; ++k) {
+      float row[Width];
+      for (int i = 0; i < Width; ++i) {
+        row[i] = i < Stride ? numbers[static_cast<size_t>(k * Stride + i)] : -1e9f;
+      }
+      result.set_row(k, load<Lanes<Width>>(row));
+    }
+    return result;
+  }
+
+  static Numbers numbers(const Rows<Lanes<Width>, Stride>& rows) {
+    Numbers result;
+    for (int k = 0; k < 4; ++k) {
+      float row[Width];
+      store(row, rows.row(k));
+      std::copy_n(row, Stride, result.begin() + k * Stride);
+    }
+    return result;
+  }
+
+  static Numbers counting_from(float first) {
+    Numbers numbers;
+    for (float& number : numbers) number = first++;
+    return numbers;
+  }
+};
+
+// Calls check with every width and stride that fits.
+template <int Width, int Stride, typename Check>
+void for_every_stride(Check check) {
+  check(Quad<Width, Stride>{});
+  if constexpr (Stride > 1) for_every_stride<Width, Stride - 1>(check);
+}
+template <typename Check>
+void for_every_shape(Check check) {
+  for_every_stride<4, 4>(check);
+  for_every_stride<8, 8>(check);
+}
+
+TEST(Rows, KeepTheirLanes) {
+  for_every_shape([](auto quad) {
+    const auto numbers = quad.counting_from(1);
+    EXPECT_EQ(quad.numbers(quad.rows(numbers)), numbers);
+  });
+}
+
+TEST(Rows, MapWorksOnEveryNumberOfAllItsSources) {
+  for_every_shape([](auto quad) {
+    const auto a = quad.counting_from(1), b = quad.counting_from(1000);
+    const auto x = quad.rows(a), y = quad.rows(b);
+    auto z = quad.rows(b);
+    auto expected = a;
+    for (size_t i = 0; i < a.size(); ++i) expected[i] = b[i] - 2 * a[i];
+    z.map([](auto, auto p, auto q) { return q - 2.0f * p; }, x, y);
+    EXPECT_EQ(quad.numbers(z), expected);
+  });
+}
+
+TEST(Rows, MapWorksInPlace) {
+  for_every_shape([](auto quad) {
+    const auto a = quad.counting_from(1);
+    auto x = quad.rows(a);
+    auto expected = a;
+    for (size_t i = 0; i < a.size(); ++i) expected[i] = 2 * a[i];
+    x.map([](auto, auto p) { return p + p; }, x);
+    EXPECT_EQ(quad.numbers(x), expected);
+  });
+}
+
+template <int Count>
+constexpr int count_of(Used<Count>) {
+  return Count;
+}
+
+TEST(Rows, MapTellsHowManyLanesMatter) {
+  for_every_shape([](auto quad) {
+    auto x = quad.rows(quad.counting_from(1));
+    int used = 0;
+    x.map(
+        [&](auto count, auto p) {
+          used += count_of(count);
+          return p;
+        },
+        x);
+    EXPECT_EQ(used, quad.kNumbers);
+  });
+}
+
+}  // namespace
+}  // namespace channelstrip
