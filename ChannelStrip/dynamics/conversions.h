@@ -21,28 +21,26 @@ struct Indices {
 };
 
 // table[i] of every lane.
-template <int Count>
 CHANNELSTRIP_INLINE Lanes<4> pick(const float* table, const uint32_t* i) {
-  const auto at = [&](int lane) { return lane < Count ? table[i[lane]] : 0.0f; };
-  return Lanes<4>{at(0), at(1), at(2), at(3)};
+  return Lanes<4>{table[i[0]], table[i[1]], table[i[2]], table[i[3]]};
 }
 template <int Count, typename V>
 CHANNELSTRIP_INLINE V pick(Used<Count>, const float* table, IntsOf<V> index) {
   const Indices<kWidth<V>> i(index);
-  if constexpr (kWidth<V> == 4) return pick<Count>(table, i.of);
+  const Lanes<4> low = pick(table, i.of);
+  if constexpr (kWidth<V> == 4) return low;
   if constexpr (kWidth<V> == 8) {
-    return join(pick<Count>(table, i.of), pick<Count - 4>(table, i.of + 4));
+    return join(low, Count > 4 ? pick(table, i.of + 4) : Lanes<4>{});
   }
 }
 
 // table[i] and table[i + 1], two neighbouring entries in one load.
-template <int Count>
 CHANNELSTRIP_INLINE void pick_pairs(const float* table, const uint32_t* i, Lanes<4>& first,
                                     Lanes<4>& second) {
   typedef double Pairs __attribute__((vector_size(16)));
   const auto at = [&](int lane) {
-    double pair = 0.0;
-    if (lane < Count) __builtin_memcpy(&pair, table + i[lane], sizeof pair);
+    double pair;
+    __builtin_memcpy(&pair, table + i[lane], sizeof pair);
     return pair;
   };
   const auto a = (Lanes<4>)Pairs{at(0), at(1)};
@@ -54,11 +52,11 @@ template <int Count, typename V>
 CHANNELSTRIP_INLINE void pick_pairs(Used<Count>, const float* table, IntsOf<V> index, V& first,
                                     V& second) {
   const Indices<kWidth<V>> i(index);
-  if constexpr (kWidth<V> == 4) pick_pairs<Count>(table, i.of, first, second);
+  if constexpr (kWidth<V> == 4) pick_pairs(table, i.of, first, second);
   if constexpr (kWidth<V> == 8) {
-    Lanes<4> firsts[2], seconds[2];
-    pick_pairs<Count>(table, i.of, firsts[0], seconds[0]);
-    pick_pairs<Count - 4>(table, i.of + 4, firsts[1], seconds[1]);
+    Lanes<4> firsts[2] = {}, seconds[2] = {};
+    pick_pairs(table, i.of, firsts[0], seconds[0]);
+    if constexpr (Count > 4) pick_pairs(table, i.of + 4, firsts[1], seconds[1]);
     first = join(firsts[0], firsts[1]);
     second = join(seconds[0], seconds[1]);
   }

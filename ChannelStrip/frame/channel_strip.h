@@ -65,7 +65,7 @@ void process_instance(const SChannelStrip_Alg_Context* context) {
 }
 
 // Samples whose number stays far from overflow, a few quads beyond the end included.
-constexpr int32_t kMostInLanes = 1 << 30;
+constexpr uint32_t kMostInLanes = 1 << 30;
 
 // Whether instances can go side by side in lanes. A band that runs in both passes takes its memory
 // from one to the other within a quad, which lanes don't.
@@ -73,7 +73,7 @@ template <int Channels, int Strips>
 bool fit_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
   const int32_t count = *strips[0]->sampleCount;
   const EQ_SCoefs& eq = *strips[0]->eqTargetCoefs;
-  if (count < 1 || count > kMostInLanes) return false;
+  if (static_cast<uint32_t>(count) - 1 >= kMostInLanes) return false;  // none, or too many
   for (int s = 1; s < Strips; ++s) {
     if (*strips[s]->sampleCount != count) return false;
     const EQ_SCoefs& other = *strips[s]->eqTargetCoefs;
@@ -82,8 +82,8 @@ bool fit_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
       if (other.endBand[pass] != eq.endBand[pass]) return false;
     }
   }
-  const bool shared_band = eq.firstBand[0] < eq.endBand[1] && eq.firstBand[1] < eq.endBand[0] &&
-                           eq.firstBand[0] < eq.endBand[0] && eq.firstBand[1] < eq.endBand[1];
+  const bool shared_band = (eq.firstBand[0] < eq.endBand[1]) & (eq.firstBand[1] < eq.endBand[0]) &
+                           (eq.firstBand[0] < eq.endBand[0]) & (eq.firstBand[1] < eq.endBand[1]);
   return !shared_band && are_independent<Channels, Strips>(strips, whole_blocks(count));
 }
 
