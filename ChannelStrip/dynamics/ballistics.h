@@ -46,10 +46,11 @@ inline uint32_t hold_samples(const Dyn_SCoefsBlock& coefs) {
 template <typename Coefs, typename V>
 CHANNELSTRIP_INLINE void expander_term(const Coefs& coefs, V& gain, WordsOf<V>& hold, V target) {
   const MaskOf<V> rising = target > gain;
-  const MaskOf<V> holding = hold != 0;
+  const MaskOf<V> released = hold == 0;
+  const MaskOf<V> moving = rising | released;
   const V term = approach(gain, target, select(rising, coefs.expAttack, coefs.expRelease));
-  gain = select(both(holding, negated(rising)), gain, term);
-  hold = select(rising, hold_samples(coefs), hold + minus_one_where<V>(holding));
+  gain = select(moving, term, gain);
+  hold = select(rising, hold_samples(coefs), select(released, hold, hold - 1));
 }
 
 }  // namespace channelstrip

@@ -58,7 +58,8 @@ class LinkLanes {
       return level;
     } else {
       Group level = raise(Group{}, pick_lanes<Group>(magnitudes, member_[0]));
-      for (int round = 1; round < rounds_; ++round) {
+      const int rounds = Layout::kGroups == 1 ? Layout::kChannels : rounds_;
+      for (int round = 1; round < rounds; ++round) {
         level = raise(level, pick_lanes<Group>(magnitudes, member_[round]));
       }
       return level;

@@ -34,12 +34,17 @@ class ReadoutLanes {
 
   CHANNELSTRIP_INLINE void raise_by(const Quad& quad) {
     if (!shared_is_positive_) return raise_in_order(quad);
+    Group gain = gain_, level = level_;
+    IntsOf<Group> since = since_;
     for (int k = 0; k < kRows; ++k) {
-      const auto greater = quad.gains.row(k) > gain_;
-      level_ = select(greater, quad.detected.row(k), level_);
-      since_ = select(greater, now_, since_);
-      gain_ = raise(gain_, quad.gains.row(k));
+      const auto greater = quad.gains.row(k) > gain;
+      level = select(greater, quad.detected.row(k), level);
+      since = select(greater, now_, since);
+      gain = raise(gain, quad.gains.row(k));
     }
+    gain_ = gain;
+    level_ = level;
+    since_ = since;
     now_ += kSamples;
     raise_others(quad);
   }
@@ -97,11 +102,15 @@ class ReadoutLanes {
   }
 
   CHANNELSTRIP_INLINE void raise_others(const Quad& quad) {
+    Group gain = channel_gain_, comp = least_comp_, exp = least_exp_;
     for (int k = 0; k < kRows; ++k) {
-      channel_gain_ = raise(channel_gain_, quad.gains.row(k));
-      least_comp_ = lower(least_comp_, quad.comp.row(k));
-      least_exp_ = lower(least_exp_, quad.exp.row(k));
+      gain = raise(gain, quad.gains.row(k));
+      comp = lower(comp, quad.comp.row(k));
+      exp = lower(exp, quad.exp.row(k));
     }
+    channel_gain_ = gain;
+    least_comp_ = comp;
+    least_exp_ = exp;
   }
 
   // Group after group, as the scalar strip does it.

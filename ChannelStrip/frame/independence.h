@@ -5,55 +5,50 @@
 
 #include "../dynamics/dyn_records.h"
 #include "../eq/eq_records.h"
+#include "../lanes/moves.h"
 #include "context.h"
 
 namespace channelstrip {
 
-// Pieces of memory, the written ones first.
-template <int Most>
+// Pieces of memory, the written ones first. Addresses are counted in floats, modulo 2^32: pieces
+// that lie 8 GiB apart, give or take their lengths, may count as overlapping, never the reverse.
+template <int Written, int All>
 class Extents {
  public:
-  Extents() {
-    for (int i = 0; i < kRounded; ++i) begin_[i] = end_[i] = 0;  // empty
-  }
-
   template <typename T>
   void add(const T* first, int64_t count) {
-    begin_[size_] = reinterpret_cast<intptr_t>(first);
-    end_[size_] = begin_[size_] + static_cast<int64_t>(sizeof(T)) * count;
+    static_assert(sizeof(T) % 4 == 0);
+    begin_[size_] = static_cast<uint32_t>(reinterpret_cast<uintptr_t>(first) / 4);
+    end_[size_] = begin_[size_] + static_cast<uint32_t>(static_cast<int64_t>(sizeof(T) / 4) * count);
     ++size_;
   }
-  void end_of_written() { written_ = size_; }
 
   // How often a written piece overlaps another, once for each of two written ones.
   int overlaps() const {
-    Longs found{};
-    for (int w = 0; w < written_; ++w) {
-      const Longs begin = Longs{} + begin_[w], end = Longs{} + end_[w];
-      for (int i = 0; i < size_; i += kLongs) {
-        Longs others_begin, others_end;
-        __builtin_memcpy(&others_begin, begin_ + i, sizeof others_begin);
-        __builtin_memcpy(&others_end, end_ + i, sizeof others_end);
-        found += (begin < others_end) & (others_begin < end);
+    IntsOf<V> found{};
+    for (int w = 0; w < Written; ++w) {
+      for (int i = 0; i < kRounded; i += kLanes) {
+        const auto begins_first = (IntsOf<V>)(begin_[w] - load<WordsOf<V>>(end_ + i));
+        const auto ends_last = (IntsOf<V>)(load<WordsOf<V>>(begin_ + i) - end_[w]);
+        found += (begins_first & ends_last) >> 31;
       }
     }
-    int64_t sum = 0;
-    for (int i = 0; i < kLongs; ++i) sum -= found[i];
-    return static_cast<int>(sum) - written_;  // each overlaps itself
+    int32_t sum = 0;
+    for (int i = 0; i < kLanes; ++i) sum -= found[i];
+    return sum - Written;  // each overlaps itself
   }
 
  private:
-  static constexpr int kLongs = 4;
-  typedef int64_t Longs __attribute__((vector_size(8 * kLongs)));
+  using V = Lanes<kLanes>;
 
-  static constexpr int kRounded = (Most + kLongs - 1) / kLongs * kLongs;
-  int64_t begin_[kRounded], end_[kRounded];
-  int size_ = 0, written_ = 0;
+  static constexpr int kRounded = (All + kLanes - 1) / kLanes * kLanes;
+  uint32_t begin_[kRounded] = {}, end_[kRounded] = {};  // the last ones may be empty
+  int size_ = 0;
 };
 
 template <int Channels, int Strips>
 bool are_independent(const SChannelStrip_Alg_Context* const* strips, int64_t samples) {
-  Extents<Strips*(2 * Channels + 13)> extents;
+  Extents<Strips*(Channels + 4), Strips*(2 * Channels + 13)> extents;
   int in_place = 0;
   for (int s = 0; s < Strips; ++s) {
     const SChannelStrip_Alg_Context& strip = *strips[s];
@@ -66,12 +61,11 @@ bool are_independent(const SChannelStrip_Alg_Context* const* strips, int64_t sam
     extents.add(strip.eqState, Channels);
     extents.add(*strip.meterOutputs, 3 * Channels + 4);
   }
-  extents.end_of_written();
   for (int s = 0; s < Strips; ++s) {
     const SChannelStrip_Alg_Context& strip = *strips[s];
     for (int c = 0; c < Channels; ++c) extents.add(strip.inputs[c], samples);
     const int32_t key = *strip.keyInputIndex;
-    if (key != 0) extents.add(strip.inputs[key], samples);
+    extents.add(strip.inputs[key], key == 0 ? 0 : samples);
     extents.add(strip.dynCoefs, 1);
     extents.add(strip.eqTargetCoefs, 1);
     extents.add(&strip, 1);

@@ -109,7 +109,14 @@ CHANNELSTRIP_INLINE T select(bool mask, T a, T b) {
 }
 template <typename M, typename T>
 CHANNELSTRIP_INLINE T select(M mask, T a, T b) {
+#if defined(__AVX__)
+  if constexpr (sizeof(T) == 16) return (T)_mm_blendv_ps((__m128)b, (__m128)a, (__m128)mask);
+  if constexpr (sizeof(T) == 32) {
+    return (T)_mm256_blendv_ps((__m256)b, (__m256)a, (__m256)mask);
+  }
+#else
   return mask ? a : b;
+#endif
 }
 
 // Whether any bit of an integer, or of integers in lanes, is set.
@@ -133,30 +140,6 @@ CHANNELSTRIP_INLINE To convert(From x) {
     return static_cast<To>(x);
   } else {
     return __builtin_convertvector(x, To);
-  }
-}
-
-CHANNELSTRIP_INLINE bool both(bool a, bool b) {
-  return a && b;
-}
-template <typename M>
-CHANNELSTRIP_INLINE M both(M a, M b) {
-  return a & b;
-}
-CHANNELSTRIP_INLINE bool negated(bool a) {
-  return !a;
-}
-template <typename M>
-CHANNELSTRIP_INLINE M negated(M a) {
-  return ~a;
-}
-// As an unsigned integer, all ones where the mask is set, otherwise 0.
-template <typename V>
-CHANNELSTRIP_INLINE WordsOf<V> minus_one_where(MaskOf<V> mask) {
-  if constexpr (kWidth<V> == 1) {
-    return mask ? UINT32_MAX : 0;
-  } else {
-    return (WordsOf<V>)mask;
   }
 }
 
