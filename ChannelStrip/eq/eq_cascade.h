@@ -8,7 +8,6 @@
 
 #include "../frame/context.h"
 #include "../lanes/layout.h"
-#include "../lanes/quad.h"
 #include "../lanes/section.h"
 #include "eq_lanes.h"
 
@@ -21,43 +20,40 @@ class EqCascade {
   static constexpr int kDelay = 2;
 
   CHANNELSTRIP_INLINE EqCascade(const SChannelStrip_Alg_Context& strip, int32_t quads)
-      : samples_(4 * quads) {
+      : quads_(quads), moves_(eq_moves(strip)), rate_(strip.dynState[0].dezipRate) {
     const EQ_SCoefs& targets = *strip.eqTargetCoefs;
     const EQ_SDezipCoefs& dezip = *strip.eqDezipCoefs;
-    rate_ = strip.dynState[0].dezipRate;
-    for (int band = 0; band < kBands; ++band) {
-      for (int i = 0; i < 5; ++i) {
-        targets_[i * kBands + band] = targets.targetCoefs[5 * band + i];
-        smoothed_[i * kBands + band] = dezip.smoothedCoefs[5 * band + i];
-        coefs_[kHistory - 1][i * kBands + band] = dezip.coefs[5 * band + i];
-      }
-    }
-    moves_ = glide(kHistory - 1, 0);
     for (int i = 0; i < 5; ++i) {
-      now_[0][i] = now_[3][i] = load<V>(coefs_[kHistory - 1] + i * kBands);
+      now_[3][i] = fill<V>([&](int band) { return dezip.coefs[5 * band + i]; });
+      targets_[i] = fill<V>([&](int band) { return targets.targetCoefs[5 * band + i]; });
+      for (int half = 0; half < 2; ++half) {
+        smoothed_[i][half] =
+            fill<Doubles>([&](int lane) { return dezip.smoothedCoefs[5 * (4 * half + lane) + i]; });
+      }
     }
 
-    int32_t begin[kBands], delay[kBands];
-    for (int band = 0; band < kBands; ++band) begin[band] = delay[band] = kNever;
+    int32_t begin[kBands], first[2];
+    for (int32_t& step : begin) step = kNever;
     for (int pass = 0; pass < 2; ++pass) {
-      const int first = targets.firstBand[pass], end = targets.endBand[pass];
-      for (int band = first; band < end; ++band) {
-        begin[band] = 4 * PostDelay * pass + band - first;
-        delay[band] = PostDelay * pass + (band - first) / 4;
+      const int end = targets.endBand[pass];
+      first[pass] = targets.firstBand[pass];
+      is_empty_[pass] = first[pass] >= end;
+      if (is_empty_[pass]) first[pass] = kNever;
+      for (int band = first[pass]; band < end; ++band) {
+        begin[band] = 4 * PostDelay * pass + band - first[pass];
       }
-      is_first_[pass] = fill_mask<V>([&](int lane) { return first < end && lane == first; });
-      late_[pass] = first < end ? end - 1 - first : 0;
-      last_[pass] = first < end ? end - 1 : kBands + pass;
-    }
-    begin_ = load<IntsOf<V>>(begin);
-    for (int i = 0; i < kRows; ++i) {
-      constexpr int32_t kDelays[kRows] = {0, 1, PostDelay, PostDelay + 1};
-      in_row_[i] = fill_mask<V>([&](int lane) { return delay[lane] == kDelays[i]; });
-    }
-    for (int step = 0; step < 4; ++step) {
-      enters_quad_[step] = fill_mask<V>([&](int lane) { return begin[lane] % 4 == step; });
+      last_[pass] = static_cast<uint32_t>(end - 1);
+      late_[pass] = static_cast<uint32_t>(end - 1 - first[pass]);
     }
     const auto runs = [&](int band) { return begin[band] != kNever; };
+    const auto quad_of = [&](int band) { return runs(band) ? begin[band] / 4 : 0; };
+    begin_ = load<IntsOf<V>>(begin);
+    begin_quad_ = fill<IntsOf<V>>(quad_of);
+    is_first_ = fill_mask<V>([&](int band) { return band == first[0] || band == first[1]; });
+    for (int step = 0; step < 4; ++step) {
+      enters_quad_[step] = fill_mask<V>([&](int band) { return begin[band] % 4 == step; });
+      for (int band = 0; band < kBands; ++band) fed_[step][band] = step + 4 * (band == first[1]);
+    }
     z1_ = fill<V>([&](int band) { return runs(band) ? strip.eqState[0].z1[band] : 0.0f; });
     z2_ = fill<V>([&](int band) { return runs(band) ? strip.eqState[0].z2[band] : 0.0f; });
     y_ = V{};
@@ -66,26 +62,24 @@ class EqCascade {
   // Takes quad q into the pass before and quad q - PostDelay into the pass after the dynamics; what
   // lies outside the call may be anything.
   CHANNELSTRIP_INLINE void take(int32_t q, Lanes<4> before, Lanes<4> after) {
-    if (moves_) {
-      if (q > 0 && 4 * q < samples_) glide((q - 1) % kHistory, q % kHistory);
-      find_coefs(q);
-    }
-    const bool all_at_work = 4 * q >= 4 * PostDelay + kBands && 4 * q + 4 <= samples_;
+    if (moves_) glide(q);
+    const auto number = static_cast<uint32_t>(q);
+    const V both = taken_[number % kTaken] = join(before, after);
+    V* const given = given_ + 4 * number % kSteps;
+    const bool all_at_work = q >= PostDelay + kBands / 4 && q < quads_;
     V y = y_, z1 = z1_, z2 = z2_;
     for (int step = 0; step < 4; ++step) {
-      const V x = select(is_first_[1], broadcast<V>(after[step]), shifted(y));
-      y = select(is_first_[0], broadcast<V>(before[step]), x);
+      y = select(is_first_, pick_lanes<V>(both, fed_[step]), shifted(y));
       V new_z1 = z1, new_z2 = z2;
-      run_section<1>(now_[moves_ ? step : 0], new_z1, new_z2, &y);
-      give(4 * q + step, y, before[step], after[step]);
+      run_section<1>(now_[moves_ ? step : 3], new_z1, new_z2, &y);
       if (!all_at_work) {
-        const IntsOf<V> at = IntsOf<V>{} + (4 * q + step) - begin_;
-        const auto at_work = (at >= 0) & (at < samples_);
+        const MaskOf<V> at_work = in_call(4 * q + step - begin_, 4 * quads_);
         new_z1 = select(at_work, new_z1, z1);
         new_z2 = select(at_work, new_z2, z2);
       }
       z1 = new_z1;
       z2 = new_z2;
+      given[step] = given[kSteps + step] = y;
     }
     y_ = y;
     z1_ = z1;
@@ -94,15 +88,21 @@ class EqCascade {
 
   // Quad q out of a pass, more than kDelay quads after it went in.
   CHANNELSTRIP_INLINE Lanes<4> given(int pass, int32_t q) const {
-    const int32_t step = 4 * (q + PostDelay * pass) + late_[pass];
-    return load<Lanes<4>>(given_[pass] + step % kSteps);
+    const auto taken = static_cast<uint32_t>(q + PostDelay * pass);
+    if (is_empty_[pass]) {
+      const V both = taken_[taken % kTaken];
+      return pass == 0 ? low_half(both) : high_half(both);
+    }
+    const V* const y = given_ + (4 * taken + late_[pass]) % kSteps;
+    const uint32_t band = last_[pass];
+    return Lanes<4>{y[0][band], y[1][band], y[2][band], y[3][band]};
   }
 
   CHANNELSTRIP_INLINE void store_to(const SChannelStrip_Alg_Context& strip) const {
     const EQ_SCoefs& targets = *strip.eqTargetCoefs;
     EQ_SDezipCoefs* const dezip = strip.eqDezipCoefs;
     for (int i = 0; i < 5 * kBands && moves_; ++i) {
-      dezip->smoothedCoefs[i] = smoothed_[i % 5 * kBands + i / 5];
+      dezip->smoothedCoefs[i] = smoothed_[i % 5][i / 20][i / 5 % 4];
     }
     if (moves_) eq_resynchronise(dezip);
     for (int pass = 0; pass < 2; ++pass) {
@@ -116,45 +116,34 @@ class EqCascade {
  private:
   static constexpr int kBands = CHANNELSTRIP_EQ_BANDS;
   using V = Lanes<kBands>;
-  static constexpr int kHistory = 16;  // quads; above PostDelay + 1
-  static constexpr int kSteps = 16;
-  static constexpr int kRows = 4;
+  static constexpr int kTaken = 4;   // quads, above kDelay + 1
+  static constexpr int kSteps = 16;  // above four quads' and the most that a band is late
   static constexpr int32_t kNever = INT32_MAX;
-  static_assert(PostDelay + 1 < kHistory);
 
-  CHANNELSTRIP_INLINE bool glide(int from, int to) {
-    return glide_all<5 * kBands, 1>(coefs_[from], smoothed_, targets_, &rate_, coefs_[to],
-                                    smoothed_);
+  CHANNELSTRIP_INLINE static MaskOf<V> in_call(IntsOf<V> at, int32_t count) {
+    return (at >= 0) & (at < count);
   }
 
-  // The coefficients for each of the coming four steps, each band's of the quad that it works on.
-  CHANNELSTRIP_INLINE void find_coefs(int32_t q) {
-    constexpr int32_t kDelays[kRows] = {0, 1, PostDelay, PostDelay + 1};
+  // Each band's step before the quad that it enters within the coming four steps, and the
+  // coefficients for these.
+  CHANNELSTRIP_INLINE void glide(int32_t q) {
+    const MaskOf<V> at_work = in_call(q - begin_quad_, quads_);
     for (int i = 0; i < 5; ++i) {
-      V entered = now_[3][i];
-      for (int row = 0; row < kRows; ++row) {
-        const int32_t last = samples_ / 4 - 1, quad = q - kDelays[row];
-        const float* const coefs = coefs_[(quad < 0 ? 0 : quad > last ? last : quad) % kHistory];
-        entered = select(in_row_[row], load<V>(coefs + i * kBands), entered);
+      const V before = now_[3][i];
+      Lanes<4> coefs[2] = {low_half(before), high_half(before)};
+      const Lanes<4> targets[2] = {low_half(targets_[i]), high_half(targets_[i])};
+      const Lanes<4> moving[2] = {low_half((V)at_work), high_half((V)at_work)};
+      for (int half = 0; half < 2; ++half) {
+        Doubles smoothed = smoothed_[i][half];
+        channelstrip::glide(coefs[half], smoothed, targets[half], broadcast<Lanes<4>>(rate_));
+        const auto mask = convert<Longs>((IntsOf<Lanes<4>>)moving[half]);
+        smoothed_[i][half] = select(mask, smoothed, smoothed_[i][half]);
       }
-      V now = now_[3][i];
-      for (int step = 0; step < 4; ++step) {
-        now = now_[step][i] = select(enters_quad_[step], entered, now);
-      }
-    }
-  }
-
-  // Keeps what came out of both passes' last bands, or went in if there are none. Twice, so that
-  // four samples stand side by side wherever they begin.
-  CHANNELSTRIP_INLINE void give(int32_t step, V y, float before, float after) {
-    float all[kBands + 2];
-    channelstrip::store(all, y);
-    all[kBands] = before;
-    all[kBands + 1] = after;
-    __asm__("" : "+m"(all));
-    for (int pass = 0; pass < 2; ++pass) {
-      float* const to = given_[pass] + step % kSteps;
-      to[0] = to[kSteps] = all[last_[pass]];
+      const V after = select(at_work, join(coefs[0], coefs[1]), before);
+      now_[0][i] = select(enters_quad_[0], after, before);
+      now_[1][i] = select(enters_quad_[1], after, now_[0][i]);
+      now_[2][i] = select(enters_quad_[2], after, now_[1][i]);
+      now_[3][i] = after;
     }
   }
 
@@ -162,19 +151,20 @@ class EqCascade {
     return __builtin_shufflevector(y, y, 0, 0, 1, 2, 3, 4, 5, 6);
   }
 
-  int32_t samples_;
+  int32_t quads_;
   bool moves_;
   float rate_;
-  int late_[2], last_[2];
-  MaskOf<V> is_first_[2], in_row_[kRows], enters_quad_[4];
-  IntsOf<V> begin_;  // the step that takes a band's first sample
-  V now_[4][5];      // of each of four steps; at rest the first is all steps'
+  bool is_empty_[2];
+  uint32_t late_[2], last_[2];  // of each pass's last band: steps after the first, and which it is
+  MaskOf<V> is_first_, enters_quad_[4];
+  alignas(64) int32_t fed_[4][kBands];  // which of the two quads' samples a first band takes
+  IntsOf<V> begin_, begin_quad_;        // the step and the quad that take a band's first sample
+  V now_[4][5];                         // of each of four steps; at rest the last is all steps'
+  V targets_[5];
+  Doubles smoothed_[5][2];
   V z1_, z2_, y_;
-  float given_[2][2 * kSteps];
-  // A row per quad: all bands' b0, then b1, b2, a1, a2.
-  alignas(64) float coefs_[kHistory][5 * kBands];
-  alignas(64) float targets_[5 * kBands];
-  alignas(64) double smoothed_[5 * kBands];
+  V taken_[kTaken];
+  V given_[2 * kSteps];  // twice, so that four steps are neighbours wherever they begin
 };
 
 }  // namespace channelstrip

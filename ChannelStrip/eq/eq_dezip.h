@@ -13,7 +13,11 @@
 
 namespace channelstrip {
 
-// One coefficient. The step is a subtraction and a product, each rounded to single; nothing is
+// Four coefficients' running values, and integers as wide.
+typedef double Doubles __attribute__((vector_size(32)));
+typedef int64_t Longs __attribute__((vector_size(32)));
+
+// One coefficient, or one a lane. The step is a subtraction and a product, each rounded to single; nothing is
 // fused.
 template <typename V, typename Double>
 CHANNELSTRIP_INLINE void glide(V& coef, Double& smoothed, V target, V rate) {

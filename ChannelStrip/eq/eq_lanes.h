@@ -9,28 +9,21 @@
 
 namespace channelstrip {
 
-// One step for Count coefficients whose rates repeat after Period. Returns whether any bit changed,
-// and keeps the results unless their places are null.
-template <int Count, int Period>
-CHANNELSTRIP_INLINE bool glide_all(const float* coefs, const double* smoothed, const float* targets,
-                                   const float* rates, float* new_coefs, double* new_smoothed) {
-  using V = Lanes<4>;
-  typedef double Doubles __attribute__((vector_size(32)));
-  typedef int64_t Longs __attribute__((vector_size(32)));
-  IntsOf<V> changed{};
+// Whether the coming step changes any bit. One that changes none never will: targets and rate stay
+// as they are for the length of a call.
+CHANNELSTRIP_INLINE bool eq_moves(const SChannelStrip_Alg_Context& strip) {
+  const EQ_SDezipCoefs& dezip = *strip.eqDezipCoefs;
+  const auto rate = broadcast<Lanes<4>>(strip.dynState[0].dezipRate);
+  IntsOf<Lanes<4>> changed{};
   Longs changed_smoothed{};
-  for (int i = 0; i < Count; i += 4) {
-    const V rate = Period == 1 ? broadcast<V>(rates[0]) : load<V>(rates + i % Period);
-    const V coef_before = load<V>(coefs + i);
-    const auto smoothed_before = load<Doubles>(smoothed + i);
-    V coef = coef_before;
-    Doubles running = smoothed_before;
-    glide(coef, running, load<V>(targets + i), rate);
-    changed |= (IntsOf<V>)coef ^ (IntsOf<V>)coef_before;
-    changed_smoothed |= (Longs)running ^ (Longs)smoothed_before;
-    if (new_coefs == nullptr) continue;
-    channelstrip::store(new_coefs + i, coef);
-    channelstrip::store(new_smoothed + i, running);
+  for (int i = 0; i < CHANNELSTRIP_EQ_COEFS; i += 4) {
+    const auto coef_before = load<Lanes<4>>(dezip.coefs + i);
+    const auto smoothed_before = load<Doubles>(dezip.smoothedCoefs + i);
+    Lanes<4> coef = coef_before;
+    Doubles smoothed = smoothed_before;
+    glide(coef, smoothed, load<Lanes<4>>(strip.eqTargetCoefs->targetCoefs + i), rate);
+    changed |= (IntsOf<Lanes<4>>)coef ^ (IntsOf<Lanes<4>>)coef_before;
+    changed_smoothed |= (Longs)smoothed ^ (Longs)smoothed_before;
   }
   return any_bit(changed) || any_bit(changed_smoothed);
 }
@@ -46,7 +39,7 @@ class EqLanes {
       first_band_[pass] = strips[0]->eqTargetCoefs->firstBand[pass];
       end_band_[pass] = strips[0]->eqTargetCoefs->endBand[pass];
     }
-    for (int s = 0; s < Layout::kStrips; ++s) moves_ |= moves(*strips[s]);
+    for (int s = 0; s < Layout::kStrips; ++s) moves_ |= eq_moves(*strips[s]);
     for (int lane = 0; lane < kCoefLanes; ++lane) {
       const SChannelStrip_Alg_Context& strip = *strips[Layout::strip_of_channel_lane(lane)];
       for (int i = 0; i < kBandCoefs; ++i) {
@@ -63,12 +56,20 @@ class EqLanes {
     });
   }
 
-  // The step before quad q. One that changes no bit never will change one: targets and rate stay
-  // as they are for the length of a call.
+  // The step before quad q.
   CHANNELSTRIP_INLINE void glide_before(int32_t q) {
     if (!moves_) return;
-    glide_all<kCoefs, kCoefLanes>(coefs_[(q + History - 1) % History], smoothed_, targets_, rates_,
-                                  coefs_[q % History], smoothed_);
+    const float* const from = coefs_[(q + History - 1) % History];
+    float* const to = coefs_[q % History];
+    for (int i = 0; i < kCoefs; i += 4) {
+      const auto rate = kCoefLanes == 1 ? broadcast<Lanes<4>>(rates_[0])
+                                        : load<Lanes<4>>(rates_ + i % kCoefLanes);
+      auto coef = load<Lanes<4>>(from + i);
+      auto smoothed = load<Doubles>(smoothed_ + i);
+      glide(coef, smoothed, load<Lanes<4>>(targets_ + i), rate);
+      channelstrip::store(to + i, coef);
+      channelstrip::store(smoothed_ + i, smoothed);
+    }
   }
 
   // The pass before (0) or after (1) the dynamics over quad q.
@@ -114,13 +115,6 @@ class EqLanes {
     for (int pass = 0; pass < 2; ++pass) {
       for (int band = first_band_[pass]; band < end_band_[pass]; ++band) visit(band);
     }
-  }
-
-  CHANNELSTRIP_INLINE static bool moves(const SChannelStrip_Alg_Context& strip) {
-    const EQ_SDezipCoefs& dezip = *strip.eqDezipCoefs;
-    const float rate = strip.dynState[0].dezipRate;
-    return glide_all<kBandCoefs, 1>(dezip.coefs, dezip.smoothedCoefs,
-                                    strip.eqTargetCoefs->targetCoefs, &rate, nullptr, nullptr);
   }
 
   CHANNELSTRIP_INLINE void load_glide(const SChannelStrip_Alg_Context& strip, int lane) {

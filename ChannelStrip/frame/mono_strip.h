@@ -73,8 +73,12 @@ class MonoStrip {
     GainQuad<V, 1> gain;
   };
 
-  CHANNELSTRIP_INLINE Passing& passing(int32_t q) { return passing_[q % kPassing]; }
-  CHANNELSTRIP_INLINE bool is_quad(int32_t q) const { return 0 <= q && q < quads_; }
+  CHANNELSTRIP_INLINE Passing& passing(int32_t q) {
+    return passing_[static_cast<uint32_t>(q) % kPassing];
+  }
+  CHANNELSTRIP_INLINE bool is_quad(int32_t q) const {
+    return static_cast<uint32_t>(q) < static_cast<uint32_t>(quads_);
+  }
 
   // Takes in one quad, and gives an earlier one its gain.
   CHANNELSTRIP_INLINE void equalise(int32_t q) {
