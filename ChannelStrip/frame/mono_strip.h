@@ -43,6 +43,7 @@ class MonoStrip {
       }
       if (is_quad(q - kTargets)) find_targets(curves_, passing(q - kTargets).gain);
       if (is_quad(q - kDetect)) detect_levels(q - kDetect);
+      if (is_quad(q - kKey)) filter_key(q - kKey);
       equalise(q);
     }
   }
@@ -61,10 +62,10 @@ class MonoStrip {
   using V = Lanes<kQuad>;
 
   // How many quads behind the first other stages are.
-  static constexpr int kDetect = 3, kTargets = 4, kSmooth = 5, kGains = 6, kGained = 7, kLeave = 10;
+  static constexpr int kKey = 3, kDetect = 4, kTargets = 5, kSmooth = 6, kGains = 7, kGained = 8, kLeave = 11;
   static constexpr int kPassing = 16;  // a power of two above kLeave
   using Equaliser = EqCascade<kGained>;
-  static_assert(kDetect > Equaliser::kDelay && kLeave > kGained + Equaliser::kDelay);
+  static_assert(kKey > Equaliser::kDelay && kLeave > kGained + Equaliser::kDelay);
 
   // A quad on its way through the strip.
   struct Passing {
@@ -95,12 +96,17 @@ class MonoStrip {
     eq_.take(q, before, after);
   }
 
-  CHANNELSTRIP_INLINE void detect_levels(int32_t q) {
+  CHANNELSTRIP_INLINE void filter_key(int32_t q) {
     Passing& quad = passing(q);
     quad.audio = eq_.given(0, q);
-    V audio[kQuad], levels[kQuad];
+    V audio[kQuad];
     for (int k = 0; k < kQuad; ++k) audio[k] = broadcast<V>(quad.audio[k]);
     key_.detect(audio, q * kQuad, quad.detection);
+  }
+
+  CHANNELSTRIP_INLINE void detect_levels(int32_t q) {
+    Passing& quad = passing(q);
+    V levels[kQuad];
     for (int k = 0; k < kQuad; ++k) levels[k] = links_.levels(magnitude(quad.detection[k]));
     detect(groups_, group_state_, levels, quad.gain);
   }
