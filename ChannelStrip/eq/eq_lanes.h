@@ -59,8 +59,8 @@ class EqLanes {
   // The step before quad q.
   CHANNELSTRIP_INLINE void glide_before(int32_t q) {
     if (!moves_) return;
-    const float* const from = coefs_[(q + History - 1) % History];
-    float* const to = coefs_[q % History];
+    const float* const from = coefs_[static_cast<uint32_t>(q + History - 1) % History];
+    float* const to = coefs_[static_cast<uint32_t>(q) % History];
     for (int i = 0; i < kCoefs; i += 4) {
       const auto rate = kCoefLanes == 1 ? broadcast<Lanes<4>>(rates_[0])
                                         : load<Lanes<4>>(rates_ + i % kCoefLanes);
@@ -74,7 +74,7 @@ class EqLanes {
 
   // The pass before (0) or after (1) the dynamics over quad q.
   CHANNELSTRIP_INLINE void run(int pass, int32_t q, V (&samples)[4]) {
-    const float* const coefs = coefs_[moves_ ? q % History : History - 1];
+    const float* const coefs = coefs_[moves_ ? static_cast<uint32_t>(q) % History : History - 1];
     for (int32_t band = first_band_[pass]; band < end_band_[pass]; ++band) {
       V section[5];
       for (int i = 0; i < 5; ++i) {

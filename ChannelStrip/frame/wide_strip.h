@@ -41,7 +41,9 @@ class WideStrip {
   // Each stage works on an earlier quad than the one after it in the loop, so that one's chain from
   // sample to sample hides behind the others' arithmetic.
   CHANNELSTRIP_INLINE void process(int32_t quads) {
-    const auto is_quad = [=](int32_t q) { return 0 <= q && q < quads; };
+    const auto is_quad = [=](int32_t q) {
+      return static_cast<uint32_t>(q) < static_cast<uint32_t>(quads);
+    };
     for (int32_t q = 0; q < quads + kFinish; ++q) {
       if (is_quad(q - kGains)) find_gains(passing(q - kGains).gain);
       if (is_quad(q - kFinish)) finish(q - kFinish);
@@ -50,6 +52,8 @@ class WideStrip {
         smooth_terms(groups_, group_state_, rate_, passing(q - kSmooth).gain);
       }
       if (is_quad(q)) start(q);
+      if (is_quad(q - kKey)) filter_key(q - kKey);
+      if (is_quad(q - kDetect)) detect_levels(q - kDetect);
     }
   }
 
@@ -67,10 +71,11 @@ class WideStrip {
 
   // How many quads behind the start the other stages are. One strip's work is mostly waiting.
   static constexpr bool kAlone = Layout::kStrips == 1;
-  static constexpr int kTargets = 1, kSmooth = kAlone ? 2 : 1, kGains = kAlone ? 3 : 2;
-  static constexpr int kFinish = kAlone ? 4 : 2;
+  static constexpr int kKey = kAlone ? 1 : 0, kDetect = kAlone ? 2 : 0;
+  static constexpr int kTargets = kAlone ? 3 : 1, kSmooth = kAlone ? 4 : 1;
+  static constexpr int kGains = kAlone ? 5 : 2, kFinish = kAlone ? 6 : 2;
   // A quad leaves before another one starts in its place.
-  static constexpr int kPassing = kFinish;
+  static constexpr int kPassing = power_of_two_from(kFinish);
 
   // A quad on its way through the strip.
   struct Passing {
@@ -78,23 +83,29 @@ class WideStrip {
     GainQuad<Group, Layout::kStride> gain;
   };
 
-  CHANNELSTRIP_INLINE Passing& passing(int32_t q) { return passing_[q % kPassing]; }
+  CHANNELSTRIP_INLINE Passing& passing(int32_t q) {
+    return passing_[static_cast<uint32_t>(q) % kPassing];
+  }
 
-  // Equaliser before the dynamics, detection.
+  // Equaliser before the dynamics.
   CHANNELSTRIP_INLINE void start(int32_t q) {
     Passing& quad = passing(q);
-    Channel audio[kQuad], detection[kQuad];
+    Channel audio[kQuad];
     load_lanes(audio, inputs_, q * kQuad);
     for (int k = 0; k < kQuad; ++k) quad.input[k] = audio[k];
     eq_.glide_before(q);
     eq_.run(0, q, audio);
-    key_.detect(audio, q * kQuad, detection);
+    for (int k = 0; k < kQuad; ++k) quad.audio[k] = audio[k];
+  }
+
+  CHANNELSTRIP_INLINE void filter_key(int32_t q) {
+    key_.detect(passing(q).audio, q * kQuad, passing(q).detection);
+  }
+
+  CHANNELSTRIP_INLINE void detect_levels(int32_t q) {
+    Passing& quad = passing(q);
     Group levels[kQuad];
-    for (int k = 0; k < kQuad; ++k) {
-      quad.audio[k] = audio[k];
-      quad.detection[k] = detection[k];
-      levels[k] = links_.levels(magnitude(detection[k]));
-    }
+    for (int k = 0; k < kQuad; ++k) levels[k] = links_.levels(magnitude(quad.detection[k]));
     detect(groups_, group_state_, levels, quad.gain);
   }
 
