@@ -116,8 +116,8 @@ class EqCascade {
  private:
   static constexpr int kBands = CHANNELSTRIP_EQ_BANDS;
   using V = Lanes<kBands>;
-  static constexpr int kTaken = 4;   // quads, above kDelay + 1
-  static constexpr int kSteps = 16;  // above four quads' and the most that a band is late
+  static constexpr int kTaken = kDelay + 2;  // quads: from those taken to the next given
+  static constexpr int kSteps = 4 * kTaken;
   static constexpr int32_t kNever = INT32_MAX;
 
   CHANNELSTRIP_INLINE static MaskOf<V> in_call(IntsOf<V> at, int32_t count) {

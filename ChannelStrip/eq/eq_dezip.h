@@ -17,8 +17,8 @@ namespace channelstrip {
 typedef double Doubles __attribute__((vector_size(32)));
 typedef int64_t Longs __attribute__((vector_size(32)));
 
-// One coefficient, or one a lane. The step is a subtraction and a product, each rounded to single; nothing is
-// fused.
+// One coefficient, or one a lane. The step is a subtraction and a product, each rounded to single;
+// nothing is fused.
 template <typename V, typename Double>
 CHANNELSTRIP_INLINE void glide(V& coef, Double& smoothed, V target, V rate) {
   const V distance = target - coef;

@@ -19,7 +19,8 @@ class Extents {
   void add(const T* first, int64_t count) {
     static_assert(sizeof(T) % 4 == 0);
     begin_[size_] = static_cast<uint32_t>(reinterpret_cast<uintptr_t>(first) / 4);
-    end_[size_] = begin_[size_] + static_cast<uint32_t>(static_cast<int64_t>(sizeof(T) / 4) * count);
+    end_[size_] =
+        begin_[size_] + static_cast<uint32_t>(static_cast<int64_t>(sizeof(T) / 4) * count);
     ++size_;
   }
 

@@ -62,7 +62,8 @@ class MonoStrip {
   using V = Lanes<kQuad>;
 
   // How many quads behind the first other stages are.
-  static constexpr int kKey = 3, kDetect = 4, kTargets = 5, kSmooth = 6, kGains = 7, kGained = 8, kLeave = 11;
+  static constexpr int kKey = 3, kDetect = 4, kTargets = 5, kSmooth = 6, kGains = 7, kGained = 8,
+                       kLeave = 11;
   static constexpr int kPassing = 16;  // a power of two above kLeave
   using Equaliser = EqCascade<kGained>;
   static_assert(kKey > Equaliser::kDelay && kLeave > kGained + Equaliser::kDelay);
