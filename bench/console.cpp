@@ -37,6 +37,23 @@ std::size_t bytes_of(const Workload& workload, const host::StemFormat& format) {
          (static_cast<std::size_t>(format.channels) * channel + 1024);
 }
 
+host::StripCoefficients targets_of(const Workload& workload, const host::StemFormat& format,
+                                   bool moved) {
+  host::StripCoefficients targets =
+      busy_coefficients(format, workload.variant == Variant::kAllBefore,
+                        moved && workload.variant == Variant::kGliding);
+  int left = workload.bands;
+  for (int pass = 0; pass < 2; ++pass) {
+    const int first = targets.eq.firstBand[pass];
+    targets.eq.endBand[pass] = std::min(targets.eq.endBand[pass], first + left);
+    left -= targets.eq.endBand[pass] - first;
+  }
+  for (int c = 0; c < format.channels; ++c) {
+    targets.dynamics.linkGroup[c] = c % std::min(format.groups, workload.link_groups);
+  }
+  return targets;
+}
+
 class Random {
  public:
   explicit Random(unsigned seed) : generator_(seed) {}
@@ -67,11 +84,7 @@ Console::Console(const Workload& workload, unsigned layout)
       calls_(calls_of(workload, format_)),
       memory_(bytes_of(workload, format_), layout),
       strips_(static_cast<std::size_t>(workload.strips)) {
-  const bool all_before = workload.variant == Variant::kAllBefore;
-  for (const bool moved : {false, true}) {
-    targets_[moved] =
-        busy_coefficients(format_, all_before, moved && workload.variant == Variant::kGliding);
-  }
+  for (const bool moved : {false, true}) targets_[moved] = targets_of(workload, format_, moved);
 
   const auto samples = static_cast<std::size_t>(workload.samples);
   for (Strip& strip : strips_) {

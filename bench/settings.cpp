@@ -47,9 +47,6 @@ host::StripCoefficients busy_coefficients(const host::StemFormat& format, bool a
   }
 
   auto coefficients = host::design_strip(settings, kSampleRate, host::default_layout(format));
-  for (int c = 0; c < format.channels; ++c) {
-    coefficients.dynamics.linkGroup[c] = c % format.groups;
-  }
   coefficients.dezip_rate = 0.02f;  // far from its target still after 512 samples
   return coefficients;
 }

@@ -9,7 +9,7 @@ namespace channelstrip::bench {
 inline constexpr double kSampleRate = 48000;
 
 // All eight bands, four of them after the dynamics unless all shall stand before; a compressor with
-// a soft knee, a gate with hysteresis, peak detection behind a key filter, every link group in use.
+// a soft knee, a gate with hysteresis, peak detection behind a key filter.
 // `moved` settings differ in every coefficient of every band, in makeup and in both ranges.
 host::StripCoefficients busy_coefficients(const host::StemFormat& format, bool all_before,
                                           bool moved);

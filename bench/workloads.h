@@ -19,7 +19,9 @@ struct Workload {
   int strips;   // processed by one call
   int samples;  // per call
   Variant variant;
-  double target;  // times faster; 0: none, the row counts in no mean
+  double target;        // times faster; 0: none, the row counts in no mean
+  int bands = 8;        // that run, half of them before the dynamics
+  int link_groups = 8;  // in use, as far as the format has them
 
   // "7.1 x16, gliding"
   std::string name() const;

@@ -6,6 +6,9 @@
 #include <tests/model/compare.h>
 #include <tests/support/every_format.h>
 
+#include <algorithm>
+#include <cmath>
+
 #include "scenes.h"
 
 namespace channelstrip::test {
@@ -34,6 +37,17 @@ Scene faint_scene(Random& random, const host::StemFormat& format) {
   return scene;
 }
 
+// Where denormals count as zeros but aren't flushed, a running maximum of them may be either.
+void flush_maxima(Scene& scene) {
+  const auto flush = [](float& x) {
+    if (std::fpclassify(x) == FP_SUBNORMAL) x = std::copysign(0.0F, x);
+  };
+  for (Instance& it : scene.instances) {
+    for (Dyn_SState& state : it.dyn_state) flush(state.compGain);
+    std::ranges::for_each(it.meters, flush);
+  }
+}
+
 TEST_P(ControlWord, IsLeftAsItWas) {
   Random random(1);
   for (const uint64_t rounding : kRoundings) {
@@ -53,10 +67,14 @@ TEST_P(ControlWord, DecidesWhatBecomesOfDenormals) {
     for (int trial = 0; trial < 20; ++trial) {
       const Scene scene = faint_scene(random, GetParam());
       const auto usual = by_each_order(GetParam(), scene);
-      const auto [legal, result] = [&] {
+      auto [legal, result] = [&] {
         const InModes modes(kRoundings[0], denormals);
         return std::pair(by_each_order(GetParam(), scene), by_library(GetParam(), scene));
       }();
+      if (denormals != 0) {
+        std::ranges::for_each(legal, flush_maxima);
+        flush_maxima(result);
+      }
       ASSERT_EQ(first_difference(legal, result), "") << "mode " << denormals << ", trial " << trial;
       if (!first_difference(usual, result).empty()) ++different;
     }
