@@ -104,8 +104,24 @@ void process_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
   wide.store();
 }
 
-// Instances that are independent go through lanes, as many at a time as there are lanes for;
-// everything else one after the other, stage by stage in memory.
+// Processes the first instances of a range, as many as fit in lanes side by side or one; returns
+// how many.
+template <int Channels, int Groups, int Strips>
+int process_first(const SChannelStrip_Alg_Context* const* strips, int64_t count) {
+  if (count >= Strips && fit_in_lanes<Channels, Strips>(strips)) {
+    process_in_lanes<Channels, Groups, Strips>(strips);
+    return Strips;
+  }
+  if constexpr (Strips > 1) {
+    return process_first<Channels, Groups, Strips / 2>(strips, count);
+  } else {
+    process_instance<Channels, kBlock, Groups>(*strips);
+    return 1;
+  }
+}
+
+// Instances that are independent go through lanes, everything else one after the other, stage by
+// stage in memory.
 template <int Inputs, int Outputs, int Block, int Groups>
 void ChannelStrip_AlgorithmProcessFunction(const SChannelStrip_Alg_Context* const* begin,
                                            const void* end) {
@@ -113,20 +129,8 @@ void ChannelStrip_AlgorithmProcessFunction(const SChannelStrip_Alg_Context* cons
   static_assert(Block == kBlock && Block % kQuad == 0, "blocks are whole quads");
   constexpr int kStrips = kLanes / power_of_two_from(Inputs);
   const auto last = static_cast<const SChannelStrip_Alg_Context* const*>(end);
-  for (auto context = begin; context != last;) {
-    if constexpr (kStrips > 1) {
-      if (last - context >= kStrips && fit_in_lanes<Inputs, kStrips>(context)) {
-        process_in_lanes<Inputs, Groups, kStrips>(context);
-        context += kStrips;
-        continue;
-      }
-    }
-    if (fit_in_lanes<Inputs, 1>(context)) {
-      process_in_lanes<Inputs, Groups, 1>(context);
-    } else {
-      process_instance<Inputs, Block, Groups>(*context);
-    }
-    ++context;
+  while (begin != last) {
+    begin += process_first < Inputs, Groups, kStrips < 1 ? 1 : kStrips > (begin, last - begin);
   }
 }
 
