@@ -44,16 +44,22 @@ TEST_P(Key, AnyOtherIndexSelectsThatInput) {
 }
 
 TEST_P(Key, NegativeIndexSelectsAnInputBeforeTheFirst) {
-  KeyedStrip strip(format());
-  std::vector<float> key(32, 0.375f);
-  std::vector<float*> inputs = pointers(strip.in);
-  inputs.insert(inputs.begin(), key.data());
-  strip.key_index = -1;
-  SChannelStrip_Alg_Context context = *strip.context();
-  context.inputs = inputs.data() + 1;
-  const SChannelStrip_Alg_Context* const contexts[] = {&context};
-  entry_point(GetParam())(contexts, contexts + 1);
-  EXPECT_EQ(strip.detected_level(), 0.375f);
+  for (const bool in_memory : {false, true}) {
+    KeyedStrip strip(format());
+    std::vector<float> key(32, 0.375f);
+    std::vector<float*> inputs = pointers(strip.in);
+    inputs.insert(inputs.begin(), key.data());
+    strip.key_index = -1;
+    SChannelStrip_Alg_Context context = *strip.context();
+    context.inputs = inputs.data() + 1;
+    if (in_memory) {  // a count within what is written keeps a strip out of lanes
+      strip.dyn_state[0].reserved14 = *context.sampleCount;
+      context.sampleCount = &strip.dyn_state[0].reserved14;
+    }
+    const SChannelStrip_Alg_Context* const contexts[] = {&context};
+    entry_point(GetParam())(contexts, contexts + 1);
+    EXPECT_EQ(strip.detected_level(), 0.375f);
+  }
 }
 
 TEST_P(Key, IsReadAheadOfTheEqualiser) {

@@ -86,6 +86,7 @@ TEST(Lanes, RaiseAndLowerTakeWhatIsStrictlyBeyond) {
     const auto lowered = plain(lower(lanes(held), lanes(value)));
     for (size_t i = 0; i < held.size(); ++i) {
       ASSERT_EQ(bits(raised[i]), bits(value[i] > held[i] ? value[i] : held[i]));
+      ASSERT_EQ(bits(raise(held[i], value[i])), bits(raised[i]));
       ASSERT_EQ(bits(lowered[i]), bits(value[i] < held[i] ? value[i] : held[i]));
     }
   });
