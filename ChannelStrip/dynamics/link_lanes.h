@@ -50,12 +50,12 @@ class LinkLanes {
 
   // The greatest magnitude among the group's channels.
   CHANNELSTRIP_INLINE Group levels(Channel magnitudes) const {
-    if constexpr (Layout::kStrips * Layout::kGroups == 1) {
-      Group level = raise(Group{}, magnitudes);
-      if (Layout::kChannels == 2) {
-        level = raise(level, __builtin_shufflevector(magnitudes, magnitudes, 1, 0, 3, 2));
-      }
-      return level;
+    if constexpr (Layout::kChannels == 1) {
+      return raise(Group{}, magnitudes);
+    } else if constexpr (Layout::kStrips * Layout::kGroups == 1) {
+      static_assert(Layout::kChannels == 2);
+      const Channel other = __builtin_shufflevector(magnitudes, magnitudes, 1, 0, 3, 2);
+      return raise(raise(Group{}, magnitudes), other);
     } else {
       Group level = raise(Group{}, pick_lanes<Group>(magnitudes, member_[0]));
       const int rounds = Layout::kGroups == 1 ? Layout::kChannels : rounds_;
@@ -69,7 +69,9 @@ class LinkLanes {
   // A channel's audio with its group's gain, or what is detected if the strip listens to that.
   CHANNELSTRIP_INLINE Channel listen_or_gain(Channel detection, Channel audio, Group gain) const {
     Channel own_gain;
-    if constexpr (Layout::kStrips * Layout::kGroups == 1) {
+    if constexpr (Layout::kChannels == 1) {
+      own_gain = gain;
+    } else if constexpr (Layout::kStrips * Layout::kGroups == 1) {
       own_gain = broadcast<Channel>(gain[0]);
     } else {
       own_gain = pick_lanes<Channel>(gain, group_of_);

@@ -107,7 +107,8 @@ void process_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
 // Processes the first instances of a range, as many as fit in lanes side by side or one; returns
 // how many.
 template <int Channels, int Groups, int Strips>
-int process_first(const SChannelStrip_Alg_Context* const* strips, int64_t count) {
+CHANNELSTRIP_INLINE int process_first(const SChannelStrip_Alg_Context* const* strips,
+                                      int64_t count) {
   if (count >= Strips && fit_in_lanes<Channels, Strips>(strips)) {
     process_in_lanes<Channels, Groups, Strips>(strips);
     return Strips;
