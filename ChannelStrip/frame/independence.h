@@ -10,47 +10,48 @@
 
 namespace channelstrip {
 
-// Pieces of memory, the written ones first. Addresses are counted in floats, modulo 2^32: pieces
-// that lie 8 GiB apart, give or take their lengths, may count as overlapping, never the reverse.
-template <int Written, int All>
+// Pieces of memory, the written ones first. Addresses are counted in floats, modulo the range of
+// Word: pieces far apart may count as overlapping, never the reverse.
+template <typename Word, int Written, int All>
 class Extents {
  public:
   template <typename T>
   void add(const T* first, int64_t count) {
     static_assert(sizeof(T) % 4 == 0);
-    begin_[size_] = static_cast<uint32_t>(reinterpret_cast<uintptr_t>(first) / 4);
-    end_[size_] =
-        begin_[size_] + static_cast<uint32_t>(static_cast<int64_t>(sizeof(T) / 4) * count);
+    begin_[size_] = static_cast<Word>(reinterpret_cast<uintptr_t>(first) / 4);
+    end_[size_] = begin_[size_] + static_cast<Word>(static_cast<int64_t>(sizeof(T) / 4) * count);
     ++size_;
   }
 
-  // How often a written piece overlaps another, once for each of two written ones.
-  int overlaps() const {
-    IntsOf<V> found{};
+  // How often a written piece overlaps another, once for each of two written ones. Two overlap if
+  // each begins before the other ends: if both distances are negative.
+  Word overlaps() const {
+    Words found{};
     for (int w = 0; w < Written; ++w) {
-      for (int i = 0; i < kRounded; i += kLanes) {
-        const auto begins_first = (IntsOf<V>)(begin_[w] - load<WordsOf<V>>(end_ + i));
-        const auto ends_last = (IntsOf<V>)(load<WordsOf<V>>(begin_ + i) - end_[w]);
-        found += (begins_first & ends_last) >> 31;
+      for (int i = 0; i < kRounded; i += kWords) {
+        const Words from_its_end = begin_[w] - load<Words>(end_ + i);
+        const Words from_our_end = load<Words>(begin_ + i) - end_[w];
+        found += (from_its_end & from_our_end) >> (8 * sizeof(Word) - 1);
       }
     }
-    int32_t sum = 0;
-    for (int i = 0; i < kLanes; ++i) sum -= found[i];
+    Word sum = 0;
+    for (int i = 0; i < kWords; ++i) sum += found[i];
     return sum - Written;  // each overlaps itself
   }
 
  private:
-  using V = Lanes<kLanes>;
+  typedef Word Words __attribute__((vector_size(4 * kLanes)));
+  static constexpr int kWords = static_cast<int>(sizeof(Words) / sizeof(Word));
+  static constexpr int kRounded = (All + kWords - 1) / kWords * kWords;
 
-  static constexpr int kRounded = (All + kLanes - 1) / kLanes * kLanes;
-  uint32_t begin_[kRounded] = {}, end_[kRounded] = {};  // the last ones may be empty
+  Word begin_[kRounded] = {}, end_[kRounded] = {};  // the last ones may be empty
   int size_ = 0;
 };
 
-template <int Channels, int Strips>
-bool are_independent(const SChannelStrip_Alg_Context* const* strips, int64_t samples) {
-  Extents<Strips*(Channels + 4), Strips*(2 * Channels + 13)> extents;
-  int in_place = 0;
+template <typename Word, int Channels, int Strips>
+bool are_independent_by(const SChannelStrip_Alg_Context* const* strips, int64_t samples) {
+  Extents<Word, Strips*(Channels + 4), Strips*(2 * Channels + 13)> extents;
+  Word in_place = 0;
   for (int s = 0; s < Strips; ++s) {
     const SChannelStrip_Alg_Context& strip = *strips[s];
     for (int c = 0; c < Channels; ++c) {
@@ -77,6 +78,13 @@ bool are_independent(const SChannelStrip_Alg_Context* const* strips, int64_t sam
     extents.add(strip.meterOutputs, 1);
   }
   return extents.overlaps() == in_place;
+}
+
+// Short words are quicker to compare, and mostly enough.
+template <int Channels, int Strips>
+bool are_independent(const SChannelStrip_Alg_Context* const* strips, int64_t samples) {
+  return are_independent_by<uint32_t, Channels, Strips>(strips, samples) ||
+         are_independent_by<uint64_t, Channels, Strips>(strips, samples);
 }
 
 }  // namespace channelstrip

@@ -64,6 +64,15 @@ TEST_F(Independence, HoldsOfKeysThatAreNotSelected) {
   EXPECT_FALSE(independent());
 }
 
+// As some allocators place them: at addresses whose low bits are equal.
+TEST_F(Independence, HoldsOfPiecesThatLiePowersOfTwoApart) {
+  for (int bit = 28; bit < 47; ++bit) {
+    const auto address = reinterpret_cast<uintptr_t>(rack.output(0, 0)) ^ uintptr_t { 1 } << bit;
+    rack.outputs[1][0] = reinterpret_cast<float*>(address);
+    EXPECT_TRUE(independent()) << bit;
+  }
+}
+
 TEST_F(Independence, EndsWithASingleSample) {
   for (std::size_t c = 0; c < kChannels; ++c) {
     for (const int step : {-1, 1}) {
