@@ -26,7 +26,8 @@ class Console {
   int calls() const { return calls_; }
   double frames() const { return static_cast<double>(calls_ * workload_.samples); }
 
-  // Of the first strip, as it stands for the next call.
+  // The strips as they stand for the next call; the first.
+  const SChannelStrip_Alg_Context* const* contexts() const { return contexts_.data(); }
   const SChannelStrip_Alg_Context* context() const { return contexts_.front(); }
 
   // Restores the programme, which processing in place replaces.

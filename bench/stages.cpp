@@ -1,5 +1,5 @@
-// What each stage takes of a strip, as plain loops: every stage alone over the same programme, in
-// turns with the whole strip.
+// What each stage takes of a strip, as plain loops and in lanes: every stage alone over the same
+// programme, in turns with the whole strip.
 //
 //   stages
 
@@ -8,28 +8,17 @@
 #include <host/denormals.h>
 
 #include <exception>
-#include <functional>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "console.h"
-#include "turns.h"
+#include "stage_table.h"
+#include "stages_in_lanes.h"
 
 namespace channelstrip::bench {
 namespace {
 
 constexpr int kBlock = 16;
-constexpr int kSamples = 4096;
-constexpr double kQuads = kSamples / 4.0;
-constexpr int kTurns = 201;
-
-struct Stage {
-  const char* name;
-  std::function<void()> run;  // over all samples
-  std::vector<double> times = {}, parts = {};
-};
-
 template <typename Work>
 std::function<void()> every_quad(Work work) {
   return [work] {
@@ -79,19 +68,15 @@ std::vector<Stage> stages_of(const SChannelStrip_Alg_Context& strip) {
 }
 
 template <int Channels, int Groups>
-void measure(std::string_view format) {
+void measure_plain(std::string_view format) {
   const Console console({format, 1, kSamples, Variant::kUsual, 0}, 0);
-  auto stages = stages_of<Channels, Groups>(*console.context());
-  for (int turn = 0; turn < kTurns; ++turn) {
-    for (Stage& stage : stages) {
-      stage.times.push_back(nanoseconds(stage.run) / kQuads);
-      stage.parts.push_back(stage.times.back() / stages.front().times.back());
-    }
-  }
-  for (const Stage& stage : stages) {
-    fmt::print("{:8}{:24}{:10.2f}{:9.2f}\n", std::exchange(format, ""), stage.name,
-               median(stage.times), median(stage.parts));
-  }
+  measure(format, stages_of<Channels, Groups>(*console.context()));
+}
+
+template <int Channels, int Groups, int Strips>
+void measure_in_lanes(std::string_view title, std::string_view format) {
+  const Console console({format, Strips, kSamples, Variant::kUsual, 0}, 0);
+  measure(title, stages_in_lanes<Channels, Groups, Strips>(console.contexts()));
 }
 
 }  // namespace
@@ -101,9 +86,12 @@ int main() try {
   const channelstrip::host::FlushDenormals flushed;
   channelstrip::bench::stay_on_this_processor();
   fmt::print("Nanoseconds per quad of four samples of all channels, and the part of the whole\n\n");
-  fmt::print("{:32}{:>10}{:>9}\n", "plain loops", "ns", "part");
-  channelstrip::bench::measure<1, 1>("Mono");
-  channelstrip::bench::measure<8, 5>("7.1");
+  fmt::print("{:40}{:>8}{:>9}\n", "plain loops", "ns", "part");
+  channelstrip::bench::measure_plain<1, 1>("Mono");
+  channelstrip::bench::measure_plain<8, 5>("7.1");
+  fmt::print("\n{:40}{:>8}{:>9}\n", "in lanes", "ns", "part");
+  channelstrip::bench::measure_in_lanes<1, 1, channelstrip::kLanes>("Mono", "Mono");
+  channelstrip::bench::measure_in_lanes<8, 5, 1>("7.1", "7.1");
   return 0;
 } catch (const std::exception& error) {
   fmt::print(stderr, "stages: {}\n", error.what());
