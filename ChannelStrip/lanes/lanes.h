@@ -119,7 +119,7 @@ CHANNELSTRIP_INLINE T select(M mask, T a, T b) {
 #endif
 }
 
-// Whether any bit of an integer, or of integers in lanes, is set.
+// Whether any bit of integers in lanes is set.
 template <typename Ints>
 CHANNELSTRIP_INLINE bool any_bit(Ints x) {
   int64_t words[sizeof x / 8];
@@ -127,10 +127,6 @@ CHANNELSTRIP_INLINE bool any_bit(Ints x) {
   int64_t bits = 0;
   for (int64_t word : words) bits |= word;
   return bits != 0;
-}
-template <>
-CHANNELSTRIP_INLINE bool any_bit(int32_t x) {
-  return x != 0;
 }
 
 // To another type of number, lane by lane.
@@ -173,6 +169,28 @@ CHANNELSTRIP_INLINE V lower(V held, V value) {
   if constexpr (kWidth<V> == 4) return _mm_min_ps(value, held);
 #endif
   return value < held ? value : held;
+}
+
+// to[i] = from[index[i]]; the indices fill the wider of both types.
+template <typename To, typename From>
+CHANNELSTRIP_INLINE To pick_lanes(From from, const int32_t* index) {
+#if defined(__AVX2__)
+  typename LaneTypes<(kWidth<To> > kWidth<From> ? kWidth<To> : kWidth<From>)>::Ints at;
+  __builtin_memcpy(&at, index, sizeof at);
+  if constexpr (kWidth<From> == 4 && kWidth<To> == 4) {
+    return _mm_permutevar_ps(from, (__m128i)at);
+  } else {
+    Lanes<8> wide;
+    if constexpr (kWidth<From> == 4) wide = join(from, from);
+    if constexpr (kWidth<From> == 8) wide = from;
+    const Lanes<8> picked = _mm256_permutevar8x32_ps(wide, (__m256i)at);
+    if constexpr (kWidth<To> == 4) return low_half(picked);
+    if constexpr (kWidth<To> == 8) return picked;
+  }
+#endif
+  To picked;
+  for (int i = 0; i < kWidth<To>; ++i) picked[i] = from[index[i]];
+  return picked;
 }
 
 }  // namespace channelstrip

@@ -18,32 +18,6 @@ CHANNELSTRIP_INLINE void store(void* to, V x) {
   __builtin_memcpy(to, &x, sizeof x);
 }
 
-// to[i] = from[index[i]]; the indices fill the wider of both types.
-template <typename To, typename From>
-CHANNELSTRIP_INLINE To pick_lanes(From from, const int32_t* index) {
-#if defined(__AVX2__)
-  if constexpr (kWidth<From> == 4 && kWidth<To> == 4) {
-    return _mm_permutevar_ps(from, load<__m128i>(index));
-  } else if constexpr (kWidth<From> <= 8 && kWidth<To> <= 8) {
-    Lanes<8> wide;
-    if constexpr (kWidth<From> == 4) {
-      wide = join(from, from);
-    } else {
-      wide = from;
-    }
-    const Lanes<8> picked = _mm256_permutevar8x32_ps(wide, load<__m256i>(index));
-    if constexpr (kWidth<To> == 4) {
-      return low_half(picked);
-    } else {
-      return picked;
-    }
-  }
-#endif
-  To picked;
-  for (int i = 0; i < kWidth<To>; ++i) picked[i] = from[index[i]];
-  return picked;
-}
-
 // Four vectors of four, rows made columns.
 CHANNELSTRIP_INLINE void transpose(Lanes<4> (&m)[4]) {
   const Lanes<4> a = __builtin_shufflevector(m[0], m[1], 0, 4, 1, 5);
