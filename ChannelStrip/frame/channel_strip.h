@@ -128,10 +128,11 @@ void ChannelStrip_AlgorithmProcessFunction(const SChannelStrip_Alg_Context* cons
                                            const void* end) {
   static_assert(Inputs == Outputs, "a strip has as many outputs as inputs");
   static_assert(Block == kBlock && Block % kQuad == 0, "blocks are whole quads");
-  constexpr int kStrips = kLanes / power_of_two_from(Inputs);
+  constexpr int kFitting = kLanes / power_of_two_from(Inputs);
+  constexpr int kStrips = kFitting < 1 ? 1 : kFitting;
   const auto last = static_cast<const SChannelStrip_Alg_Context* const*>(end);
   while (begin != last) {
-    begin += process_first < Inputs, Groups, kStrips < 1 ? 1 : kStrips > (begin, last - begin);
+    begin += process_first<Inputs, Groups, kStrips>(begin, last - begin);
   }
 }
 
