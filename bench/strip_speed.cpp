@@ -5,9 +5,9 @@
 //   strip_speed LIBRARY [--filter WORD]... [--turns N] [--json FILE]
 
 #include <fmt/format.h>
+#include <host/audio/replacement_file.h>
 #include <host/denormals.h>
 #include <host/library.h>
-#include <host/render/replacement_file.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>

@@ -39,27 +39,28 @@ void Instance::set_coefficients(const StripCoefficients& coefficients) {
 }
 
 const SChannelStrip_Alg_Context* Instance::prepare(const float* const* inputs,
-                                                   float* const* outputs, int samples) {
+                                                   float* const* outputs, int samples, bool keyed) {
   context_.inputs = inputs;
   context_.outputs = outputs;
+  key_input_index_ = keyed ? static_cast<std::int32_t>(channels_) : 0;
   sample_count_ = samples;
   return &context_;
 }
 
-std::span<const float> Instance::input_peaks() const {
-  return std::span(meters_).first(channels_);
+MeterReading Instance::meters() const {
+  const std::span all(meters_);
+  const std::span readouts = all.subspan(2 * channels_);
+  return {.input_peak = all.first(channels_),
+          .output_peak = all.subspan(channels_, channels_),
+          .level = readouts[CHANNELSTRIP_METER_LEVEL],
+          .gain = readouts[CHANNELSTRIP_METER_GAIN],
+          .compressor_reduction = readouts[CHANNELSTRIP_METER_COMP_REDUCTION],
+          .expander_reduction = readouts[CHANNELSTRIP_METER_EXP_REDUCTION],
+          .channel_gain = readouts.subspan(CHANNELSTRIP_METER_CHANNEL_GAIN)};
 }
 
-std::span<const float> Instance::output_peaks() const {
-  return std::span(meters_).subspan(channels_, channels_);
-}
-
-std::span<const float> Instance::dynamics_readouts() const {
-  return std::span(meters_).subspan(2 * channels_);
-}
-
-void Instance::reset_dynamics_readouts() {
-  std::ranges::fill(std::span(meters_).subspan(2 * channels_), 0.0f);
+void Instance::reset_meters() {
+  std::ranges::fill(meters_, 0.0f);
 }
 
 }  // namespace channelstrip::host

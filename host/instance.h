@@ -5,10 +5,10 @@
 #include <ChannelStrip/frame/context.h>
 
 #include <cstdint>
-#include <span>
 #include <vector>
 
 #include "design/strip_coefficients.h"
+#include "meter_reading.h"
 
 namespace channelstrip::host {
 
@@ -26,15 +26,15 @@ class Instance {
   void set_coefficients(const StripCoefficients& coefficients);
 
   // Points the context at N input and N output buffers of `samples` samples, rounded up to whole
-  // blocks of 16. The pointers must stay valid until the call is done.
+  // blocks of 16; `keyed`: an input beyond the N is the key. The pointers must stay valid until the
+  // call is done.
   const SChannelStrip_Alg_Context* prepare(const float* const* inputs, float* const* outputs,
-                                           int samples);
+                                           int samples, bool keyed = false);
 
-  std::span<const float> input_peaks() const;   // N, linear
-  std::span<const float> output_peaks() const;  // N, linear
-  std::span<const float> dynamics_readouts()
-      const;  // the four slots, then the gain of each channel
-  void reset_dynamics_readouts();
+  // What the meters have shown since the last reset. The views are into this object.
+  MeterReading meters() const;
+  // Begins a new measurement, between calls.
+  void reset_meters();
 
  private:
   std::size_t channels_;

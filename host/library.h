@@ -20,6 +20,12 @@ class Library {
   // The library's soname, which carries the major version this host was built against.
   static std::string default_path();
 
+  // The file that was loaded, links resolved.
+  std::string file() const;
+
+  // The name it was linked under; empty when it has none.
+  std::string soname() const;
+
   // Valid as long as this object. Throws std::runtime_error when the library doesn't export it.
   AlgEntry_16_Stem* entry_point(const StemFormat& format) const;
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include <host/library.h>
-#include <host/preset.h>
+#include <host/preset/preset.h>
 
 #include <memory>
 #include <string>

@@ -5,7 +5,7 @@
 
 #include <bench/turns.h>
 #include <fmt/format.h>
-#include <host/render/replacement_file.h>
+#include <host/audio/replacement_file.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>

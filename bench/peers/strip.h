@@ -4,7 +4,7 @@
 
 #include <host/instance.h>
 #include <host/library.h>
-#include <host/preset.h>
+#include <host/preset/preset.h>
 
 #include <vector>
 

@@ -1,13 +1,11 @@
 #include "channel_layout.h"
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <map>
-#include <optional>
-#include <sstream>
 #include <stdexcept>
 #include <utility>
 
@@ -19,32 +17,8 @@ using Labels = std::vector<std::string>;
 constexpr std::array<std::pair<std::string_view, std::string_view>, 4> kPairs{
     {{"L", "R"}, {"Ls", "Rs"}, {"Lb", "Rb"}, {"Lc", "Rc"}}};
 
-// The other half of a label's pair; empty when it has none.
-std::string_view partner(std::string_view label) {
-  for (const auto& [left, right] : kPairs) {
-    if (label == left) return right;
-    if (label == right) return left;
-  }
-  return {};
-}
-
 bool contains(const Labels& labels, std::string_view label) {
   return std::ranges::find(labels, label) != labels.end();
-}
-
-Labels words(std::string_view text) {
-  std::istringstream stream{std::string(text)};
-  return {std::istream_iterator<std::string>(stream), {}};
-}
-
-std::vector<std::string_view> split(std::string_view text, char separator) {
-  std::vector<std::string_view> parts;
-  for (auto end = text.find(separator); end != text.npos; end = text.find(separator)) {
-    parts.push_back(text.substr(0, end));
-    text.remove_prefix(end + 1);
-  }
-  parts.push_back(text);
-  return parts;
 }
 
 // In the order of Speaker.
@@ -70,6 +44,21 @@ Labels labels_of(const std::vector<Speaker>& speakers) {
   return pairs_are_whole ? labels : Labels{};
 }
 
+void sort_for_film(Labels& labels) {
+  static constexpr std::string_view kFilm[] = {"M",  "L", "Lc", "C",  "Rc", "R",  "Ls",
+                                               "Cs", "S", "Rs", "Lb", "Rb", "LFE"};
+  std::ranges::sort(labels, {}, [](const std::string& label) {
+    return std::ranges::find(kFilm, label) - std::begin(kFilm);
+  });
+}
+
+// Pairs linked, every other channel alone.
+int groups_by_default(const Labels& labels) {
+  const auto halves = std::ranges::count_if(
+      labels, [](const std::string& label) { return !partner(label).empty(); });
+  return static_cast<int>(labels.size()) - static_cast<int>(halves / 2);
+}
+
 // The one to assume, which the table of formats has first; null when none has that count.
 const StemFormat* usual_format(int channels) {
   const auto found = std::ranges::find(stem_formats(), channels, &StemFormat::channels);
@@ -90,26 +79,17 @@ const StemFormat* implied_format(const Labels& labels, int groups) {
   }
 }
 
-std::optional<ChannelLayout> named_layout(const std::vector<Speaker>& speakers) {
+std::optional<ChannelLayout> named_layout(std::vector<Speaker> speakers,
+                                          std::optional<ChannelOrder> order) {
+  if (order == ChannelOrder::kWav) std::ranges::sort(speakers);
   ChannelLayout layout{nullptr, labels_of(speakers)};
   if (layout.labels.empty()) return std::nullopt;
-  const int groups = 1 + std::ranges::max(default_link_map(layout));
+  const int groups = groups_by_default(layout.labels);
   layout.format = implied_format(layout.labels, groups);
   if (groups > layout.format->groups) return std::nullopt;
   if (layout.format->name == "LCRS") std::ranges::replace(layout.labels, "Cs", "S");
+  if (order == ChannelOrder::kFilm) sort_for_film(layout.labels);
   return layout;
-}
-
-// Groups of any numbers, one per channel, renumbered from 0 in order of first appearance.
-LinkMap renumbered(const std::vector<std::size_t>& groups) {
-  LinkMap map{};
-  std::vector<std::size_t> seen;
-  for (std::size_t c = 0; c < groups.size(); ++c) {
-    const auto found = std::ranges::find(seen, groups[c]);
-    map[c] = static_cast<int>(found - seen.begin());
-    if (found == seen.end()) seen.push_back(groups[c]);
-  }
-  return map;
 }
 
 template <typename... Arguments>
@@ -119,25 +99,35 @@ template <typename... Arguments>
 
 }  // namespace
 
-ChannelLayout default_layout(const StemFormat& format) {
-  static const std::map<std::string_view, std::string_view> labels{
-      {"Mono", "M"},
-      {"Stereo", "L R"},
-      {"LCR", "L R C"},
-      {"Quad", "L R Ls Rs"},
-      {"LCRS", "L R C S"},
-      {"5.0", "L R C Ls Rs"},
-      {"5.1", "L R C LFE Ls Rs"},
-      {"6.0", "L R C Cs Ls Rs"},
-      {"6.1", "L R C LFE Cs Ls Rs"},
-      {"7.0", "L R C Lb Rb Ls Rs"},
-      {"7.1", "L R C LFE Lb Rb Ls Rs"},
+std::string_view partner(std::string_view label) {
+  for (const auto& [left, right] : kPairs) {
+    if (label == left) return right;
+    if (label == right) return left;
+  }
+  return {};
+}
+
+ChannelLayout default_layout(const StemFormat& format, ChannelOrder order) {
+  static const std::map<std::string_view, Labels> wav{
+      {"Mono", {"M"}},
+      {"Stereo", {"L", "R"}},
+      {"LCR", {"L", "R", "C"}},
+      {"Quad", {"L", "R", "Ls", "Rs"}},
+      {"LCRS", {"L", "R", "C", "S"}},
+      {"5.0", {"L", "R", "C", "Ls", "Rs"}},
+      {"5.1", {"L", "R", "C", "LFE", "Ls", "Rs"}},
+      {"6.0", {"L", "R", "C", "Cs", "Ls", "Rs"}},
+      {"6.1", {"L", "R", "C", "LFE", "Cs", "Ls", "Rs"}},
+      {"7.0", {"L", "R", "C", "Lb", "Rb", "Ls", "Rs"}},
+      {"7.1", {"L", "R", "C", "LFE", "Lb", "Rb", "Ls", "Rs"}},
   };
-  return {&format, words(labels.at(format.name))};
+  ChannelLayout layout{&format, wav.at(format.name)};
+  if (order == ChannelOrder::kFilm) sort_for_film(layout.labels);
+  return layout;
 }
 
 ChannelLayout choose_layout(int channels, const std::vector<Speaker>& speakers,
-                            const StemFormat* forced) {
+                            const StemFormat* forced, std::optional<ChannelOrder> order) {
   const StemFormat* usual = usual_format(channels);
   if (!usual) refuse("no format has {} channels", channels);
   if (forced && forced->channels != channels) {
@@ -145,49 +135,12 @@ ChannelLayout choose_layout(int channels, const std::vector<Speaker>& speakers,
            channels);
   }
   if (channels > 1 && speakers.size() == static_cast<std::size_t>(channels)) {
-    const auto named = named_layout(speakers);
+    const auto named = named_layout(speakers, order);
     // Formats of equal N and G are one processor: the labels of either serve the other.
     if (named && !forced) return *named;
     if (named && forced->groups == named->format->groups) return {forced, named->labels};
   }
-  return default_layout(forced ? *forced : *usual);
-}
-
-LinkMap default_link_map(const ChannelLayout& layout) {
-  std::vector<std::size_t> groups;
-  for (const std::string& label : layout.labels) {
-    const auto first = std::ranges::find_if(layout.labels, [&](const std::string& other) {
-      return other == label || other == partner(label);
-    });
-    groups.push_back(static_cast<std::size_t>(first - layout.labels.begin()));
-  }
-  return renumbered(groups);
-}
-
-LinkMap parse_link_map(std::string_view text, const ChannelLayout& layout) {
-  const auto parts = split(text, '|');
-  if (parts.size() > static_cast<std::size_t>(layout.format->groups)) {
-    refuse("{} holds at most {} group{}, the map has {}", layout.format->name,
-           layout.format->groups, layout.format->groups == 1 ? "" : "s", parts.size());
-  }
-  std::vector<std::size_t> groups(layout.labels.size(), parts.size());  // not in any part
-  for (std::size_t part = 0; part < parts.size(); ++part) {
-    const Labels members = words(parts[part]);
-    if (members.empty()) refuse("the map \"{}\" has an empty group", text);
-    for (const std::string& label : members) {
-      const auto channel = std::ranges::find(layout.labels, label);
-      if (channel == layout.labels.end()) {
-        refuse("the map names {}, the channels are {}", label, fmt::join(layout.labels, " "));
-      }
-      std::size_t& group = groups[static_cast<std::size_t>(channel - layout.labels.begin())];
-      if (group < parts.size()) refuse("the map names {} twice", label);
-      group = part;
-    }
-  }
-  for (std::size_t c = 0; c < groups.size(); ++c) {
-    if (groups[c] == parts.size()) refuse("the map lacks {}", layout.labels[c]);
-  }
-  return renumbered(groups);
+  return default_layout(forced ? *forced : *usual, order.value_or(ChannelOrder::kWav));
 }
 
 }  // namespace channelstrip::host

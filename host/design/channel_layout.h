@@ -1,8 +1,8 @@
-// Which speaker each channel of a stream feeds, and which channels the dynamics link.
+// Which speaker each channel of a stream feeds.
 
 #pragma once
 
-#include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,10 +18,33 @@ struct ChannelLayout {
   std::vector<std::string> labels;  // one per channel, all different
 };
 
-// The layout that a format has when nothing else is known: the order of WAV's channel mask.
-ChannelLayout default_layout(const StemFormat& format);
+// The other half of a label's pair; empty when it has none.
+std::string_view partner(std::string_view label);
 
-// Positions that audio files name.
+// How the channels of a stream follow each other, its speakers being known.
+enum class ChannelOrder {
+  kWav,  // WAV's channel mask
+  kFilm  // as speakers stand: the screen and then the surrounds from left to right, the LFE last
+};
+inline constexpr std::string_view kChannelOrders[] = {"wav", "film"};  // as users write them
+
+// The layout that a format has when nothing else is known:
+//
+//             wav                          film
+//   Mono      M                            M
+//   Stereo    L R                          L R
+//   LCR       L R C                        L C R
+//   Quad      L R Ls Rs                    L R Ls Rs
+//   LCRS      L R C S                      L C R S
+//   5.0       L R C Ls Rs                  L C R Ls Rs
+//   5.1       L R C LFE Ls Rs              L C R Ls Rs LFE
+//   6.0       L R C Cs Ls Rs               L C R Ls Cs Rs
+//   6.1       L R C LFE Cs Ls Rs           L C R Ls Cs Rs LFE
+//   7.0       L R C Lb Rb Ls Rs            L C R Ls Rs Lb Rb
+//   7.1       L R C LFE Lb Rb Ls Rs        L C R Ls Rs Lb Rb LFE
+ChannelLayout default_layout(const StemFormat& format, ChannelOrder order = ChannelOrder::kWav);
+
+// Positions that audio files name, in the order of WAV's channel mask.
 enum class Speaker {
   kFrontLeft,
   kFrontRight,
@@ -46,18 +69,12 @@ enum class Speaker {
 // channels are Quad, 5.1 and 6.1. A forced format that the speakers contradict has its default
 // layout; 5.1 and 6.0 never contradict each other, they are processed alike.
 //
+// An `order` wins over the file's: the speakers then only tell which there are. Without one it is
+// the file's, or WAV's where the file names none.
+//
 // Throws std::invalid_argument for a count outside 1 .. 8 or a forced format of another count.
 ChannelLayout choose_layout(int channels, const std::vector<Speaker>& speakers,
-                            const StemFormat* forced = nullptr);
-
-// The group of each channel, 0 .. G-1 in order of first appearance; entries from N on are 0.
-using LinkMap = std::array<int, 8>;
-
-// Pairs linked, every other channel alone.
-LinkMap default_link_map(const ChannelLayout& layout);
-
-// Parses "L R C | LFE | Ls Rs": blanks separate labels, bars groups. Throws std::invalid_argument
-// unless every channel of the layout stands in exactly one group and there are at most G groups.
-LinkMap parse_link_map(std::string_view text, const ChannelLayout& layout);
+                            const StemFormat* forced = nullptr,
+                            std::optional<ChannelOrder> order = std::nullopt);
 
 }  // namespace channelstrip::host

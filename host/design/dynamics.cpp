@@ -1,5 +1,6 @@
 #include "dynamics.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "require.h"
@@ -34,6 +35,14 @@ Curve curve(double slope, double threshold, double knee, int side) {
   return result;
 }
 
+double line(const Curve& curve, double level) {
+  return (level - curve.threshold) * curve.slope;
+}
+
+double knee(const Curve& curve, double level) {
+  return (curve.a * level + curve.b) * level + curve.c;
+}
+
 double to_samples(double milliseconds, double sample_rate) {
   return milliseconds / 1000 * sample_rate;
 }
@@ -41,13 +50,40 @@ double to_samples(double milliseconds, double sample_rate) {
 }  // namespace
 
 Curve compressor_curve(const CompressorSettings& settings) {
-  require(settings.ratio >= 1, "ratio", settings.ratio, "", "1 or more");
+  require(settings.ratio >= 1, "ratio", settings.ratio, "",
+          "1 or more: a compressor never makes louder what is above its threshold");
   return curve(1 / settings.ratio - 1, settings.threshold, settings.knee, 1);
 }
 
 Curve expander_curve(const ExpanderSettings& settings) {
   require_within(1, 100, "ratio", settings.ratio, "");
   return curve(settings.ratio - 1, settings.threshold, settings.knee, -1);
+}
+
+double compressor_gain(const CompressorSettings& settings, double level) {
+  const Curve curve = compressor_curve(settings);
+  double gain = 0;
+  if (level > curve.knee_high) {
+    gain = line(curve, level);
+  } else if (level > curve.knee_low) {
+    gain = knee(curve, level);
+  }
+  return std::max(gain, settings.range);
+}
+
+double expander_gain(const ExpanderSettings& settings, double level) {
+  const Curve curve = expander_curve(settings);
+  double gain = 0;
+  if (level < curve.knee_low) {
+    gain = line(curve, level);
+  } else if (level <= curve.knee_high) {
+    gain = knee(curve, level);
+  }
+  return std::max(gain, settings.range);
+}
+
+double auto_makeup(const CompressorSettings& settings) {
+  return -compressor_gain(settings, 0) / 2;
 }
 
 double one_pole_weight(double milliseconds, double sample_rate, int samples) {
@@ -58,14 +94,6 @@ double one_pole_weight(double milliseconds, double sample_rate, int samples) {
 double decay_factor(double milliseconds, double sample_rate) {
   if (milliseconds == 0) return 0;
   return std::exp(-1 / to_samples(milliseconds, sample_rate));
-}
-
-Section averaging_section(double milliseconds, double sample_rate) {
-  const auto decay = static_cast<float>(decay_factor(milliseconds, sample_rate));
-  const auto feedback = static_cast<double>(decay);
-  require(feedback < 1, "time", milliseconds, "ms",
-          fmt::format("short enough for single precision at {} Hz", sample_rate));
-  return {.b0 = 1 - feedback, .a1 = feedback};
 }
 
 double db_to_linear(double db) {

@@ -5,7 +5,6 @@
 
 #pragma once
 
-#include "section.h"
 #include "settings.h"
 
 namespace channelstrip::host {
@@ -24,17 +23,23 @@ struct Curve {
 Curve compressor_curve(const CompressorSettings& settings);
 Curve expander_curve(const ExpanderSettings& settings);
 
+// The curves at a level, in dB, limited by the range: where the smoothed terms settle, an
+// expander's while its gate is open. They throw as the curves do.
+double compressor_gain(const CompressorSettings& settings, double level);
+double expander_gain(const ExpanderSettings& settings, double level);
+
+// Makeup in dB, 0 or more: half of what the compressor takes from a level at full scale. All of it
+// would make everything below full scale louder and push the peaks that the attack lets through
+// beyond it; with half, loud sound stays softer and soft sound becomes louder by the same amount.
+double auto_makeup(const CompressorSettings& settings);
+
 // Weight of a one-pole step taken every `samples` samples that covers 63.2 % (1 - 1/e) of the
-// distance in `milliseconds`; 1 for a time of 0.
+// distance in `milliseconds`; 1 for a time of 0. A float x that moves by a weight w comes to rest
+// up to 2^-24 |x| / w short of its target: of -20 dB 0.6 dB over 10 s at 48 kHz.
 double one_pole_weight(double milliseconds, double sample_rate, int samples = 1);
 
 // Factor per sample by which a level falls to 36.8 % (1/e) in `milliseconds`; 0 for a time of 0.
 double decay_factor(double milliseconds, double sample_rate);
-
-// A one-pole average that covers 63.2 % of a step in `milliseconds`, as a section. Its feedback is
-// a float and its gain at 0 Hz exactly 1 with that float. Throws std::invalid_argument from about
-// 2^25 samples on, where no float below 1 is near enough.
-Section averaging_section(double milliseconds, double sample_rate);
 
 double db_to_linear(double db);
 double linear_to_db(double linear);  // -infinity for 0

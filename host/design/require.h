@@ -18,6 +18,16 @@ inline void require(bool holds, std::string_view setting, double value, std::str
       fmt::format("{} {}{}{} is not {}", setting, value, unit.empty() ? "" : " ", unit, rule));
 }
 
+// Calls `design` and puts `setting` before the message of what it refuses.
+template <typename Design>
+auto naming(std::string_view setting, Design design) {
+  try {
+    return design();
+  } catch (const std::invalid_argument& refusal) {
+    throw std::invalid_argument(fmt::format("{}{}", setting, refusal.what()));
+  }
+}
+
 inline void require_within(double low, double high, std::string_view setting, double value,
                            std::string_view unit) {
   require(low <= value && value <= high, setting, value, unit,

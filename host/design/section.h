@@ -1,39 +1,44 @@
-// Second-order sections from frequency, gain and Q.
-//
-// Formulas: Robert Bristow-Johnson, "Cookbook formulae for audio equalizer biquad filter
-// coefficients" (the bilinear transform of analog prototypes).
+// A second-order section of a filter: what its coefficients do.
 
 #pragma once
 
+#include <array>
 #include <complex>
-
-#include "settings.h"
+#include <span>
 
 namespace channelstrip::host {
 
 // Normalised (a0 = 1); a1 and a2 carry the sign with which they are added:
 //   H(z) = (b0 + b1 z^-1 + b2 z^-2) / (1 - a1 z^-1 - a2 z^-2)
+// A first-order section has b2 = a2 = 0.
 struct Section {
   double b0 = 1, b1 = 0, b2 = 0, a1 = 0, a2 = 0;
 };
 
-// Throws std::invalid_argument, naming the setting, unless the frequency lies inside (0, rate/2),
-// Q is above 0, the gain within its range and all are finite. Passes ignore the gain.
-Section design_band(const BandSettings& band, double sample_rate);
+// H at `frequency`, both in Hz; of several sections in a row, the product.
+std::complex<double> response(const Section& section, double frequency, double sample_rate);
+std::complex<double> response(std::span<const Section> sections, double frequency,
+                              double sample_rate);
+
+// The roots in z of the denominator; the lacking ones of a lower order are 0.
+std::array<std::complex<double>, 2> poles(const Section& section);
+
+// The roots in z of the numerator; where b0 is 0 one or both lie at infinity.
+std::array<std::complex<double>, 2> zeros(const Section& section);
+
+// Whether both poles lie inside the unit circle; false for coefficients that aren't finite.
+bool is_stable(const Section& section);
+
+// Throws std::invalid_argument that tells the outermost pole's radius unless the section is stable.
+void require_stable(const Section& section);
 
 // A section of five floats close to `section`. Low frequencies hang on the sums b0 + b1 + b2 and
 // 1 - a1 - a2, which are small differences of large coefficients: a2 and b2 are rounded last, so
-// as to make up for what the others did to the sums.
+// as to make up for what the others did to the sums. A mirrored numerator, an all-pass's, stays
+// one.
 Section in_single_precision(const Section& section);
 
-// Whether both poles lie inside the unit circle.
-bool is_stable(const Section& section);
-
-// The band as the library gets it, in single precision. Throws likewise, and also for a band that
-// no stable section of floats can hold: a frequency below about 2.8e-5 of the sample rate.
-Section design_stored_band(const BandSettings& band, double sample_rate);
-
-// H at `frequency`, both in Hz.
-std::complex<double> response(const Section& section, double frequency, double sample_rate);
+// Writes b0, b1, b2, a1, a2 as floats, in the order of the library's records.
+void store(const Section& section, float* coefficients);
 
 }  // namespace channelstrip::host

@@ -12,23 +12,47 @@
 
 namespace channelstrip::host {
 
-enum class BandType { kPeak, kLowShelf, kHighShelf, kLowPass, kHighPass };
+enum class BandType {
+  kPeak,       // `gain` at the frequency, half of it frequency / q apart
+  kLowShelf,   // `gain` below the frequency, half of it there
+  kHighShelf,  // `gain` above
+  kLowPass,
+  kHighPass,
+  kBandPass,  // 0 dB at the frequency, -3 dB frequency / q apart
+  kNotch,     // nothing at the frequency, -3 dB frequency / q apart
+  kAllPass,   // 0 dB everywhere, -180 degrees at the frequency
+  kTilt       // first order: -gain / 2 far below the frequency, gain / 2 far above
+};
 
+// How an analog prototype becomes a digital section.
+enum class BandDesign {
+  kCookbook,  // the bilinear transform: exact at 0 Hz and at the band's frequency, cramped near
+              // half the sample rate
+  kMatched    // keeps the analog magnitude to a few decibels up to 0.9 of half the sample rate
+};
+
+// What a type has no use for is ignored.
 struct BandSettings {
   BandType type = BandType::kPeak;
   double frequency = 1000;  // Hz, above 0, below half the sample rate
-  double q = 0.7071;        // above 0
-  double gain = 0;          // dB; peak and shelves only
+  double q = 0.7071;        // above 0; not of a tilt, nor of passes with another slope than 12
+  double gain = 0;          // dB; peak, shelves and tilt only
+  BandDesign design = BandDesign::kCookbook;
+  std::optional<double> shelf_slope = std::nullopt;  // S of a shelf, takes q's place: above 0, and
+                                                     // below a limit above 1 that falls with |gain|
+  int slope = 12;  // of passes, dB per octave: 6, 12 ... 96; all but 12 are Butterworth's. A band
+                   // takes one of a strip's eight sections for each 12 dB, or part of them
 };
 
 struct CompressorSettings {
-  double threshold = -20;  // dB
-  double ratio = 2;        // 1 or more, infinity limits
-  double knee = 6;         // dB, width centred on the threshold; 0 (hard) or at least 0.1
-  double attack = 10;      // ms to cover 63.2 % of a fall in gain
-  double release = 100;    // ms to cover 63.2 % of a rise
-  double range = -60;      // dB, above -600, at most 0: never reduces by more
-  double makeup = 0;       // dB
+  double threshold = -20;    // dB
+  double ratio = 2;          // dB in per dB out above the threshold, 1 or more; infinity limits
+  double knee = 6;           // dB, width centred on the threshold; 0 (hard) or at least 0.1
+  double attack = 10;        // ms to cover 63.2 % of a fall in gain
+  double release = 100;      // ms to cover 63.2 % of a rise
+  double range = -60;        // dB, above -600, at most 0: never reduces by more
+  double makeup = 0;         // dB
+  bool auto_makeup = false;  // adds half of what the curve takes from full scale
 };
 
 // A downward expander; with a hysteresis also a gate, which shuts the signal to `range` once its
@@ -45,11 +69,28 @@ struct ExpanderSettings {
   std::optional<double> hysteresis = std::nullopt;  // dB, 0 or more; none: no gate
 };
 
-enum class DetectorMode { kPeak, kSmooth };
+// How the level that the dynamics follow is found, from the greatest magnitude among the channels
+// of a link group.
+enum class DetectorMode {
+  kPeak,    // rises at once, decays
+  kSmooth,  // an average, one pole
+  kRms      // an average, two poles: like RMS, of magnitudes all the same
+};
+
+// Which channels the dynamics link where a format has no map of its own.
+enum class LinkStyle {
+  kPairs,  // left and right of each pair; every other channel alone
+  kFilm,   // the front, the LFE, the surrounds: each of the three for itself
+  kMusic,  // everything but the LFE, which is alone
+  kAll,    // everything
+  kNone    // nothing where there is a group for each channel, otherwise pairs
+};
 
 struct DetectorSettings {
   DetectorMode mode = DetectorMode::kPeak;
-  double time = 20;  // ms; decay of the peak, or averaging time of the smoothed level, to 63.2 %
+  // ms in which a peak has lost, or an average covered, 63.2 % of a step. With a time of 0 an
+  // average is the level itself, while a peak reads nothing wherever the level doesn't rise.
+  double time = 20;
 };
 
 struct StripSettings {
@@ -60,7 +101,12 @@ struct StripSettings {
   DetectorSettings detector;
   std::optional<BandSettings> key_filter;   // on the detection signal
   std::map<std::string, std::string> link;  // format name to link map, "L R C | LFE | Ls Rs"
-  double glide = 20;                        // ms for coefficients to cover 63.2 % of a change
+  LinkStyle link_style = LinkStyle::kPairs;
+  bool key_enable = false;      // detect from the key channel where there is one
+  bool key_listen = false;      // hear the filtered detection signals in place of the audio
+  double input_meter_gain = 0;  // dB, on what the input meters show alone
+  bool bypass = false;          // out as it came in; the processing runs on unheard
+  double glide = 20;            // ms for coefficients to cover 63.2 % of a change
 };
 
 }  // namespace channelstrip::host

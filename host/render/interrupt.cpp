@@ -1,5 +1,6 @@
 #include "interrupt.h"
 
+#include <atomic>
 #include <csignal>
 #include <cstdlib>
 #include <initializer_list>
@@ -7,7 +8,9 @@
 namespace channelstrip::host {
 namespace {
 
-volatile std::sig_atomic_t caught = 0;
+// Seen by every thread, and set by whichever the signal interrupts.
+std::atomic<int> caught = 0;
+static_assert(std::atomic<int>::is_always_lock_free);
 
 }  // namespace
 

@@ -3,92 +3,73 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include <filesystem>
-#include <stdexcept>
-#include <vector>
+#include <mutex>
+#include <optional>
 
-#include "../preset.h"
-#include "audio_reader.h"
-#include "audio_writer.h"
+#include "../audio/audio_writer.h"
+#include "../strip_run.h"
 #include "interrupt.h"
 
 namespace channelstrip::host {
 namespace {
 
-constexpr std::size_t kPiece = 4096;  // frames per read and write
+struct Files {
+  std::optional<StripRun> run;
+  AudioFormat format;  // of the output
+  std::optional<AudioWriter> writer;
 
-const StemFormat* forced_format(const RenderOptions& options) {
-  if (!options.format) return nullptr;
-  if (const StemFormat* format = find_stem_format(*options.format)) return format;
-  std::vector<std::string_view> names;
-  for (const StemFormat& format : stem_formats()) names.push_back(format.name);
-  throw std::runtime_error(
-      fmt::format("--format: \"{}\" is none of {}", *options.format, fmt::join(names, ", ")));
-}
-
-ChannelLayout layout_of(const AudioFormat& format, const RenderOptions& options) {
-  try {
-    return choose_layout(format.channels, speakers(format), forced_format(options));
-  } catch (const std::invalid_argument& error) {
-    throw std::runtime_error(fmt::format("{}: {}", options.input, error.what()));
+  // One thread at a time: libsndfile's message of a failed opening and the process's file mode mask
+  // are shared by all.
+  explicit Files(const RenderOptions& options) {
+    static std::mutex opening;
+    const std::scoped_lock lock(opening);
+    run.emplace(options.input, options.strip);
+    format = output_format(run->format(), options.output, options.choice);
+    writer.emplace(options.output, format,
+                   AudioWriterOptions{.dither = options.dither.value_or(usual_dither(format)),
+                                      .metadata = run->metadata()});
   }
-}
+};
 
-StripCoefficients design(const Preset& preset, double sample_rate, const ChannelLayout& layout,
-                         const RenderOptions& options) {
-  check_fits(preset, sample_rate, layout);
-  try {
-    return design_strip(preset.settings, sample_rate, layout);
-  } catch (const std::invalid_argument& error) {
-    throw std::runtime_error(
-        fmt::format("{}: {}", options.preset.value_or(options.input), error.what()));
+std::vector<std::string> warnings(const std::string& output, const AudioWriter& writer) {
+  std::vector<std::string> lines;
+  if (const long long clipped = writer.clipped(); clipped > 0) {
+    lines.push_back(
+        fmt::format("{} sample{} above full scale clipped", clipped, clipped == 1 ? "" : "s"));
   }
-}
-
-void require_different_files(const std::string& input, const std::string& output) {
-  std::error_code none_there;
-  if (std::filesystem::equivalent(input, output, none_there)) {
-    throw std::runtime_error(fmt::format("{}: is the input itself", output));
+  if (!writer.keeps_channel_map()) {
+    lines.push_back(fmt::format("{} doesn't say which speaker each channel feeds", output));
   }
+  if (!writer.lost_metadata().empty()) {
+    lines.push_back(
+        fmt::format("{} doesn't keep {}", output, fmt::join(writer.lost_metadata(), ", ")));
+  }
+  return lines;
 }
 
 }  // namespace
 
 RenderReport render(const RenderOptions& options) {
-  AudioReader reader(options.input);
-  require_different_files(options.input, options.output);
-  const Preset preset = options.preset ? read_preset(*options.preset) : Preset{};
-
-  RenderReport report;
-  report.preset_name = preset.name;
-  report.format = reader.format();
-  report.layout = layout_of(report.format, options);
-  const StemFormat& format = *report.layout.format;
-  const StripCoefficients coefficients =
-      design(preset, report.format.sample_rate, report.layout, options);
-
-  const Library library(options.library);
-  StripStream stream(library.entry_point(format), format, coefficients);
-  AudioWriter writer(options.output, output_format(report.format, options.output));
-
-  std::vector<float> piece(kPiece * static_cast<std::size_t>(format.channels));
-  std::vector<float> processed;
-  for (bool more = true; more;) {
+  Files files(options);
+  StripRun& run = *files.run;
+  const double sample_rate = run.format().sample_rate;
+  for (StripRun::Piece piece; run.next(piece);) {
     if (const int signal = interrupted()) throw Interrupted{signal};
-    const std::span<const float> frames = reader.read(piece);
-    more = !frames.empty();
-    processed.clear();
-    stream.process(frames, processed);
-    if (!more) stream.finish(processed);
-    writer.write(processed);
+    files.writer->write(piece.output);
+    if (options.on_progress) {
+      const double frames = static_cast<double>(piece.input.size()) / run.format().channels;
+      options.on_progress(frames / sample_rate, run.part_read());
+    }
   }
-  writer.commit();
-
-  report.frames = reader.position();
-  report.meters = stream.meters();
-  report.clipped = writer.clipped();
-  report.keeps_channel_map = writer.keeps_channel_map();
-  return report;
+  files.writer->commit();
+  return {.preset_name = run.preset().name,
+          .format = run.format(),
+          .output_format = files.format,
+          .layout = run.layout(),
+          .frames = run.frames_read(),
+          .meters = run.stream().meters(),
+          .clipped = files.writer->clipped(),
+          .warnings = warnings(options.output, *files.writer)};
 }
 
 }  // namespace channelstrip::host

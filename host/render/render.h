@@ -2,32 +2,40 @@
 
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "../audio/audio_format.h"
+#include "../audio/dither.h"
+#include "../audio/output_format.h"
 #include "../design/channel_layout.h"
-#include "../library.h"
-#include "audio_format.h"
-#include "strip_stream.h"
+#include "../strip_options.h"
+#include "../strip_stream.h"
 
 namespace channelstrip::host {
 
 struct RenderOptions {
   std::string input;
   std::string output;
-  std::optional<std::string> preset;  // none: everything neutral
-  std::optional<std::string> format;  // none: as the file's channels suggest
-  std::string library = Library::default_path();
+  StripOptions strip;
+  OutputChoice choice = {};
+  std::optional<Dither> dither = {};  // none: as is usual for the output's sample type
+  // Called now and then with the seconds of audio rendered since, and the part of the whole that is
+  // done; below 0 when that isn't known.
+  std::function<void(double seconds, double part)> on_progress = {};
 };
 
 struct RenderReport {
   std::string preset_name;
-  AudioFormat format;  // of the input; the output's but for the container
+  AudioFormat format;  // of the input
+  AudioFormat output_format;
   ChannelLayout layout;
   sf_count_t frames = 0;
   StripMeters meters;
-  long long clipped = 0;          // samples
-  bool keeps_channel_map = true;  // if the input has one
+  long long clipped = 0;              // samples
+  std::vector<std::string> warnings;  // clipping among them
 };
 
 // A signal ended the rendering; no file is left.
@@ -36,10 +44,7 @@ struct Interrupted {
 };
 
 // Either the whole output stands in its place or nothing has changed. Throws std::runtime_error,
-// one line for the user, or Interrupted.
+// one line for the user, or Interrupted. May run in several threads at once.
 RenderReport render(const RenderOptions& options);
-
-// What was rendered and what the meters showed, as lines for the user.
-std::string summary(const RenderOptions& options, const RenderReport& report);
 
 }  // namespace channelstrip::host

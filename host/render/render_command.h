@@ -2,7 +2,9 @@
 
 #pragma once
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 namespace channelstrip::host {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "host/library.h"
-#include "host/render/strip_stream.h"
+#include "host/strip_stream.h"
 
 namespace channelstrip::test {
 namespace {
@@ -45,9 +45,9 @@ TEST(StripStream, FlushesDenormalsAndRestoresTheControlWord) {
                      design_strip(settings, 48000, default_layout(mono)));
   const auto before = FlushDenormals::control_word();
   std::vector<float> output;
-  stream.process(std::vector<float>(StripStream::kPeriod, kDenormal), output);
+  stream.process(std::vector<float>(StripStream::kWindow, kDenormal), output);
   EXPECT_EQ(FlushDenormals::control_word(), before);
-  EXPECT_EQ(output, std::vector<float>(StripStream::kPeriod, 0.0f));
+  EXPECT_EQ(output, std::vector<float>(StripStream::kWindow, 0.0f));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <span>
 #include <vector>
 
 #include "host/library.h"
@@ -53,7 +54,7 @@ TEST(Instance, NewCoefficientsAreTargetsAlone) {
   EXPECT_EQ(context.dynState[0].curMakeupGain, before.dynamics.makeupGain);
 }
 
-TEST(Instance, MetersOfTheDynamicsAreResetAlone) {
+TEST(Instance, MetersBeginAnewWhenReset) {
   const Library library(CHANNELSTRIP_LIBRARY);
   const StemFormat& format = *find_stem_format("LCR");
   Instance instance(format, coefficients(0));
@@ -64,14 +65,20 @@ TEST(Instance, MetersOfTheDynamicsAreResetAlone) {
   const SChannelStrip_Alg_Context* context = instance.prepare(inputs, outputs, 16);
   library.entry_point(format)(&context, &context + 1);
 
-  ASSERT_EQ(instance.dynamics_readouts().size(), 7u);
-  EXPECT_TRUE(std::ranges::all_of(instance.dynamics_readouts().subspan(4),
-                                  [](float gain) { return gain > 0; }));
-  instance.reset_dynamics_readouts();
-  EXPECT_TRUE(
-      std::ranges::all_of(instance.dynamics_readouts(), [](float value) { return value == 0; }));
-  EXPECT_TRUE(std::ranges::all_of(instance.input_peaks(), [](float peak) { return peak == 0.5f; }));
-  EXPECT_TRUE(std::ranges::all_of(instance.output_peaks(), [](float peak) { return peak > 0; }));
+  const auto every = [](std::span<const float> values, float expected) {
+    return values.size() == 3 && std::ranges::count(values, expected) == 3;
+  };
+  EXPECT_TRUE(every(instance.meters().input_peak, 0.5f));
+  EXPECT_FALSE(every(instance.meters().output_peak, 0));
+  EXPECT_FALSE(every(instance.meters().channel_gain, 0));
+  EXPECT_GT(instance.meters().gain, 0);
+  EXPECT_EQ(instance.meters().level, 0.5f);
+  instance.reset_meters();
+  EXPECT_TRUE(every(instance.meters().input_peak, 0));
+  EXPECT_TRUE(every(instance.meters().output_peak, 0));
+  EXPECT_TRUE(every(instance.meters().channel_gain, 0));
+  EXPECT_EQ(instance.meters().gain, 0);
+  EXPECT_EQ(instance.meters().level, 0);
 }
 
 }  // namespace

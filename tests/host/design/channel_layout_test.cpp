@@ -28,22 +28,32 @@ std::string unnamed(int channels) {
   return text(choose_layout(channels, {}));
 }
 
-TEST(DefaultLayout, IsInTheOrderOfTheWavMask) {
-  const char* expected[] = {"Mono: M",
-                            "Stereo: L R",
-                            "LCR: L R C",
-                            "Quad: L R Ls Rs",
-                            "LCRS: L R C S",
-                            "5.0: L R C Ls Rs",
-                            "5.1: L R C LFE Ls Rs",
-                            "6.0: L R C Cs Ls Rs",
-                            "6.1: L R C LFE Cs Ls Rs",
-                            "7.0: L R C Lb Rb Ls Rs",
-                            "7.1: L R C LFE Lb Rb Ls Rs"};
-  ASSERT_EQ(stem_formats().size(), std::size(expected));
-  for (std::size_t i = 0; i < std::size(expected); ++i) {
-    EXPECT_EQ(text(default_layout(stem_formats()[i])), expected[i]);
+void expect_defaults(ChannelOrder order, const std::vector<std::string>& expected) {
+  std::vector<std::string> actual;
+  for (const StemFormat& format : stem_formats()) {
+    actual.push_back(text(default_layout(format, order)));
   }
+  EXPECT_EQ(actual, expected);
+}
+
+TEST(DefaultLayout, IsInTheOrderOfTheWavMask) {
+  expect_defaults(ChannelOrder::kWav, {"Mono: M", "Stereo: L R", "LCR: L R C", "Quad: L R Ls Rs",
+                                       "LCRS: L R C S", "5.0: L R C Ls Rs", "5.1: L R C LFE Ls Rs",
+                                       "6.0: L R C Cs Ls Rs", "6.1: L R C LFE Cs Ls Rs",
+                                       "7.0: L R C Lb Rb Ls Rs", "7.1: L R C LFE Lb Rb Ls Rs"});
+  EXPECT_EQ(text(default_layout(*find_stem_format("LCR"))), "LCR: L R C");
+}
+
+TEST(DefaultLayout, OfFilmGoesFromLeftToRight) {
+  expect_defaults(ChannelOrder::kFilm, {"Mono: M", "Stereo: L R", "LCR: L C R", "Quad: L R Ls Rs",
+                                        "LCRS: L C R S", "5.0: L C R Ls Rs", "5.1: L C R Ls Rs LFE",
+                                        "6.0: L C R Ls Cs Rs", "6.1: L C R Ls Cs Rs LFE",
+                                        "7.0: L C R Ls Rs Lb Rb", "7.1: L C R Ls Rs Lb Rb LFE"});
+}
+
+TEST(ChannelOrder, IsWrittenInLowerCase) {
+  EXPECT_EQ(kChannelOrders[static_cast<int>(ChannelOrder::kWav)], "wav");
+  EXPECT_EQ(kChannelOrders[static_cast<int>(ChannelOrder::kFilm)], "film");
 }
 
 TEST(ChosenLayout, WithoutSpeakersIsTheUsualOneOfTheCount) {
@@ -134,6 +144,40 @@ TEST(ForcedLayout, FormatsOfOneProcessorShareTheirSpeakers) {
 
 TEST(ForcedLayout, WithoutSpeakersIsTheDefault) {
   EXPECT_EQ(text(choose_layout(4, {}, find_stem_format("LCRS"))), "LCRS: L R C S");
+}
+
+TEST(StatedOrder, WinsOverTheOrderOfTheFile) {
+  const auto stated = [](ChannelOrder order, const std::vector<Speaker>& speakers) {
+    return text(choose_layout(static_cast<int>(speakers.size()), speakers, nullptr, order));
+  };
+  const std::vector wav{kFrontLeft, kFrontRight, kFrontCenter, kLfe, kBackLeft, kBackRight};
+  const std::vector film{kFrontLeft, kFrontCenter, kFrontRight, kSideLeft, kSideRight, kLfe};
+  EXPECT_EQ(stated(ChannelOrder::kFilm, wav), "5.1: L C R Ls Rs LFE");
+  EXPECT_EQ(stated(ChannelOrder::kWav, film), "5.1: L R C LFE Ls Rs");
+  EXPECT_EQ(stated(ChannelOrder::kFilm, film), "5.1: L C R Ls Rs LFE");
+  EXPECT_EQ(stated(ChannelOrder::kWav, wav), "5.1: L R C LFE Ls Rs");
+}
+
+TEST(StatedOrder, LeavesTheSpeakersToTheFile) {
+  const std::vector wide{kFrontLeft, kFrontRight, kFrontCenter,       kLfe,
+                         kBackLeft,  kBackRight,  kFrontLeftOfCenter, kFrontRightOfCenter};
+  EXPECT_EQ(text(choose_layout(8, wide, nullptr, ChannelOrder::kFilm)),
+            "7.1: L Lc C Rc R Ls Rs LFE");
+  EXPECT_EQ(text(choose_layout(8, wide, nullptr, ChannelOrder::kWav)),
+            "7.1: L R C LFE Ls Rs Lc Rc");
+  const std::vector lcrs{kFrontLeft, kFrontRight, kFrontCenter, kBackCenter};
+  EXPECT_EQ(text(choose_layout(4, lcrs, nullptr, ChannelOrder::kFilm)), "LCRS: L C R S");
+}
+
+TEST(StatedOrder, IsThatOfTheFormatWhereNoSpeakersAreNamedOrTheyContradictIt) {
+  const StemFormat* seven = find_stem_format("7.0");
+  EXPECT_EQ(text(choose_layout(6, {}, nullptr, ChannelOrder::kFilm)), "5.1: L C R Ls Rs LFE");
+  EXPECT_EQ(text(choose_layout(7, {}, seven, ChannelOrder::kFilm)), "7.0: L C R Ls Rs Lb Rb");
+  EXPECT_EQ(
+      text(choose_layout(
+          7, {kFrontLeft, kFrontRight, kFrontCenter, kLfe, kBackCenter, kSideLeft, kSideRight},
+          seven, ChannelOrder::kFilm)),
+      "7.0: L C R Ls Rs Lb Rb");
 }
 
 TEST(ChosenLayout, RefusesCountsThatNoFormatHas) {

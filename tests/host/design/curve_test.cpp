@@ -135,12 +135,53 @@ TEST(Knee, NarrowestKneeIsNoWorseThanAHardOneDownTo77Decibels) {
   }
 }
 
+TEST(CompressorGain, FollowsItsCurveDownToTheRange) {
+  const CompressorSettings settings{.threshold = -20, .ratio = 4, .knee = 8, .range = -12};
+  EXPECT_EQ(compressor_gain(settings, -100), 0);
+  EXPECT_EQ(compressor_gain(settings, -24), 0);
+  EXPECT_DOUBLE_EQ(compressor_gain(settings, -20), -0.75);  // slope times knee / 8
+  EXPECT_DOUBLE_EQ(compressor_gain(settings, -16), -3);
+  EXPECT_EQ(compressor_gain(settings, -8), -9);
+  EXPECT_EQ(compressor_gain(settings, 0), -12);
+}
+
+TEST(ExpanderGain, FollowsItsCurveDownToTheRange) {
+  const ExpanderSettings settings{.threshold = -40, .ratio = 3, .knee = 8, .range = -25};
+  EXPECT_EQ(expander_gain(settings, 0), 0);
+  EXPECT_DOUBLE_EQ(expander_gain(settings, -36), 0);
+  EXPECT_DOUBLE_EQ(expander_gain(settings, -40), -2);
+  EXPECT_DOUBLE_EQ(expander_gain(settings, -44), -8);
+  EXPECT_EQ(expander_gain(settings, -50), -20);
+  EXPECT_EQ(expander_gain(settings, -100), -25);
+}
+
+TEST(AutoMakeup, IsHalfOfWhatFullScaleLoses) {
+  EXPECT_EQ(auto_makeup({.threshold = -20, .ratio = 4}), 7.5);
+  EXPECT_EQ(auto_makeup({.threshold = -20, .ratio = kInfinity}), 10);
+  EXPECT_EQ(auto_makeup({.threshold = -20, .ratio = 1}), 0);
+  EXPECT_EQ(auto_makeup({.threshold = 20, .ratio = 4}), 0);
+  EXPECT_EQ(auto_makeup({.threshold = 0, .ratio = 2, .knee = 8}), 0.25);
+}
+
+TEST(AutoMakeup, RespectsTheRange) {
+  EXPECT_EQ(auto_makeup({.threshold = -20, .ratio = 4, .range = -6}), 3);
+  EXPECT_EQ(auto_makeup({.threshold = -20, .ratio = 4, .range = 0}), 0);
+}
+
+TEST(AutoMakeup, TakesNoAccountOfTheUsersMakeup) {
+  EXPECT_EQ(auto_makeup({.threshold = -20, .ratio = 4, .makeup = 5}), 7.5);
+}
+
 TEST(CompressorCurve, RefusesWhatIsNoCurve) {
   const auto refused = [](const CompressorSettings& settings) {
     return refusal([&] { compressor_curve(settings); });
   };
-  EXPECT_EQ(refused({.ratio = 0.5}), "ratio 0.5 is not 1 or more");
-  EXPECT_EQ(refused({.ratio = std::nan("")}), "ratio nan is not 1 or more");
+  EXPECT_EQ(
+      refused({.ratio = 0.5}),
+      "ratio 0.5 is not 1 or more: a compressor never makes louder what is above its threshold");
+  EXPECT_EQ(
+      refused({.ratio = std::nan("")}),
+      "ratio nan is not 1 or more: a compressor never makes louder what is above its threshold");
   EXPECT_EQ(refused({.knee = 0.05}), "knee 0.05 dB is not 0 or 0.1 to 200 dB");
   EXPECT_EQ(refused({.knee = -1}), "knee -1 dB is not 0 or 0.1 to 200 dB");
   EXPECT_EQ(refused({.threshold = kInfinity}), "threshold inf dB is not -200 to 200 dB");

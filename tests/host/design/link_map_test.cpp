@@ -1,8 +1,12 @@
+#include "host/design/link_map.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <iterator>
 
-#include "host/design/channel_layout.h"
+#include "records.h"
 #include "refusal.h"
 
 namespace channelstrip::test {
@@ -10,43 +14,101 @@ namespace {
 
 using namespace host;
 
-ChannelLayout layout_of(const char* format) {
-  return default_layout(*find_stem_format(format));
-}
+// In the order of LinkStyle.
+constexpr LinkStyle kStyles[] = {LinkStyle::kPairs, LinkStyle::kFilm, LinkStyle::kMusic,
+                                 LinkStyle::kAll, LinkStyle::kNone};
 
-LinkMap default_map(const char* format) {
-  return default_link_map(layout_of(format));
-}
+struct Row {
+  const char* format;
+  std::array<const char*, std::size(kStyles)> maps;
+};
 
-TEST(DefaultLinkMap, LinksPairsAndLeavesTheOthersAlone) {
-  EXPECT_EQ(default_map("Mono"), (LinkMap{0}));
-  EXPECT_EQ(default_map("Stereo"), (LinkMap{0, 0}));
-  EXPECT_EQ(default_map("LCR"), (LinkMap{0, 0, 1}));
-  EXPECT_EQ(default_map("Quad"), (LinkMap{0, 0, 1, 1}));
-  EXPECT_EQ(default_map("LCRS"), (LinkMap{0, 0, 1, 2}));
-  EXPECT_EQ(default_map("5.0"), (LinkMap{0, 0, 1, 2, 2}));
-  EXPECT_EQ(default_map("5.1"), (LinkMap{0, 0, 1, 2, 3, 3}));
-  EXPECT_EQ(default_map("6.0"), (LinkMap{0, 0, 1, 2, 3, 3}));
-  EXPECT_EQ(default_map("6.1"), (LinkMap{0, 0, 1, 2, 3, 4, 4}));
-  EXPECT_EQ(default_map("7.0"), (LinkMap{0, 0, 1, 2, 2, 3, 3}));
-  EXPECT_EQ(default_map("7.1"), (LinkMap{0, 0, 1, 2, 3, 3, 4, 4}));
-}
+constexpr Row kTable[] = {
+    {"Mono", {"M", "M", "M", "M", "M"}},
+    {"Stereo", {"L R", "L R", "L R", "L R", "L R"}},
+    {"LCR", {"L R | C", "L R C", "L R C", "L R C", "L R | C"}},
+    {"Quad", {"L R | Ls Rs", "L R | Ls Rs", "L R Ls Rs", "L R Ls Rs", "L R | Ls Rs"}},
+    {"LCRS", {"L R | C | S", "L R C | S", "L R C S", "L R C S", "L R | C | S"}},
+    {"5.0", {"L R | C | Ls Rs", "L R C | Ls Rs", "L R C Ls Rs", "L R C Ls Rs", "L R | C | Ls Rs"}},
+    {"5.1",
+     {"L R | C | LFE | Ls Rs", "L R C | LFE | Ls Rs", "L R C Ls Rs | LFE", "L R C LFE Ls Rs",
+      "L R | C | LFE | Ls Rs"}},
+    {"6.0",
+     {"L R | C | Cs | Ls Rs", "L R C | Cs Ls Rs", "L R C Cs Ls Rs", "L R C Cs Ls Rs",
+      "L R | C | Cs | Ls Rs"}},
+    {"6.1",
+     {"L R | C | LFE | Cs | Ls Rs", "L R C | LFE | Cs Ls Rs", "L R C Cs Ls Rs | LFE",
+      "L R C LFE Cs Ls Rs", "L R | C | LFE | Cs | Ls Rs"}},
+    {"7.0",
+     {"L R | C | Lb Rb | Ls Rs", "L R C | Lb Rb Ls Rs", "L R C Lb Rb Ls Rs", "L R C Lb Rb Ls Rs",
+      "L R | C | Lb Rb | Ls Rs"}},
+    {"7.1",
+     {"L R | C | LFE | Lb Rb | Ls Rs", "L R C | LFE | Lb Rb Ls Rs", "L R C Lb Rb Ls Rs | LFE",
+      "L R C LFE Lb Rb Ls Rs", "L R | C | LFE | Lb Rb | Ls Rs"}},
+};
 
-TEST(DefaultLinkMap, StaysBelowTheGroupsOfEveryFormat) {
-  for (const StemFormat& format : stem_formats()) {
-    const LinkMap map = default_link_map(default_layout(format));
-    EXPECT_LT(std::ranges::max(map), format.groups) << format.name;
+TEST(LinkStyles, GiveEveryFormatAMapThatItHolds) {
+  ASSERT_EQ(stem_formats().size(), std::size(kTable));
+  for (const Row& row : kTable) {
+    const ChannelLayout layout = layout_of(row.format);
+    for (std::size_t style = 0; style < std::size(kStyles); ++style) {
+      const LinkMap map = link_map(layout, kStyles[style]);
+      EXPECT_EQ(text_of(map, layout), row.maps[style]) << row.format;
+      EXPECT_LT(std::ranges::max(map), layout.format->groups) << row.format;
+    }
   }
 }
 
-TEST(DefaultLinkMap, LinksPairsThatStandApart) {
-  const ChannelLayout film{find_stem_format("5.1"), {"L", "C", "R", "Ls", "LFE", "Rs"}};
-  EXPECT_EQ(default_link_map(film), (LinkMap{0, 1, 0, 2, 3, 2}));
+TEST(LinkStyles, LinkTheSameSpeakersInEveryOrder) {
+  for (const StemFormat& format : stem_formats()) {
+    const ChannelLayout wav = default_layout(format);
+    const ChannelLayout film = default_layout(format, ChannelOrder::kFilm);
+    for (const LinkStyle style : kStyles) {
+      const LinkMap expected = parse_link_map(text_of(link_map(wav, style), wav), film);
+      EXPECT_EQ(link_map(film, style), expected) << format.name;
+    }
+  }
 }
 
-TEST(DefaultLinkMap, LinksTheFrontCentrePair) {
+TEST(LinkStyles, PairsThatStandApartAreLinked) {
+  const ChannelLayout film{find_stem_format("5.1"), {"L", "C", "R", "Ls", "LFE", "Rs"}};
+  EXPECT_EQ(link_map(film, LinkStyle::kPairs), (LinkMap{0, 1, 0, 2, 3, 2}));
+}
+
+TEST(LinkStyles, FrontCentrePairIsAPairOfTheFront) {
   const ChannelLayout wide{find_stem_format("6.0"), {"L", "R", "Lc", "Rc", "Ls", "Rs"}};
-  EXPECT_EQ(default_link_map(wide), (LinkMap{0, 0, 1, 1, 2, 2}));
+  EXPECT_EQ(link_map(wide, LinkStyle::kPairs), (LinkMap{0, 0, 1, 1, 2, 2}));
+  EXPECT_EQ(link_map(wide, LinkStyle::kFilm), (LinkMap{0, 0, 0, 0, 1, 1}));
+}
+
+TEST(LinkStyles, RefuseALayoutThatNeedsMoreGroups) {
+  const ChannelLayout odd{find_stem_format("Quad"), {"L", "C", "LFE", "Cs"}};
+  EXPECT_EQ(refusal([&] { link_map(odd, LinkStyle::kFilm); }),
+            "Quad holds at most 2 groups, the map has 3");
+  EXPECT_EQ(refusal([&] { link_map(odd, LinkStyle::kNone); }),
+            "Quad holds at most 2 groups, the map has 4");
+}
+
+// Calls `use` with every map of `channels` channels and up to `groups` groups.
+template <typename Use>
+void for_every_map(int channels, int groups, Use use, LinkMap map = {}, int channel = 0,
+                   int used = 0) {
+  if (channel == channels) return use(map);
+  for (int group = 0; group < std::min(used + 1, groups); ++group) {
+    map[static_cast<std::size_t>(channel)] = group;
+    for_every_map(channels, groups, use, map, channel + 1, std::max(used, group + 1));
+  }
+}
+
+TEST(LinkMapText, GivesEveryMapOfEveryFormatBack) {
+  for (const StemFormat& format : stem_formats()) {
+    for (const ChannelOrder order : {ChannelOrder::kWav, ChannelOrder::kFilm}) {
+      const ChannelLayout layout = default_layout(format, order);
+      for_every_map(format.channels, format.groups, [&](const LinkMap& map) {
+        EXPECT_EQ(parse_link_map(text_of(map, layout), layout), map) << text_of(map, layout);
+      });
+    }
+  }
 }
 
 TEST(ParsedLinkMap, NumbersGroupsAsChannelsFirstUseThem) {

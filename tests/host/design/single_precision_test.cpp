@@ -2,9 +2,12 @@
 
 #include <cmath>
 #include <limits>
+#include <numbers>
+#include <optional>
 
-#include "host/design/dynamics.h"
-#include "host/design/section.h"
+#include "bands.h"
+#include "host/design/averaging_section.h"
+#include "host/design/band.h"
 
 namespace channelstrip::test {
 namespace {
@@ -31,7 +34,7 @@ void for_low_bands(BandType type, Check check) {
     for (const double q : {0.5, 0.7071, 3.0}) {
       for (const double gain : {-12.0, -1.5, 3.0, 12.0}) {
         SCOPED_TRACE(testing::Message() << frequency << " Hz, q " << q << ", " << gain << " dB");
-        check(design_band({type, frequency, q, gain}, 96000));
+        check(design_band({type, frequency, q, gain}, 96000).front());
       }
     }
   }
@@ -88,6 +91,66 @@ TEST(SinglePrecision, LowPeakLeavesZeroHertzExactlyAsItIs) {
 TEST(SinglePrecision, HighPassStopsZeroHertzExactly) {
   for_low_bands(BandType::kHighPass, [](const Section& exact) {
     EXPECT_EQ(numerator_at_0_hz(in_single_precision(exact)), 0);
+  });
+}
+
+// |1 - z^-1| and |1 - z^-2| at `frequency`.
+double one_step(double frequency, double rate) {
+  return 2 * std::sin(std::numbers::pi * frequency / rate);
+}
+double two_steps(double frequency, double rate) {
+  return 2 * std::sin(2 * std::numbers::pi * frequency / rate);
+}
+
+// What rounding leaves at 0 Hz is the last coefficient's; the others' errors grow from nothing with
+// |1 - z^-1| or |1 - z^-2|.
+TEST(SinglePrecision, LowFrequenciesAreAsGoodAsTheLastRounding) {
+  constexpr double kSampleRate = 96000;
+  for (const BandDesign design : kBothDesigns) {
+    for (const BandType type : kEveryType) {
+      for (const int slope : {6, 12, 30}) {
+        const BandSettings band{type, 40, 1.5, 9, design, std::nullopt, slope};
+        for (const Section& exact : design_band(band, kSampleRate)) {
+          const Section rounded = in_single_precision(exact);
+          const double gain = std::abs(numerator_at_0_hz(exact) / denominator_at_0_hz(exact));
+          for (const double f : {0.0, 5.0, 20.0, 37.0, 60.0, 300.0}) {
+            const double one = one_step(f, kSampleRate);
+            const double two = two_steps(f, kSampleRate);
+            // An all-pass's b0 has a2's steps, which are the larger ones.
+            const double b0_step = std::max(half_step(rounded.b0), half_step(rounded.a1));
+            const double numerator = b0_step * two + half_step(rounded.b1) * one +
+                                     half_step(rounded.b2) + gain * half_step(rounded.a2);
+            const double denominator = half_step(rounded.a1) * one + half_step(rounded.a2);
+            const auto wanted = response(exact, f, kSampleRate);
+            const auto z1 = std::polar(1.0, -2 * std::numbers::pi * f / kSampleRate);
+            const double size = std::abs(1.0 - rounded.a1 * z1 - rounded.a2 * z1 * z1);
+            EXPECT_LE(std::abs(response(rounded, f, kSampleRate) - wanted),
+                      (numerator + std::abs(wanted) * denominator) / size + 1e-9)
+                << static_cast<int>(type) << " " << static_cast<int>(design) << " " << f << " Hz";
+          }
+        }
+      }
+    }
+  }
+}
+
+// a2 takes up what a1 lost, so the pole of a first-order section stands far closer than a float's.
+TEST(SinglePrecision, FirstOrderSectionsKeepTheirCorner) {
+  for (const BandDesign design : kBothDesigns) {
+    for (const BandType type : {BandType::kLowPass, BandType::kHighPass}) {
+      const BandSettings band{.type = type, .frequency = 10, .design = design, .slope = 6};
+      const auto stored = design_stored_band(band, 192000);
+      EXPECT_NEAR(decibels(response(stored, 10, 192000)), -3.010299956639812, 1e-5);
+    }
+  }
+}
+
+TEST(SinglePrecision, AllPassStaysOne) {
+  for_every_band(BandType::kAllPass, [](const BandSettings& band) {
+    const Section s = in_single_precision(design_band(band, kRate).front());
+    EXPECT_EQ(s.b0, -s.a2);
+    EXPECT_EQ(s.b1, -s.a1);
+    EXPECT_EQ(s.b2, 1);
   });
 }
 

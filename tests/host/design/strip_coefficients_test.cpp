@@ -5,7 +5,7 @@
 #include <initializer_list>
 #include <limits>
 
-#include "host/design/section.h"
+#include "host/design/band.h"
 #include "records.h"
 
 namespace channelstrip::test {
@@ -96,6 +96,42 @@ TEST(StripCoefficients, SmoothDetectorAveragesAndKeepsADecay) {
   EXPECT_EQ(dynamics.detectorFilter[4], 0.f);
 }
 
+TEST(StripCoefficients, RmsDetectorHasTwoPolesAndKeepsADecay) {
+  StripSettings settings;
+  settings.detector = {DetectorMode::kRms, 10};
+  const auto dynamics = design_strip(settings, kRate, layout_of("Mono")).dynamics;
+  EXPECT_GT(dynamics.detectorMode, 0);
+  EXPECT_FLOAT_EQ(dynamics.peakDecay, 0.99791884f);  // e^(-1/480)
+  // Equal poles p with p^480 (1 + 480 (1 - p)) = 1/e: p = 0.99554...
+  EXPECT_NEAR(dynamics.detectorFilter[3], 2 * 0.99554, 2e-5);
+  EXPECT_NEAR(dynamics.detectorFilter[4], -0.99554 * 0.99554, 2e-5);
+  EXPECT_EQ(dynamics.detectorFilter[0],
+            1 - dynamics.detectorFilter[3] - dynamics.detectorFilter[4]);
+  EXPECT_EQ(dynamics.detectorFilter[1], 0.f);
+  EXPECT_EQ(dynamics.detectorFilter[2], 0.f);
+}
+
+TEST(StripCoefficients, AutoMakeupAddsToTheMakeup) {
+  StripSettings settings;
+  settings.compressor = {.threshold = -20, .ratio = 4, .makeup = 2.5, .auto_makeup = true};
+  EXPECT_FLOAT_EQ(design_strip(settings, kRate, layout_of("Mono")).dynamics.makeupGain,
+                  3.1622777f);  // 10 dB
+  settings.compressor->auto_makeup = false;
+  EXPECT_FLOAT_EQ(design_strip(settings, kRate, layout_of("Mono")).dynamics.makeupGain,
+                  1.3335214f);  // 2.5 dB
+}
+
+TEST(StripCoefficients, ModesAreThoseOfTheSettings) {
+  StripSettings settings;
+  settings.key_enable = settings.key_listen = settings.bypass = true;
+  settings.input_meter_gain = -20;
+  const auto dynamics = design_strip(settings, kRate, layout_of("Mono")).dynamics;
+  EXPECT_EQ(dynamics.keyEnable, 1);
+  EXPECT_EQ(dynamics.keyListen, 1);
+  EXPECT_EQ(dynamics.bypass, 1);
+  EXPECT_FLOAT_EQ(dynamics.inputMeterGain, 0.1f);
+}
+
 TEST(StripCoefficients, PeakDetectorDecaysAndItsFilterPasses) {
   StripSettings settings;
   settings.detector = {DetectorMode::kPeak, 10};
@@ -133,7 +169,7 @@ TEST(StripCoefficients, BandsAreRoundedWithTheirSums) {
   StripSettings settings;
   settings.pre = {{BandType::kLowShelf, 30, 0.7071, 6}};
   const EQ_SCoefs eq = design_strip(settings, 96000, layout_of("Mono")).eq;
-  const Section rounded = in_single_precision(design_band(settings.pre[0], 96000));
+  const Section rounded = in_single_precision(design_band(settings.pre[0], 96000).front());
   const double expected[] = {rounded.b0, rounded.b1, rounded.b2, rounded.a1, rounded.a2};
   for (int i = 0; i < 5; ++i) EXPECT_EQ(static_cast<double>(eq.targetCoefs[i]), expected[i]);
 }
@@ -160,6 +196,14 @@ TEST(StripCoefficients, LinksAreTheFormatsEntryOrTheDefault) {
   expect_links(design_strip(settings, kRate, layout_of("LCR")).dynamics, {0, 1, 1, 0, 0, 0, 0, 0});
   expect_links(design_strip(settings, kRate, layout_of("5.1")).dynamics, {0, 0, 0, 1, 2, 2, 0, 0});
   expect_links(design_strip(settings, kRate, layout_of("6.0")).dynamics, {0, 0, 1, 2, 3, 3, 0, 0});
+}
+
+TEST(StripCoefficients, LinkStyleHoldsWhereTheFormatHasNoMapOfItsOwn) {
+  StripSettings settings;
+  settings.link_style = LinkStyle::kMusic;
+  settings.link = {{"LCR", "L R | C"}};
+  expect_links(design_strip(settings, kRate, layout_of("LCR")).dynamics, {0, 0, 1, 0, 0, 0, 0, 0});
+  expect_links(design_strip(settings, kRate, layout_of("5.1")).dynamics, {0, 0, 0, 1, 0, 0, 0, 0});
 }
 
 TEST(StripCoefficients, InfiniteRatioLimits) {

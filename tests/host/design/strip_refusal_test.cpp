@@ -34,7 +34,12 @@ TEST(StripRefusal, NamesTheCompressorsSetting) {
   };
   using C = CompressorSettings;
   EXPECT_EQ(with(&C::threshold, kNan), "compressor.threshold nan dB is not -200 to 200 dB");
-  EXPECT_EQ(with(&C::ratio, 0.5), "compressor.ratio 0.5 is not 1 or more");
+  EXPECT_EQ(with(&C::ratio, -2),
+            "compressor.ratio -2 is not 1 or more: a compressor never makes louder what is above "
+            "its threshold");
+  EXPECT_EQ(with(&C::ratio, 0.5),
+            "compressor.ratio 0.5 is not 1 or more: a compressor never makes louder what is above "
+            "its threshold");
   EXPECT_EQ(with(&C::knee, 0.05), "compressor.knee 0.05 dB is not 0 or 0.1 to 200 dB");
   EXPECT_EQ(with(&C::attack, -1), "compressor.attack -1 ms is not 0 to 10000 ms");
   EXPECT_EQ(with(&C::release, kInfinity), "compressor.release inf ms is not 0 to 10000 ms");
@@ -81,7 +86,7 @@ TEST(StripRefusal, CountsTheBands) {
               s.pre.resize(4);
               s.post.resize(5);
             }),
-            "eq: 9 bands, a strip has at most 8");
+            "eq: 9 bands take 9 sections, a strip has 8");
 }
 
 // w^2 = 1e-9 is lost beside the steps of 6e-8 that floats have near 1; so is alpha / A = 2e-9.
@@ -89,19 +94,24 @@ TEST(StripRefusal, RefusesBandsThatSinglePrecisionCannotHold) {
   EXPECT_EQ(refused([](StripSettings& s) {
               s.pre = {{BandType::kHighPass, 0.5, 0.7, 0}};
             }),
-            "eq band 1: frequency 0.5 Hz, q 0.7 and gain 0 dB leave no stable filter in single "
-            "precision at 96000 Hz");
+            "eq band 1: frequency 0.5 Hz, q 0.7 and slope 12 dB/oct leave no stable filter in "
+            "single precision at 96000 Hz: a pole stands at radius 1");
   EXPECT_EQ(refused([](StripSettings& s) {
               s.key_filter = {BandType::kPeak, 1000, 1e7, 6};
             }),
             "key filter: frequency 1000 Hz, q 10000000 and gain 6 dB leave no stable filter in "
-            "single precision at 96000 Hz");
+            "single precision at 96000 Hz: a pole stands at radius 1");
 }
 
 TEST(StripRefusal, NamesTheDetectorAndTheGlide) {
   EXPECT_EQ(refused([](StripSettings& s) { s.detector.time = -1; }),
             "detector.time -1 ms is not 0 to 10000 ms");
   EXPECT_EQ(refused([](StripSettings& s) { s.glide = kNan; }), "glide nan ms is not 0 to 10000 ms");
+}
+
+TEST(StripRefusal, NamesTheInputMeterGain) {
+  EXPECT_EQ(refused([](StripSettings& s) { s.input_meter_gain = kInfinity; }),
+            "input_meter_gain inf dB is not -200 to 200 dB");
 }
 
 TEST(StripRefusal, NamesTheLinkMap) {
@@ -123,7 +133,11 @@ TEST(StripRefusal, NamesTheSampleRate) {
 
 TEST(StripRefusal, NamesAnAverageTooLongForSinglePrecision) {
   const auto average = [](StripSettings& s) { s.detector = {DetectorMode::kSmooth, 10000}; };
+  const auto rms = [](StripSettings& s) { s.detector = {DetectorMode::kRms, 10000}; };
   EXPECT_EQ(refused_at(1e6, average), "(not refused)");
+  EXPECT_EQ(refused_at(1e6, rms), "(not refused)");
+  EXPECT_EQ(refused_at(1e7, rms),
+            "detector.time 10000 ms is not short enough for single precision at 10000000 Hz");
   EXPECT_EQ(refused_at(1e7, average),
             "detector.time 10000 ms is not short enough for single precision at 10000000 Hz");
 }

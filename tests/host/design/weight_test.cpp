@@ -45,41 +45,6 @@ TEST(DecayFactor, ForgetsAtOnceWhenTheTimeIsZero) {
   EXPECT_EQ(decay_factor(0, 48000), 0);
 }
 
-TEST(AveragingSection, HasUnitGainAtZeroHertzWithItsFloatFeedback) {
-  for (const double time : {0.0, 0.01, 1.0, 20.0, 10000.0}) {
-    for (const double rate : {44100.0, 192000.0}) {
-      const Section section = averaging_section(time, rate);
-      const auto feedback = static_cast<float>(section.a1);
-      const auto gain = static_cast<float>(section.b0);
-      EXPECT_EQ(section.a1, static_cast<double>(feedback));
-      EXPECT_EQ(section.b0, 1 - section.a1);
-      if (feedback >= 0.5f) {  // from here up, 1 - feedback is itself a float
-        EXPECT_EQ(section.b0, static_cast<double>(gain)) << time << " ms";
-      }
-      EXPECT_EQ(section.b1, 0);
-      EXPECT_EQ(section.b2, 0);
-      EXPECT_EQ(section.a2, 0);
-    }
-  }
-}
-
-TEST(AveragingSection, CoversAllButOneOverEOfAStepInItsTime) {
-  const Section section = averaging_section(20, 48000);
-  double y = 0, z1 = 0;
-  for (int n = 0; n < 960; ++n) {
-    y = section.b0 + z1;
-    z1 = section.a1 * y;
-  }
-  // p^960 moves by 960 / p times what rounding p to a float did, 2^-25 at most.
-  EXPECT_NEAR(y, 1 - kOneOverE, kOneOverE * 961 * 0x1p-25);
-}
-
-TEST(AveragingSection, PassesWhenTheTimeIsZero) {
-  const Section section = averaging_section(0, 48000);
-  EXPECT_EQ(section.b0, 1);
-  EXPECT_EQ(section.a1, 0);
-}
-
 TEST(Decibels, AreThoseOfAmplitude) {
   EXPECT_DOUBLE_EQ(db_to_linear(20), 10);
   EXPECT_DOUBLE_EQ(db_to_linear(-60), 0.001);

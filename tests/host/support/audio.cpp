@@ -4,7 +4,7 @@
 #include <random>
 #include <stdexcept>
 
-#include "host/render/sndfile_handle.h"
+#include "host/audio/sndfile_handle.h"
 
 namespace channelstrip::test {
 namespace {

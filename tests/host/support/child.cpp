@@ -1,6 +1,7 @@
 #include "child.h"
 
 #include <linux/capability.h>
+#include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -11,6 +12,18 @@
 #include <utility>
 
 namespace channelstrip::test {
+namespace {
+
+std::string read_all(int descriptor) {
+  std::string text;
+  char buffer[4096];
+  for (ssize_t got; (got = read(descriptor, buffer, sizeof buffer)) > 0;) {
+    text.append(buffer, static_cast<std::size_t>(got));
+  }
+  return text;
+}
+
+}  // namespace
 
 Child::Child(const std::vector<std::string>& arguments,
              std::optional<unsigned long> file_size_limit) {
@@ -20,8 +33,10 @@ Child::Child(const std::vector<std::string>& arguments,
 
   int ends[2];
   if (pipe(ends) != 0) throw std::runtime_error("no pipe");
+  printed_ = memfd_create("printed", 0);
   process_ = fork();
   if (process_ == 0) {
+    dup2(printed_, STDOUT_FILENO);
     dup2(ends[1], STDERR_FILENO);
     close(ends[0]);
     close(ends[1]);
@@ -44,6 +59,7 @@ Child::~Child() {
     waitpid(process_, nullptr, 0);
   }
   close(errors_);
+  close(printed_);
 }
 
 bool Child::runs() const {
@@ -58,12 +74,11 @@ void Child::send(int signal) const {
 
 ChildResult Child::result() {
   ChildResult result;
-  char buffer[4096];
-  for (ssize_t got; (got = read(errors_, buffer, sizeof buffer)) > 0;) {
-    result.output.append(buffer, static_cast<std::size_t>(got));
-  }
+  result.output = read_all(errors_);
   int status = 0;
   waitpid(std::exchange(process_, -1), &status, 0);
+  lseek(printed_, 0, SEEK_SET);
+  result.printed = read_all(printed_);
   if (WIFEXITED(status)) result.exit_status = WEXITSTATUS(status);
   if (WIFSIGNALED(status)) result.signal = WTERMSIG(status);
   return result;

@@ -13,7 +13,8 @@ namespace channelstrip::test {
 struct ChildResult {
   int exit_status = -1;  // -1: ended by a signal
   int signal = 0;
-  std::string output;  // standard error
+  std::string output;   // standard error
+  std::string printed;  // standard output
 };
 
 class Child {
@@ -34,7 +35,8 @@ class Child {
 
  private:
   pid_t process_ = -1;
-  int errors_ = -1;  // read end of its standard error
+  int errors_ = -1;   // read end of its standard error
+  int printed_ = -1;  // its standard output, in memory
 };
 
 inline ChildResult run(const std::vector<std::string>& arguments,

@@ -13,9 +13,8 @@ inline host::RenderReport render(const std::string& input, const std::string& ou
                                  const std::optional<std::string>& preset = {}) {
   return host::render({.input = input,
                        .output = output,
-                       .preset = preset,
-                       .format = {},
-                       .library = CHANNELSTRIP_LIBRARY});
+                       .strip = {.preset = preset, .library = CHANNELSTRIP_LIBRARY},
+                       .dither = host::Dither::kNone});
 }
 
 }  // namespace channelstrip::test

@@ -1,0 +1,42 @@
+// An audio file read a piece at a time.
+
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "audio_format.h"
+#include "metadata.h"
+#include "sndfile_handle.h"
+
+namespace channelstrip::host {
+
+// Frames are interleaved, full scale is 1.0. "-" is standard input. All errors are
+// std::runtime_error and begin with the path.
+class AudioReader {
+ public:
+  explicit AudioReader(const std::string& path);
+
+  const AudioFormat& format() const { return format_; }
+  const Metadata& metadata() const { return metadata_; }
+
+  // Fills as much of `frames` as there is; less only at the file's end. Refuses samples that aren't
+  // finite: the strip's filters would never recover from one.
+  std::span<const float> read(std::span<float> frames);
+
+  // As the file says; 0 when it doesn't.
+  sf_count_t frames() const { return frames_; }
+
+  // Frames read so far.
+  sf_count_t position() const { return position_; }
+
+ private:
+  std::string name_;
+  Sndfile file_;
+  AudioFormat format_;
+  Metadata metadata_;
+  sf_count_t frames_ = 0;
+  sf_count_t position_ = 0;
+};
+
+}  // namespace channelstrip::host

@@ -1,0 +1,119 @@
+#include "audio_writer.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <utility>
+
+#include "pcm.h"
+#include "standard_streams.h"
+
+namespace channelstrip::host {
+namespace {
+
+// The headers of these count bytes in 32 bits.
+sf_count_t size_limit(int container) {
+  switch (container) {
+    case SF_FORMAT_WAV:
+    case SF_FORMAT_WAVEX:
+    case SF_FORMAT_AIFF:
+    case SF_FORMAT_AU:
+      return std::numeric_limits<std::uint32_t>::max();
+    default:
+      return std::numeric_limits<sf_count_t>::max();
+  }
+}
+
+std::string chunks_for(const AudioFormat& format, const Metadata& metadata) {
+  const ChunkFamily family = chunk_family(format.container);
+  if (family != metadata.family) return "";
+  std::vector<Chunk> chunks = metadata.chunks;
+  if (format.container == SF_FORMAT_RF64) std::ranges::transform(chunks, chunks.begin(), evened);
+  return serialised(family, chunks);
+}
+
+// Of a file just written, which stays open: libsndfile closes what it doesn't recognise.
+Metadata read_back(int descriptor, int container) {
+  SF_INFO info = {};
+  lseek(descriptor, 0, SEEK_SET);
+  const Sndfile file(sf_open_fd(dup(descriptor), SFM_READ, &info, SF_TRUE));
+  return file ? read_metadata(file.get(), container) : Metadata{};
+}
+
+}  // namespace
+
+AudioWriter::AudioWriter(const std::string& path, const AudioFormat& format,
+                         AudioWriterOptions options)
+    : name_(output_name(path)),
+      format_(format),
+      options_(std::move(options)),
+      place_(open_output(path)),
+      output_(place_->descriptor(), chunk_family(format.container),
+              chunks_for(format, options_.metadata), size_limit(format.container)) {
+  open();
+  // It carries the time of day: the same input shall give the same file.
+  sf_command(file_.get(), SFC_SET_ADD_PEAK_CHUNK, nullptr, SF_FALSE);
+  set_channel_map();
+  write_metadata(file_.get(), format.container, options_.metadata);
+}
+
+void AudioWriter::open() {
+  SF_INFO info = {};
+  info.samplerate = format_.sample_rate;
+  info.channels = format_.channels;
+  info.format = format_.container | format_.sample_type;
+  SF_VIRTUAL_IO calls = SndfileOutput::calls();
+  file_.reset(sf_open_virtual(&calls, SFM_WRITE, &info, &output_));
+  check();
+  if (!file_) fail_on(name_, sf_strerror(nullptr));
+}
+
+void AudioWriter::set_channel_map() {
+  // Up to two channels every container says enough by their number.
+  if (format_.channels <= 2 || format_.channel_map.empty()) return;
+  std::vector<int> map = format_.channel_map;
+  keeps_channel_map_ = sf_command(file_.get(), SFC_SET_CHANNEL_MAP_INFO, map.data(),
+                                  static_cast<int>(map.size() * sizeof(int))) == SF_TRUE;
+  // Without a mask of our own libsndfile would write one by the number of channels.
+  const bool guessed = format_.container == SF_FORMAT_WAVEX || format_.container == SF_FORMAT_RF64;
+  if (!keeps_channel_map_ && guessed) fail_on(name_, "a WAV mask can't express the channel order");
+}
+
+void AudioWriter::write(std::span<const float> frames) {
+  const sf_count_t count = std::ssize(frames) / format_.channels;
+  sf_count_t done = 0;
+  if (const int bits = integer_bits(format_)) {
+    integers_.resize(frames.size());
+    clipped_ += to_pcm(frames, bits, options_.dither, written_, integers_);
+    done = sf_writef_int(file_.get(), integers_.data(), count);
+  } else if (format_.sample_type == SF_FORMAT_FLOAT || format_.sample_type == SF_FORMAT_DOUBLE) {
+    done = sf_writef_float(file_.get(), frames.data(), count);
+  } else {
+    // Companded and compressed samples end at full scale too; libsndfile's tables rely on it.
+    floats_.resize(frames.size());
+    clipped_ += to_full_scale(frames, floats_);
+    done = sf_writef_float(file_.get(), floats_.data(), count);
+  }
+  written_ += static_cast<std::uint32_t>(frames.size());
+  check();
+  if (done != count) fail_on(name_, sf_strerror(file_.get()));
+}
+
+void AudioWriter::commit() {
+  const int error = sf_close(file_.release());
+  check();
+  if (error != SF_ERR_NO_ERROR) fail_on(name_, sf_error_number(error));
+  output_.finish();
+  check();
+  lost_metadata_ =
+      host::lost_metadata(options_.metadata, read_back(place_->descriptor(), format_.container));
+  place_->commit();
+}
+
+void AudioWriter::check() const {
+  if (output_.error()) fail_on(name_, std::strerror(output_.error()));
+}
+
+}  // namespace channelstrip::host

@@ -1,0 +1,132 @@
+#include "chunks.h"
+
+#include <sndfile.h>
+
+#include <algorithm>
+#include <array>
+#include <initializer_list>
+
+namespace channelstrip::host {
+namespace {
+
+struct Syntax {
+  std::size_t start = 0;       // of the first chunk
+  std::size_t size_bytes = 0;  // of a chunk's size
+  bool big_endian = false;
+  std::size_t alignment = 1;        // to which a chunk's data is padded
+  std::string_view format_id = {};  // the chunk that others may follow
+};
+
+Syntax syntax(ChunkFamily family) {
+  switch (family) {
+    case ChunkFamily::kRiff:
+      return {12, 4, false, 2, "fmt "};
+    case ChunkFamily::kAiff:
+      return {12, 4, true, 2, "COMM"};
+    case ChunkFamily::kCaf:
+      return {8, 8, true, 1, "desc"};
+    case ChunkFamily::kNone:
+      break;
+  }
+  return {};
+}
+
+std::uint64_t number(std::string_view bytes, bool big_endian) {
+  std::uint64_t value = 0;
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    const char byte = bytes[big_endian ? i : bytes.size() - 1 - i];
+    value = value << 8 | static_cast<unsigned char>(byte);
+  }
+  return value;
+}
+
+void put_number(std::uint64_t value, bool big_endian, std::span<char> bytes) {
+  for (std::size_t i = 0; i < bytes.size(); ++i, value >>= 8) {
+    bytes[big_endian ? bytes.size() - 1 - i : i] = static_cast<char>(value & 0xFF);
+  }
+}
+
+std::uint64_t padded(std::uint64_t size, const Syntax& rules) {
+  return (size + rules.alignment - 1) / rules.alignment * rules.alignment;
+}
+
+void raise(std::span<char> bytes, bool big_endian, std::uint64_t growth) {
+  put_number(number({bytes.data(), bytes.size()}, big_endian) + growth, big_endian, bytes);
+}
+
+}  // namespace
+
+ChunkFamily chunk_family(int container) {
+  switch (container) {
+    case SF_FORMAT_WAV:
+    case SF_FORMAT_WAVEX:
+    case SF_FORMAT_RF64:
+      return ChunkFamily::kRiff;
+    case SF_FORMAT_AIFF:
+      return ChunkFamily::kAiff;
+    case SF_FORMAT_CAF:
+      return ChunkFamily::kCaf;
+    default:
+      return ChunkFamily::kNone;
+  }
+}
+
+bool describes_coding(ChunkFamily family, std::string_view id) {
+  const auto among = [id](std::initializer_list<std::string_view> ids) {
+    return std::ranges::find(ids, id) != ids.end();
+  };
+  switch (family) {
+    case ChunkFamily::kRiff:
+      return among({"RIFF", "RIFX", "RF64", "WAVE", "ds64", "fmt ", "fact", "data", "PEAK", "levl",
+                    "JUNK", "junk", "FLLR", "PAD "});
+    case ChunkFamily::kAiff:
+      return among({"FORM", "FVER", "COMM", "SSND", "CHAN", "PEAK"});
+    case ChunkFamily::kCaf:
+      return among({"desc", "data", "pakt", "kuki", "chan", "free", "peak", "ovvw"});
+    case ChunkFamily::kNone:
+      break;
+  }
+  return true;
+}
+
+Chunk evened(Chunk chunk) {
+  if (chunk.data.size() % 2) chunk.data += '\0';
+  return chunk;
+}
+
+std::string serialised(ChunkFamily family, std::span<const Chunk> chunks) {
+  const Syntax rules = syntax(family);
+  std::string bytes;
+  for (const Chunk& chunk : chunks) {
+    std::array<char, 8> size = {};
+    put_number(chunk.data.size(), rules.big_endian, std::span(size).first(rules.size_bytes));
+    bytes += chunk.id;
+    bytes.append(size.data(), rules.size_bytes);
+    bytes += chunk.data;
+    bytes.append(padded(chunk.data.size(), rules) - chunk.data.size(), '\0');
+  }
+  return bytes;
+}
+
+std::size_t chunks_offset(ChunkFamily family, std::string_view header) {
+  const Syntax rules = syntax(family);
+  for (std::size_t at = rules.start; at + 4 + rules.size_bytes <= header.size();) {
+    const std::string_view id = header.substr(at, 4);
+    const std::uint64_t size = number(header.substr(at + 4, rules.size_bytes), rules.big_endian);
+    const std::uint64_t end = at + 4 + rules.size_bytes + padded(size, rules);
+    if (end > header.size()) break;
+    at = end;
+    if (id == rules.format_id) return at;
+  }
+  return 0;
+}
+
+void grow(ChunkFamily family, std::span<char> header, std::uint64_t growth) {
+  if (family == ChunkFamily::kAiff) raise(header.subspan(4, 4), true, growth);
+  if (family != ChunkFamily::kRiff) return;
+  // RF64 leaves the 32 bits unused and counts in 64 in the chunk ds64, which comes first.
+  const bool rf64 = std::string_view(header.data(), 4) == "RF64";
+  raise(rf64 ? header.subspan(20, 8) : header.subspan(4, 4), false, growth);
+}
+
+}  // namespace channelstrip::host

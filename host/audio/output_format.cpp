@@ -1,0 +1,78 @@
+#include "output_format.h"
+
+#include <fmt/format.h>
+
+#include <stdexcept>
+
+#include "containers.h"
+
+namespace channelstrip::host {
+namespace {
+
+bool can_be_written(const AudioFormat& format) {
+  SF_INFO info = {};
+  info.samplerate = format.sample_rate;
+  info.channels = format.channels;
+  info.format = format.container | format.sample_type;
+  return sf_format_check(&info) == SF_TRUE;
+}
+
+// ALAC is lossless: its samples are as well written plainly. libsndfile 1.2 spoils the stereo ones
+// of more than 16 bits.
+int without_alac(int sample_type) {
+  switch (sample_type) {
+    case SF_FORMAT_ALAC_16:
+      return SF_FORMAT_PCM_16;
+    case SF_FORMAT_ALAC_20:
+    case SF_FORMAT_ALAC_24:
+      return SF_FORMAT_PCM_24;
+    case SF_FORMAT_ALAC_32:
+      return SF_FORMAT_PCM_32;
+    default:
+      return sample_type;
+  }
+}
+
+}  // namespace
+
+int sample_type_from_bits(std::string_view bits) {
+  if (bits == "16") return SF_FORMAT_PCM_16;
+  if (bits == "24") return SF_FORMAT_PCM_24;
+  if (bits == "32") return SF_FORMAT_PCM_32;
+  if (bits == "32f") return SF_FORMAT_FLOAT;
+  if (bits == "64f") return SF_FORMAT_DOUBLE;
+  throw std::runtime_error(fmt::format("\"{}\" is none of 16, 24, 32, 32f, 64f", bits));
+}
+
+AudioFormat output_format(const AudioFormat& input, const std::string& path,
+                          const OutputChoice& choice) {
+  AudioFormat output = input;
+  output.sample_type = choice.sample_type.value_or(without_alac(input.sample_type));
+  output.container = choice.container.value_or(container_of(path).value_or(input.container));
+  // Of the two plain WAV headers only the extensible one has a channel mask.
+  if (output.container == SF_FORMAT_WAV || output.container == SF_FORMAT_WAVEX) {
+    output.container = output.channel_map.empty() ? SF_FORMAT_WAV : SF_FORMAT_WAVEX;
+  }
+  // An RF64 file always has a mask; libsndfile's for 8 channels has a front centre pair, the layout
+  // of 7.1 two pairs of surrounds.
+  if (output.container == SF_FORMAT_RF64 && output.channel_map.empty() && output.channels == 8) {
+    output.channel_map = {SF_CHANNEL_MAP_LEFT,      SF_CHANNEL_MAP_RIGHT,
+                          SF_CHANNEL_MAP_CENTER,    SF_CHANNEL_MAP_LFE,
+                          SF_CHANNEL_MAP_REAR_LEFT, SF_CHANNEL_MAP_REAR_RIGHT,
+                          SF_CHANNEL_MAP_SIDE_LEFT, SF_CHANNEL_MAP_SIDE_RIGHT};
+  }
+  // Containers disagree on the sign of 8-bit samples, but not on their values.
+  if (integer_bits(output) == 8 && !can_be_written(output)) {
+    output.sample_type =
+        input.sample_type == SF_FORMAT_PCM_S8 ? SF_FORMAT_PCM_U8 : SF_FORMAT_PCM_S8;
+  }
+  if (!can_be_written(output)) {
+    throw std::runtime_error(fmt::format("{}: {} can't hold {} channel{} of {} samples at {} Hz",
+                                         path, libsndfile_name(output.container), input.channels,
+                                         input.channels == 1 ? "" : "s", sample_type_name(output),
+                                         input.sample_rate));
+  }
+  return output;
+}
+
+}  // namespace channelstrip::host

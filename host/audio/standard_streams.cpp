@@ -1,0 +1,131 @@
+#include "standard_streams.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "sndfile_handle.h"
+
+namespace channelstrip::host {
+namespace {
+
+constexpr const char* kInput = "standard input";
+constexpr const char* kOutput = "standard output";
+
+// Not every file system knows O_TMPFILE.
+int open_nameless(const std::string& for_whom) {
+  std::error_code error;
+  const std::filesystem::path folder = std::filesystem::temp_directory_path(error);
+  if (error) fail_on(for_whom, "TMPDIR is not a folder");
+  int descriptor = open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+  if (descriptor < 0) {
+    std::string name = (folder / "channelstrip-XXXXXX").string();
+    descriptor = mkostemp(name.data(), O_CLOEXEC);
+    if (descriptor >= 0) unlink(name.c_str());
+  }
+  if (descriptor < 0) fail_on(for_whom, folder.string() + ": " + std::strerror(errno));
+  return descriptor;
+}
+
+class Descriptor {
+ public:
+  explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
+  ~Descriptor() {
+    if (descriptor_ >= 0) close(descriptor_);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  int get() const { return descriptor_; }
+  int release() { return std::exchange(descriptor_, -1); }
+
+ private:
+  int descriptor_;
+};
+
+bool is_regular(int descriptor) {
+  struct stat status = {};
+  return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+// A read or write that waits goes on after a signal that is only noted down; this doesn't.
+bool is_ready(int descriptor, short events) {
+  pollfd wait = {descriptor, events, 0};
+  return poll(&wait, 1, -1) > 0;
+}
+
+// What follows are false, with errno, when that fails or a signal comes while it waits.
+bool write_all(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    if (!is_ready(descriptor, POLLOUT)) return false;
+    const ssize_t step = ::write(descriptor, bytes.data(), bytes.size());
+    if (step < 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(step));
+  }
+  return true;
+}
+
+bool copy(int from, int to) {
+  std::array<char, PIPE_BUF> bytes = {};  // what a pipe that is ready takes without waiting
+  for (;;) {
+    if (!is_ready(from, POLLIN)) return false;
+    const ssize_t got = ::read(from, bytes.data(), bytes.size());
+    if (got <= 0) return got == 0;
+    if (!write_all(to, {bytes.data(), static_cast<std::size_t>(got)})) return false;
+  }
+}
+
+}  // namespace
+
+std::string input_name(const std::string& path) {
+  return path == kStandardStream ? kInput : path;
+}
+
+std::string output_name(const std::string& path) {
+  return path == kStandardStream ? kOutput : path;
+}
+
+int open_input(const std::string& path) {
+  const std::string name = input_name(path);
+  const bool standard = path == kStandardStream;
+  if (standard && isatty(STDIN_FILENO)) fail_on(name, "is a terminal");
+  const int given =
+      standard ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0) : open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (given < 0) fail_on(name, std::strerror(errno));
+  Descriptor input(given);
+  if (is_regular(given) && lseek(given, 0, SEEK_CUR) == 0) return input.release();
+
+  Descriptor spool(open_nameless(name));
+  if (!copy(given, spool.get()) || lseek(spool.get(), 0, SEEK_SET) != 0) {
+    fail_on(name, std::strerror(errno));
+  }
+  return spool.release();
+}
+
+StandardOutput::StandardOutput() {
+  if (isatty(STDOUT_FILENO)) fail_on(kOutput, "is a terminal; redirect it to a file or a program");
+  descriptor_ = open_nameless(kOutput);
+}
+
+StandardOutput::~StandardOutput() {
+  close(descriptor_);
+}
+
+void StandardOutput::commit() {
+  if (lseek(descriptor_, 0, SEEK_SET) != 0 || !copy(descriptor_, STDOUT_FILENO)) {
+    fail_on(kOutput, std::strerror(errno));
+  }
+}
+
+}  // namespace channelstrip::host

@@ -1,0 +1,57 @@
+#include "band.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <cmath>
+#include <numbers>
+#include <string>
+
+#include "bilinear.h"
+#include "matched.h"
+#include "require.h"
+
+namespace channelstrip::host {
+namespace {
+
+// The settings that the band's coefficients come from.
+std::string described(const BandSettings& band) {
+  std::vector<std::string> settings{fmt::format("frequency {} Hz", band.frequency)};
+  if (uses_q(band)) settings.push_back(fmt::format("q {}", band.q));
+  if (uses_shelf_slope(band)) settings.push_back(fmt::format("shelf_slope {}", *band.shelf_slope));
+  if (uses_gain(band)) settings.push_back(fmt::format("gain {} dB", band.gain));
+  if (uses_slope(band)) settings.push_back(fmt::format("slope {} dB/oct", band.slope));
+  const std::string last = settings.back();
+  settings.pop_back();
+  return fmt::format("{} and {}", fmt::join(settings, ", "), last);
+}
+
+}  // namespace
+
+std::vector<Section> design_band(const BandSettings& band, double sample_rate) {
+  require(std::isfinite(sample_rate), "sample rate", sample_rate, "Hz", "finite");
+  require(band.frequency > 0, "frequency", band.frequency, "Hz", "above 0 Hz");
+  require(band.frequency < sample_rate / 2, "frequency", band.frequency, "Hz",
+          fmt::format("below half the sample rate {} Hz", sample_rate));
+
+  const double omega = 2 * std::numbers::pi * band.frequency / sample_rate;
+  std::vector<Section> sections;
+  for (const AnalogSection& analog : prototype(band)) {
+    sections.push_back(band.design == BandDesign::kMatched ? matched(band.type, analog, omega)
+                                                           : bilinear(analog, omega));
+  }
+  return sections;
+}
+
+std::vector<Section> design_stored_band(const BandSettings& band, double sample_rate) {
+  std::vector<Section> sections = design_band(band, sample_rate);
+  for (Section& section : sections) {
+    section = in_single_precision(section);
+    naming(fmt::format("{} leave no stable filter in single precision at {} Hz: ", described(band),
+                       sample_rate),
+           [&] { require_stable(section); });
+  }
+  return sections;
+}
+
+}  // namespace channelstrip::host

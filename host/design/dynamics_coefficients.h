@@ -1,0 +1,31 @@
+// The dynamics' coefficient record from settings, stage by stage.
+
+#pragma once
+
+#include <ChannelStrip/dynamics/dyn_records.h>
+
+#include <optional>
+
+#include "channel_layout.h"
+#include "settings.h"
+
+namespace channelstrip::host {
+
+// Each writes its stage's fields and no others, and throws std::invalid_argument, naming the
+// setting, for what the stage can't do. `out` may be half-written then. Without settings a
+// stage's term stays at 0 dB.
+void design_compressor(const std::optional<CompressorSettings>& wanted, double sample_rate,
+                       Dyn_SCoefsBlock& out);
+void design_expander(const std::optional<ExpanderSettings>& wanted, double sample_rate,
+                     Dyn_SCoefsBlock& out);
+
+// All but the key filter.
+void design_detector(const DetectorSettings& settings, double sample_rate, Dyn_SCoefsBlock& out);
+
+// The settings' own map for the layout's format, or that of their style.
+void design_links(const StripSettings& settings, const ChannelLayout& layout, Dyn_SCoefsBlock& out);
+
+// Key, listening, bypass and metering.
+void design_modes(const StripSettings& settings, Dyn_SCoefsBlock& out);
+
+}  // namespace channelstrip::host

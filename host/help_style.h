@@ -1,0 +1,21 @@
+// How --help reads.
+
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+namespace channelstrip::host {
+
+// Lays out --help of the program and of the subcommands added afterwards, in 80 columns, for people
+// and for the manual pages made of it: usage, what it does, arguments, options with their defaults,
+// subcommands, exit status, examples.
+//
+// The first line of a description heads the manual page and stands in the list of subcommands. The
+// footer's text belongs to the description too, up to "Exit status:", which says more than the
+// usual 0 and 1, and to "Examples:". Lines that begin with a blank stay as they are, others are
+// filled.
+void set_help_style(CLI::App& program);
+
+}  // namespace channelstrip::host

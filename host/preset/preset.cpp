@@ -1,0 +1,84 @@
+#include "preset.h"
+
+#include <toml++/toml.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "assignment.h"
+#include "automation.h"
+#include "draft.h"
+
+namespace channelstrip::host {
+namespace {
+
+std::string contents(const std::string& path) {
+  std::ifstream stream(path, std::ios::binary);
+  if (!stream) fail({path, ""}, std::strerror(errno));
+  if (std::filesystem::is_directory(path)) fail({path, ""}, std::strerror(EISDIR));
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+toml::table parse(std::string_view text, const Layer& layer) {
+  try {
+    return toml::parse(text, layer.origin);
+  } catch (const toml::parse_error& error) {
+    fail(layer.place(error.source(), "syntax error"), error.description());
+  }
+}
+
+// Where the bands and link maps of the draft stand, for check_fits.
+void note_places(const Draft& draft, Preset& preset) {
+  const auto note = [&](const BandDraft& band) {
+    const auto frequency = band.origins.find("frequency");
+    Place place = frequency == band.origins.end() ? band.origin.place : frequency->second.place;
+    if (!place.key.empty()) place.key = band.origin.place.key;
+    preset.bands.push_back({place, band.band});
+  };
+  for (const BandDraft& band : draft.eq) note(band);
+  if (draft.key_filter) note(*draft.key_filter);
+  for (const auto& [format, map] : draft.settings.link) {
+    preset.links.push_back({draft.links.at(format).place, format, map});
+  }
+}
+
+Preset build(std::string_view text, const std::string& file,
+             const std::vector<std::string>& assignments) {
+  const Layer layer{Layer::Kind::kPreset, file};
+  const toml::table root = parse(text, layer);
+  Draft draft;
+  write(root, layer, draft);
+  settle(draft);
+  for (const std::string& assignment : assignments) assign(assignment, draft);
+  settle(draft);
+
+  Preset preset{.file = file, .name = draft.name, .settings = settings_of(draft)};
+  note_places(draft, preset);
+  for (const Moment& moment : moments(root, file)) {
+    write(moment.keys, moment.layer, draft);
+    settle(draft);
+    preset.changes.push_back({moment.time, settings_of(draft)});
+    note_places(draft, preset);
+  }
+  return preset;
+}
+
+}  // namespace
+
+Preset read_preset(const std::string& path) {
+  return load_preset(path, {});
+}
+
+Preset parse_preset(std::string_view text, const std::string& file) {
+  return build(text, file, {});
+}
+
+Preset load_preset(const std::optional<std::string>& path,
+                   const std::vector<std::string>& assignments) {
+  return build(path ? contents(*path) : "", path.value_or(""), assignments);
+}
+
+}  // namespace channelstrip::host

@@ -1,0 +1,151 @@
+// Every key a preset may set besides its bands', table by table.
+
+#pragma once
+
+#include "../design/settings.h"
+#include "band_keys.h"
+#include "key.h"
+
+namespace channelstrip::host {
+
+struct Table {
+  std::string_view name;  // empty: the top level
+  std::string_view meaning;
+  std::span<const Key<StripSettings>> keys;
+  void (*create)(StripSettings&) = nullptr;  // what its presence alone does
+};
+
+inline constexpr std::string_view kDetectorModes[] = {"peak", "smooth", "rms"};
+inline constexpr std::string_view kLinkStyles[] = {"pairs", "film", "music", "all", "none"};
+
+inline constexpr Key<StripSettings> kTopKeys[] = {
+    {.name = "bypass",
+     .meaning = "the outputs are the inputs, while everything runs on",
+     .access = kMember<&StripSettings::bypass>},
+    {.name = "glide",
+     .meaning = "time in which a change of a band, a makeup or a range is 63.2 % done",
+     .access = kMember<&StripSettings::glide>,
+     .range = {"ms", 0, 10000}},
+};
+
+inline constexpr auto kCompressor = &StripSettings::compressor;
+
+inline constexpr Key<StripSettings> kCompressorKeys[] = {
+    {.name = "threshold",
+     .meaning = "level above which the gain falls",
+     .access = kMember<kCompressor, &CompressorSettings::threshold>,
+     .range = {"dB", -120, 20}},
+    {.name = "ratio",
+     .meaning = "dB in per dB out above the threshold; inf limits",
+     .access = kMember<kCompressor, &CompressorSettings::ratio>,
+     .range = {"", 1, kInfinity}},
+    {.name = "knee",
+     .meaning = "width of the bend centred on the threshold; 0 is hard",
+     .access = kMember<kCompressor, &CompressorSettings::knee>,
+     .range = {"dB", 0.1, 60, true}},
+    {.name = "attack",
+     .meaning = "time in which a fall in gain is 63.2 % done",
+     .access = kMember<kCompressor, &CompressorSettings::attack>,
+     .range = {"ms", 0, 10000}},
+    {.name = "release",
+     .meaning = "time in which a rise in gain is 63.2 % done",
+     .access = kMember<kCompressor, &CompressorSettings::release>,
+     .range = {"ms", 0, 10000}},
+    {.name = "range",
+     .meaning = "deepest reduction",
+     .access = kMember<kCompressor, &CompressorSettings::range>,
+     .range = {"dB", -120, 0}},
+    {.name = "makeup",
+     .meaning = "gain after compressor and expander",
+     .access = kMember<kCompressor, &CompressorSettings::makeup>,
+     .range = {"dB", -40, 40}},
+    {.name = "auto_makeup",
+     .meaning = "adds half of what the curve takes from full scale to the makeup",
+     .access = kMember<kCompressor, &CompressorSettings::auto_makeup>},
+};
+
+inline constexpr auto kExpander = &StripSettings::expander;
+
+inline constexpr Key<StripSettings> kExpanderKeys[] = {
+    {.name = "threshold",
+     .meaning = "level below which the gain falls; a gate opens there",
+     .access = kMember<kExpander, &ExpanderSettings::threshold>,
+     .range = {"dB", -120, 20}},
+    {.name = "ratio",
+     .meaning = "dB out per dB in below the threshold",
+     .access = kMember<kExpander, &ExpanderSettings::ratio>,
+     .range = {"", 1, 100}},
+    {.name = "knee",
+     .meaning = "width of the bend centred on the threshold; 0 is hard",
+     .access = kMember<kExpander, &ExpanderSettings::knee>,
+     .range = {"dB", 0.1, 60, true}},
+    {.name = "attack",
+     .meaning = "time in which a rise in gain is 63.2 % done",
+     .access = kMember<kExpander, &ExpanderSettings::attack>,
+     .range = {"ms", 0, 10000}},
+    {.name = "release",
+     .meaning = "time in which a fall in gain is 63.2 % done, after the hold",
+     .access = kMember<kExpander, &ExpanderSettings::release>,
+     .range = {"ms", 0, 10000}},
+    {.name = "hold",
+     .meaning = "time for which the gain stays before it falls",
+     .access = kMember<kExpander, &ExpanderSettings::hold>,
+     .range = {"ms", 0, 10000}},
+    {.name = "range",
+     .meaning = "deepest reduction",
+     .access = kMember<kExpander, &ExpanderSettings::range>,
+     .range = {"dB", -120, 0}},
+    {.name = "hysteresis",
+     .meaning = "makes it a gate, which shuts this far below the threshold",
+     .access = kMember<kExpander, &ExpanderSettings::hysteresis>,
+     .range = {"dB", 0, 60}},
+};
+
+inline constexpr Key<StripSettings> kDetectorKeys[] = {
+    {.name = "mode",
+     .meaning = "level that the dynamics follow: peaks, an average of one pole, or one of two, "
+                "which is like RMS",
+     .access = kMember<&StripSettings::detector, &DetectorSettings::mode>,
+     .words = kDetectorModes},
+    {.name = "time",
+     .meaning = "decay of the peak or averaging time, to 63.2 %",
+     .access = kMember<&StripSettings::detector, &DetectorSettings::time>,
+     .range = {"ms", 0, 10000}},
+};
+
+inline constexpr Key<StripSettings> kKeyKeys[] = {
+    {.name = "enable",
+     .meaning = "detect from the key channel where there is one",
+     .access = kMember<&StripSettings::key_enable>},
+    {.name = "listen",
+     .meaning = "the outputs carry the filtered detection signals",
+     .access = kMember<&StripSettings::key_listen>},
+};
+
+inline constexpr Key<StripSettings> kMeterKeys[] = {
+    {.name = "input_gain",
+     .meaning = "of the input meters alone, never of the audio",
+     .access = kMember<&StripSettings::input_meter_gain>,
+     .range = {"dB", -40, 40}},
+};
+
+inline constexpr Key<StripSettings> kLinkKeys[] = {
+    {.name = "style",
+     .meaning = "channels that share one gain, where the format has no map of its own",
+     .access = kMember<&StripSettings::link_style>,
+     .words = kLinkStyles},
+};
+
+inline constexpr Table kTables[] = {
+    {"", "the strip as a whole", kTopKeys},
+    {"compressor", "soft-knee compressor; off without the table", kCompressorKeys,
+     [](StripSettings& s) { s.compressor = s.compressor.value_or(CompressorSettings{}); }},
+    {"expander", "soft-knee expander, gate with a hysteresis; off without the table", kExpanderKeys,
+     [](StripSettings& s) { s.expander = s.expander.value_or(ExpanderSettings{}); }},
+    {"detector", "level detection of compressor and expander", kDetectorKeys},
+    {"key", "the side-chain key", kKeyKeys},
+    {"meter", "the meters", kMeterKeys},
+    {"link", "linked detection", kLinkKeys},
+};
+
+}  // namespace channelstrip::host

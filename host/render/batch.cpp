@@ -1,0 +1,92 @@
+#include "batch.h"
+
+#include <algorithm>
+#include <atomic>
+#include <exception>
+#include <mutex>
+#include <thread>
+#include <utility>
+
+#include "interrupt.h"
+
+namespace channelstrip::host {
+namespace {
+
+class Jobs {
+ public:
+  Jobs(const Batch& batch, Progress& progress,
+       const std::function<void(const RenderResult&)>& report)
+      : batch_(batch), progress_(progress), report_(report), results_(batch.files.size()) {}
+
+  void run() {
+    const std::size_t count = std::min<std::size_t>(batch_.jobs, batch_.files.size());
+    {
+      std::vector<std::jthread> others;
+      while (others.size() + 1 < count) others.emplace_back([this] { work(); });
+      work();
+    }
+    if (failure_) std::rethrow_exception(failure_);
+    if (const int signal = interrupted()) throw Interrupted{signal};
+  }
+
+ private:
+  // Nothing may leave a thread.
+  void work() noexcept {
+    try {
+      for (std::size_t i; !stop_ && (i = next_++) < results_.size();) finish(i, result_of(i));
+    } catch (const Interrupted&) {
+      stop_ = true;
+    } catch (...) {
+      const std::scoped_lock lock(mutex_);
+      failure_ = std::current_exception();
+      stop_ = true;
+    }
+  }
+
+  RenderResult result_of(std::size_t index) {
+    RenderResult result{.file = batch_.files[index], .report = {}, .error = {}};
+    try {
+      result.report = render({.input = result.file.input,
+                              .output = result.file.output,
+                              .strip = batch_.strip,
+                              .choice = batch_.choice,
+                              .dither = batch_.dither,
+                              .on_progress = [&](double seconds, double part) {
+                                progress_.advance(index, result.file.input, seconds, part);
+                              }});
+    } catch (const std::exception& error) {
+      result.error = error.what();
+    }
+    return result;
+  }
+
+  void finish(std::size_t index, RenderResult result) {
+    progress_.end(index);
+    const std::scoped_lock lock(mutex_);
+    results_[index] = std::move(result);
+    for (; reported_ < results_.size() && results_[reported_]; ++reported_) {
+      progress_.erase();
+      report_(*results_[reported_]);
+      results_[reported_]->report.reset();
+    }
+  }
+
+  const Batch& batch_;
+  Progress& progress_;
+  const std::function<void(const RenderResult&)>& report_;
+  std::atomic<std::size_t> next_ = 0;
+  std::atomic<bool> stop_ = false;
+  std::mutex mutex_;
+  std::vector<std::optional<RenderResult>> results_;
+  std::size_t reported_ = 0;
+  std::exception_ptr failure_;
+};
+
+}  // namespace
+
+void render_all(const Batch& batch, Progress& progress,
+                const std::function<void(const RenderResult&)>& report) {
+  Jobs(batch, progress, report).run();
+}
+
+}  // namespace channelstrip::host

@@ -1,0 +1,52 @@
+// How far the work is, as one line on a terminal.
+
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace channelstrip::host {
+
+struct ProgressState {
+  std::string name;  // of a file in work
+  double part = 0;   // of the whole, 0 .. 1; below 0: not known
+  std::size_t done = 0, files = 1;
+  double speed = 0;  // seconds of audio per second
+};
+
+// Without a line's end and at most `width` characters long.
+std::string progress_line(const ProgressState& state, std::size_t width);
+
+// The line on standard error, of several threads' work on several files. Nothing is shown where
+// that is no terminal, or unless `wanted`.
+class Progress {
+ public:
+  Progress(std::size_t files, bool wanted);
+  ~Progress() { erase(); }
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+
+  // `seconds` of audio more of file `index` are rendered, `part` of it (below 0: not known).
+  void advance(std::size_t index, const std::string& name, double seconds, double part);
+  void end(std::size_t index);
+
+  // Makes room for other lines.
+  void erase();
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  std::mutex mutex_;
+  const bool shown_;
+  bool drawn_ = false;
+  std::vector<double> parts_;  // per file
+  ProgressState state_;
+  double seconds_ = 0;
+  Clock::time_point begin_ = Clock::now(), last_ = begin_;
+};
+
+}  // namespace channelstrip::host

@@ -1,0 +1,114 @@
+#include "strip_run.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <stdexcept>
+#include <string_view>
+
+namespace channelstrip::host {
+namespace {
+
+constexpr std::size_t kPiece = 4096;  // frames
+
+const StemFormat* forced_format(const StripOptions& options) {
+  if (!options.format) return nullptr;
+  if (const StemFormat* format = find_stem_format(*options.format)) return format;
+  std::vector<std::string_view> names;
+  for (const StemFormat& format : stem_formats()) names.push_back(format.name);
+  throw std::runtime_error(
+      fmt::format("--format: \"{}\" is none of {}", *options.format, fmt::join(names, ", ")));
+}
+
+ChannelLayout layout_of(const std::string& input, const AudioFormat& format,
+                        const StripOptions& options) {
+  try {
+    return choose_layout(format.channels, speakers(format), forced_format(options), options.order);
+  } catch (const std::invalid_argument& error) {
+    throw std::runtime_error(fmt::format("{}: {}", input, error.what()));
+  }
+}
+
+// A key that is given is used throughout, unless the preset itself says when.
+Preset preset_of(const StripOptions& options) {
+  Preset preset = load_preset(options.preset, options.assignments);
+  std::vector<StripSettings*> all{&preset.settings};
+  for (Preset::Change& change : preset.changes) all.push_back(&change.settings);
+  const bool said = std::ranges::any_of(all, &StripSettings::key_enable);
+  if (said && !options.has_key()) {
+    throw std::runtime_error(
+        fmt::format("{}: key.enable asks for a key, --key FILE or --key-channel N",
+                    options.preset.value_or("--set")));
+  }
+  for (StripSettings* settings : all) {
+    settings->key_enable = said ? settings->key_enable : options.has_key();
+    settings->key_listen |= options.listen_to_key;
+  }
+  return preset;
+}
+
+StripCoefficients design(const StripSettings& settings, double sample_rate,
+                         const ChannelLayout& layout, const std::string& culprit) {
+  try {
+    return design_strip(settings, sample_rate, layout);
+  } catch (const std::invalid_argument& error) {
+    throw std::runtime_error(fmt::format("{}: {}", culprit, error.what()));
+  }
+}
+
+std::vector<StripStream::Change> design_changes(const Preset& preset, double sample_rate,
+                                                const ChannelLayout& layout,
+                                                const std::string& culprit) {
+  std::vector<StripStream::Change> changes;
+  for (const auto& [time, settings] : preset.changes) {
+    changes.push_back({static_cast<std::uint64_t>(std::llround(time * sample_rate)),
+                       design(settings, sample_rate, layout, culprit)});
+  }
+  return changes;
+}
+
+}  // namespace
+
+void check_strip_options(const StripOptions& options) {
+  load_preset(options.preset, options.assignments);
+  forced_format(options);
+  const Library library(options.library);
+}
+
+StripRun::StripRun(const std::string& input, const StripOptions& options)
+    : reader_(input),
+      preset_(preset_of(options)),
+      layout_(layout_of(input, format(), options)),
+      library_(options.library),
+      key_(options, input, format()),
+      stream_(make_stream(options.preset.value_or(input))),
+      input_(kPiece * static_cast<std::size_t>(format().channels)) {}
+
+double StripRun::part_read() const {
+  const auto frames = static_cast<double>(reader_.frames());
+  return frames > 0 ? std::min(1.0, static_cast<double>(frames_read()) / frames) : -1;
+}
+
+StripStream StripRun::make_stream(const std::string& culprit) const {
+  const double sample_rate = format().sample_rate;
+  check_fits(preset_, sample_rate, layout_);
+  return {library_.entry_point(*layout_.format), *layout_.format,
+          design(preset_.settings, sample_rate, layout_, culprit),
+          design_changes(preset_, sample_rate, layout_, culprit)};
+}
+
+bool StripRun::next(Piece& piece) {
+  if (ended_) return false;
+  piece.input = reader_.read(input_);
+  ended_ = piece.input.empty();
+  output_.clear();
+  stream_.process(piece.input, key_.next(piece.input), output_);
+  if (ended_) stream_.finish(output_);
+  piece.output = output_;
+  return true;
+}
+
+}  // namespace channelstrip::host

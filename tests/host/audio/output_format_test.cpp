@@ -1,0 +1,79 @@
+#include "host/audio/output_format.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <stdexcept>
+
+#include "host/audio/containers.h"
+
+namespace channelstrip::test {
+namespace {
+
+using host::AudioFormat;
+using host::container_from_name;
+using host::output_format;
+using host::sample_type_from_bits;
+
+const AudioFormat kInput{.sample_rate = 48000,
+                         .channels = 2,
+                         .container = SF_FORMAT_WAV,
+                         .sample_type = SF_FORMAT_FLOAT,
+                         .channel_map = {}};
+
+std::string refusal(const std::function<void()>& call) {
+  try {
+    call();
+  } catch (const std::runtime_error& error) {
+    return error.what();
+  }
+  return "";
+}
+
+TEST(OutputFormat, HasTheBitsThatAreAskedFor) {
+  struct Case {
+    const char* bits;
+    int sample_type;
+  };
+  for (const Case c : {Case{"16", SF_FORMAT_PCM_16},
+                       {"24", SF_FORMAT_PCM_24},
+                       {"32", SF_FORMAT_PCM_32},
+                       {"32f", SF_FORMAT_FLOAT},
+                       {"64f", SF_FORMAT_DOUBLE}}) {
+    const AudioFormat output =
+        output_format(kInput, "out.wav", {.sample_type = sample_type_from_bits(c.bits)});
+    EXPECT_EQ(output.sample_type, c.sample_type) << c.bits;
+    EXPECT_EQ(output.container, SF_FORMAT_WAV);
+    EXPECT_EQ(output.sample_rate, 48000);
+  }
+}
+
+TEST(OutputFormat, IsOfTheContainerThatIsAskedFor) {
+  const int sample_type = SF_FORMAT_PCM_24;
+  EXPECT_EQ(output_format(kInput, "-", {.sample_type = sample_type}).container, SF_FORMAT_WAV);
+  for (const char* path : {"-", "out.wav"}) {
+    EXPECT_EQ(output_format(kInput, path,
+                            {.container = container_from_name("flac"), .sample_type = sample_type})
+                  .container,
+              SF_FORMAT_FLAC);
+  }
+}
+
+TEST(OutputFormat, IsRefusedWhenTheContainerCannotHoldTheBits) {
+  for (const auto& [bits, name] : {std::pair("32", "32-bit"), {"32f", "32-bit float"}}) {
+    const int sample_type = sample_type_from_bits(bits);
+    EXPECT_EQ(refusal([&] { output_format(kInput, "o.flac", {.sample_type = sample_type}); }),
+              std::string("o.flac: FLAC (Free Lossless Audio Codec) can't hold 2 channels of ") +
+                  name + " samples at 48000 Hz");
+  }
+}
+
+TEST(OutputFormat, RefusesBitsAndContainersItDoesNotKnow) {
+  EXPECT_EQ(refusal([] { sample_type_from_bits("20"); }), "\"20\" is none of 16, 24, 32, 32f, 64f");
+  EXPECT_EQ(refusal([] { container_from_name("doc"); }),
+            "\"doc\" is none of wav, wave, rf64, w64, flac, aif, aiff, aifc, caf, au, snd, ogg, "
+            "oga, opus, mp3");
+}
+
+}  // namespace
+}  // namespace channelstrip::test

@@ -1,0 +1,61 @@
+#include "host/audio/pcm.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace channelstrip::test {
+namespace {
+
+using host::Dither;
+using host::to_pcm;
+
+struct Pcm {
+  int step;  // in steps of the sample type
+  long long clipped;
+};
+
+Pcm pcm(float sample, int bits) {
+  std::int32_t integer = 0;
+  const long long clipped = to_pcm({&sample, 1}, bits, Dither::kNone, 0, {&integer, 1});
+  return {integer >> (32 - bits), clipped};
+}
+
+TEST(Pcm, RoundsToNearest) {
+  EXPECT_EQ(pcm(0.49f / 32768, 16).step, 0);
+  EXPECT_EQ(pcm(0.51f / 32768, 16).step, 1);
+  EXPECT_EQ(pcm(-0.49f / 32768, 16).step, 0);
+  EXPECT_EQ(pcm(-0.51f / 32768, 16).step, -1);
+}
+
+TEST(Pcm, KeepsEveryStepOf24Bits) {
+  for (int step = -(1 << 23); step < 1 << 23; ++step) {
+    ASSERT_EQ(pcm(static_cast<float>(step) * 0x1p-23f, 24).step, step);
+  }
+}
+
+TEST(Pcm, ClampsWhatIsAboveFullScaleAndCountsIt) {
+  for (const int bits : {8, 16, 20, 24, 32}) {
+    const int top = static_cast<int>((1LL << (bits - 1)) - 1);
+    for (const float far : {1.5f, 1e30f, std::numeric_limits<float>::infinity()}) {
+      EXPECT_EQ(pcm(far, bits).step, top);
+      EXPECT_EQ(pcm(-far, bits).step, -top - 1);
+      EXPECT_EQ(pcm(far, bits).clipped, 1);
+      EXPECT_EQ(pcm(-far, bits).clipped, 1);
+    }
+  }
+}
+
+TEST(Pcm, FullScaleItselfIsNotClipped) {
+  EXPECT_EQ(pcm(1.0f, 16).step, 32767);
+  EXPECT_EQ(pcm(-1.0f, 16).step, -32768);
+  EXPECT_EQ(pcm(1.0f, 16).clipped, 0);
+  EXPECT_EQ(pcm(-1.0f, 16).clipped, 0);
+}
+
+TEST(Pcm, NotANumberIsSilence) {
+  EXPECT_EQ(pcm(std::numeric_limits<float>::quiet_NaN(), 24).step, 0);
+}
+
+}  // namespace
+}  // namespace channelstrip::test

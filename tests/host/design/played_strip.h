@@ -1,0 +1,56 @@
+// One mono strip at 48 kHz, played through the library.
+
+#pragma once
+
+#include <ChannelStrip/frame/entry_points.h>
+
+#include <cstddef>
+#include <vector>
+
+#include "host/design/strip_coefficients.h"
+#include "host/instance.h"
+#include "host/library.h"
+#include "records.h"
+
+namespace channelstrip::test {
+
+class PlayedStrip {
+ public:
+  static constexpr double kRate = 48000;
+
+  explicit PlayedStrip(const host::StripSettings& settings)
+      : instance_(*layout_of("Mono").format, design(settings)) {}
+
+  void set(const host::StripSettings& settings) { instance_.set_coefficients(design(settings)); }
+
+  // A multiple of 16 samples in, as many out. A key that is empty is no key.
+  std::vector<float> play(const std::vector<float>& input, const std::vector<float>& key = {}) {
+    static const host::Library library(CHANNELSTRIP_LIBRARY);
+    std::vector<float> output(input.size());
+    const float* const inputs[] = {input.data(), key.data()};
+    float* const outputs[] = {output.data()};
+    SChannelStrip_Alg_Context context =
+        *instance_.prepare(inputs, outputs, static_cast<int>(input.size()));
+    const std::int32_t key_index = key.empty() ? 0 : 1;
+    context.keyInputIndex = &key_index;
+    const SChannelStrip_Alg_Context* strip = &context;
+    library.entry_point (*layout_of("Mono").format)(&strip, &strip + 1);
+    return output;
+  }
+  std::vector<float> play(float level, std::size_t samples) {
+    return play(std::vector(samples, level));
+  }
+
+  const SChannelStrip_Alg_Context& context() { return *instance_.prepare(nullptr, nullptr, 0); }
+  const Dyn_SState& state() { return *context().dynState; }
+  host::MeterReading meters() const { return instance_.meters(); }
+
+ private:
+  static host::StripCoefficients design(const host::StripSettings& settings) {
+    return host::design_strip(settings, kRate, layout_of("Mono"));
+  }
+
+  host::Instance instance_;
+};
+
+}  // namespace channelstrip::test

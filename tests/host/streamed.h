@@ -1,0 +1,114 @@
+// What a strip makes of a stream, and streams that keep it busy.
+
+#pragma once
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <functional>
+#include <numbers>
+#include <span>
+#include <utility>
+#include <vector>
+
+#include "host/design/dynamics.h"
+#include "host/library.h"
+#include "host/strip_stream.h"
+#include "support/audio.h"
+
+namespace channelstrip::test {
+
+struct Streamed {
+  std::vector<std::uint32_t> bits;
+  std::vector<float> samples;
+  host::StripMeters meters;
+};
+
+struct Stream {
+  const char* format;
+  std::span<const float> input;
+  host::StripSettings settings = {};
+  std::vector<float> key = {};  // none: no key
+  std::vector<std::pair<std::uint64_t, host::StripSettings>> changes = {};
+  std::function<void(const host::MeterReading&)> observer = {};
+  // The equaliser's coefficients at the start, `mix` of the way to those of other settings.
+  host::StripSettings mixed_with = {};
+  float mix = 0;
+};
+
+constexpr double kRate = 48000;  // Hz
+
+inline host::StripCoefficients coefficients(const Stream& stream,
+                                            const host::StripSettings& settings) {
+  auto result = host::design_strip(settings, kRate,
+                                   host::default_layout(*host::find_stem_format(stream.format)));
+  result.dynamics.keyEnable = !stream.key.empty();
+  return result;
+}
+
+// `frames_per_call` 0: all at once.
+inline Streamed play(const Stream& stream, std::size_t frames_per_call = 0) {
+  static const host::Library library(CHANNELSTRIP_LIBRARY);
+  const host::StemFormat& format = *host::find_stem_format(stream.format);
+  host::StripCoefficients start = coefficients(stream, stream.settings);
+  const host::StripCoefficients other = coefficients(stream, stream.mixed_with);
+  for (int i = 0; i < CHANNELSTRIP_EQ_COEFS; ++i) {
+    float& x = start.eq.targetCoefs[i];
+    x += stream.mix * (other.eq.targetCoefs[i] - x);
+  }
+  std::vector<host::StripStream::Change> changes;
+  for (const auto& [frame, settings] : stream.changes) {
+    changes.push_back({frame, coefficients(stream, settings)});
+  }
+  host::StripStream strip(library.entry_point(format), format, start, std::move(changes));
+  if (stream.observer) strip.observe(stream.observer);
+
+  const auto channels = static_cast<std::size_t>(format.channels);
+  const std::size_t frames = stream.input.size() / channels;
+  const std::size_t step = frames_per_call ? frames_per_call : std::max<std::size_t>(frames, 1);
+  const auto piece = [step](std::span<const float> samples, std::size_t begin, std::size_t width) {
+    const std::size_t from = std::min(samples.size(), begin * width);
+    return samples.subspan(from, std::min(samples.size() - from, step * width));
+  };
+  Streamed result;
+  for (std::size_t i = 0; i < frames; i += step) {
+    strip.process(piece(stream.input, i, channels), piece(stream.key, i, 1), result.samples);
+  }
+  strip.finish(result.samples);
+  for (const float x : result.samples) result.bits.push_back(std::bit_cast<std::uint32_t>(x));
+  result.meters = strip.meters();
+  return result;
+}
+
+inline host::StripSettings busy_settings() {
+  host::StripSettings settings;
+  settings.pre = {{.type = host::BandType::kHighPass, .frequency = 60},
+                  {.frequency = 3000, .gain = 6}};
+  settings.post = {{.type = host::BandType::kHighShelf, .frequency = 9000, .gain = -4}};
+  settings.compressor = {.threshold = -18, .ratio = 4, .attack = 1, .release = 30};
+  settings.expander = {.threshold = -30, .release = 5, .hold = 1, .hysteresis = 6};
+  settings.detector.time = 2;
+  return settings;
+}
+
+// Loud and quiet by turns, so that every part of the dynamics moves.
+inline std::vector<float> bursts(std::size_t frames, std::size_t channels) {
+  std::vector<float> samples = noise(frames * channels, 0.9f);
+  for (std::size_t i = 0; i < samples.size(); ++i) {
+    if (i / channels / 700 % 2) samples[i] *= 0.01f;
+  }
+  return samples;
+}
+
+// Midway through a 1 kHz sine a sample meets each crest.
+inline std::vector<float> tone(double db, std::size_t frames, double frequency = 1000) {
+  std::vector<float> samples(frames);
+  for (std::size_t i = 0; i < frames; ++i) {
+    const double phase = 2 * std::numbers::pi * frequency * static_cast<double>(i) / kRate;
+    samples[i] = static_cast<float>(host::db_to_linear(db) * std::sin(phase));
+  }
+  return samples;
+}
+
+}  // namespace channelstrip::test

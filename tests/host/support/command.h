@@ -1,0 +1,33 @@
+// A command of the program, in a folder of its own.
+
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "child.h"
+#include "temporary_folder.h"
+
+namespace channelstrip::test {
+
+class Command : public testing::Test {
+ protected:
+  // The one way to fail: status 1, one line that names the program, nothing on standard output, and
+  // no file more or less.
+  void expect_refusal(const std::vector<std::string>& arguments, const std::string& what,
+                      std::optional<unsigned long> file_size_limit = std::nullopt) const {
+    const std::vector<std::string> before = folder.entries();
+    const ChildResult result = run(arguments, file_size_limit);
+    EXPECT_EQ(result.exit_status, 1);
+    EXPECT_EQ(result.output, "channelstrip: " + what + "\n");
+    EXPECT_EQ(result.printed, "");
+    EXPECT_EQ(folder.entries(), before);
+  }
+
+  const TemporaryFolder folder;
+};
+
+}  // namespace channelstrip::test
