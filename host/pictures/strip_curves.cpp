@@ -1,0 +1,63 @@
+#include "strip_curves.h"
+
+#include <fmt/format.h>
+
+#include <iterator>
+#include <stdexcept>
+
+#include "../design/strip_coefficients.h"
+
+namespace channelstrip::host {
+namespace {
+
+std::vector<BandFilter> design_filters(const std::vector<BandSettings>& bands, double sample_rate) {
+  std::vector<BandFilter> filters;
+  filters.reserve(bands.size());
+  for (const BandSettings& band : bands) filters.push_back(design_filter(band, sample_rate));
+  return filters;
+}
+
+std::string title_of(const Preset& preset) {
+  if (!preset.name.empty()) return preset.name;
+  return preset.file.empty() ? "Neutral strip" : preset.file;
+}
+
+}  // namespace
+
+StripCurves strip_curves(const StripOptions& options, double sample_rate) {
+  const Preset preset = load_preset(options.preset, options.assignments);
+  const StemFormat* format = find_stem_format(options.format.value_or("Mono"));
+  if (!format) throw std::runtime_error(fmt::format("--format: unknown: {}", *options.format));
+  const ChannelLayout layout = default_layout(*format);
+  const StripSettings& settings = preset.settings;
+  check_fits(preset, sample_rate, layout);
+  try {
+    StripCurves curves{.title = title_of(preset),
+                       .sample_rate = sample_rate,
+                       .settings = settings,
+                       .pre = design_filters(settings.pre, sample_rate),
+                       .post = design_filters(settings.post, sample_rate),
+                       .key_filter = {},
+                       .dynamics = design_strip(settings, sample_rate, layout).dynamics,
+                       .burst = {},
+                       .layout = {}};
+    if (settings.key_filter) curves.key_filter = design_filter(*settings.key_filter, sample_rate);
+    if (settings.compressor || settings.expander) {
+      curves.burst = measure_burst(settings, sample_rate, Library(options.library));
+    }
+    if (options.format) curves.layout = layout;
+    return curves;
+  } catch (const std::invalid_argument& error) {
+    throw std::runtime_error(fmt::format("{}: {}", options.preset.value_or("--set"), error.what()));
+  }
+}
+
+std::vector<Chart> charts_of(const StripCurves& curves) {
+  std::vector<Chart> charts = filter_charts(curves);
+  if (!curves.burst) return charts;
+  charts.push_back(level_chart(curves));
+  std::ranges::move(burst_charts(curves), std::back_inserter(charts));
+  return charts;
+}
+
+}  // namespace channelstrip::host

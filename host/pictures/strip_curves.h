@@ -1,0 +1,49 @@
+// All that can be drawn of a strip's settings.
+
+#pragma once
+
+#include <ChannelStrip/dynamics/dyn_records.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "../design/channel_layout.h"
+#include "../design/dynamics.h"
+#include "../preset/preset.h"
+#include "../strip_options.h"
+#include "band_filter.h"
+#include "burst.h"
+#include "chart.h"
+
+namespace channelstrip::host {
+
+struct StripCurves {
+  std::string title;  // the preset's name or file
+  double sample_rate;
+  StripSettings settings;  // as the audio begins
+  std::vector<BandFilter> pre, post;
+  std::optional<BandFilter> key_filter;
+  Dyn_SCoefsBlock dynamics;
+  std::optional<Burst> burst;           // where there are dynamics
+  std::optional<ChannelLayout> layout;  // where a format is given
+
+  double makeup() const { return linear_to_db(static_cast<double>(dynamics.makeupGain)); }  // dB
+  bool has_gate() const { return settings.expander && settings.expander->hysteresis; }
+};
+
+// Throws std::runtime_error, one line for the user.
+StripCurves strip_curves(const StripOptions& options, double sample_rate);
+
+// From the bands' magnitude to the course of the gain; what isn't set isn't drawn.
+std::vector<Chart> charts_of(const StripCurves& curves);
+
+// The same as tables.
+std::string curve_text(const StripCurves& curves);
+
+// The parts of charts_of.
+std::vector<Chart> filter_charts(const StripCurves& curves);
+Chart level_chart(const StripCurves& curves);
+std::vector<Chart> burst_charts(const StripCurves& curves);
+
+}  // namespace channelstrip::host
