@@ -7,6 +7,7 @@
 
 #include "command_line.h"
 #include "help_style.h"
+#include "meters/meters_command.h"
 #include "pictures/curves_command.h"
 #include "render/interrupt.h"
 #include "render/render.h"
@@ -33,6 +34,7 @@ int main(int argc, char** argv) {
                              "Print the version and exit");
     channelstrip::host::set_help_style(program);
     channelstrip::host::add_render_command(program);
+    channelstrip::host::add_meters_command(program);
     channelstrip::host::add_curves_command(program);
     program.footer(
         "Examples:\n"
