@@ -12,6 +12,7 @@
 #include "render/interrupt.h"
 #include "render/render.h"
 #include "render/render_command.h"
+#include "report/report_command.h"
 
 namespace {
 
@@ -35,6 +36,7 @@ int main(int argc, char** argv) {
     channelstrip::host::set_help_style(program);
     channelstrip::host::add_render_command(program);
     channelstrip::host::add_meters_command(program);
+    channelstrip::host::add_report_command(program);
     channelstrip::host::add_curves_command(program);
     program.footer(
         "Examples:\n"

@@ -1,0 +1,50 @@
+// A picture's columns of something whose length isn't known beforehand.
+
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <vector>
+
+namespace channelstrip::host {
+
+// Each column holds the same number of units, the last one at most as many; when the columns
+// become twice as many as wanted, neighbours merge. Memory stays the same, the work is one merge
+// per unit and little more. `Column` has merge(const Column&).
+template <typename Column>
+class FoldingTrack {
+ public:
+  // The columns in the end: `wanted` to 2 * wanted - 1, or one per unit where these are fewer.
+  explicit FoldingTrack(std::size_t wanted) : wanted_(wanted) { columns_.reserve(2 * wanted); }
+
+  void add(const Column& unit) {
+    if (filled_ == 0) {
+      columns_.push_back(unit);
+    } else {
+      columns_.back().merge(unit);
+    }
+    if (++filled_ < units_per_column_) return;
+    filled_ = 0;
+    if (columns_.size() == 2 * wanted_) fold();
+  }
+
+  std::span<const Column> columns() const { return columns_; }
+  std::size_t units_per_column() const { return units_per_column_; }
+
+ private:
+  void fold() {
+    for (std::size_t i = 0; i < wanted_; ++i) {
+      columns_[i] = columns_[2 * i];
+      columns_[i].merge(columns_[2 * i + 1]);
+    }
+    columns_.resize(wanted_);
+    units_per_column_ *= 2;
+  }
+
+  std::size_t wanted_;
+  std::size_t units_per_column_ = 1;
+  std::size_t filled_ = 0;  // units in the last column; 0: it is full
+  std::vector<Column> columns_;
+};
+
+}  // namespace channelstrip::host

@@ -1,0 +1,97 @@
+#include "render_analysis.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <span>
+#include <stdexcept>
+
+#include "../render/interrupt.h"
+#include "../render/render.h"
+#include "../strip_run.h"
+
+namespace channelstrip::host {
+namespace {
+
+std::string shape(const AudioFormat& format) {
+  return fmt::format("{} channel{} at {} Hz", format.channels, format.channels == 1 ? "" : "s",
+                     format.sample_rate);
+}
+
+void require_same_shape(const std::string& output, const AudioFormat& actual,
+                        const std::string& input, const AudioFormat& expected) {
+  if (actual.channels == expected.channels && actual.sample_rate == expected.sample_rate) return;
+  throw std::runtime_error(fmt::format("{}: {}, no render of {} with its {}", output, shape(actual),
+                                       input, shape(expected)));
+}
+
+RenderAnalysis prepare(const std::string& input, const std::string& output, const StripRun& run,
+                       const AudioFormat& output_format) {
+  const ChannelLayout& layout = run.layout();
+  const auto strip = design_strip(run.preset().settings, run.format().sample_rate, layout);
+  LinkMap links{};
+  std::ranges::copy(std::span(strip.dynamics.linkGroup).first(layout.labels.size()), links.begin());
+  const std::vector<Part> parts = pictured_parts(links, layout);
+  RenderAnalysis analysis{
+      .preset = run.preset(),
+      .layout = layout,
+      .parts = parts,
+      .before = {input, run.format(), SignalAnalysis(run.format(), layout, parts)},
+      .after = {output, output_format, SignalAnalysis(output_format, layout, parts)},
+      .groups = {},
+      .comparison = Comparison(output_format)};
+  for (const Part& part : link_groups(links, layout)) analysis.groups.push_back({part});
+  return analysis;
+}
+
+// Reads as many frames as there should be.
+std::span<const float> counterpart(AudioReader& reader, const std::string& path,
+                                   std::span<float> frames, const std::string& input) {
+  const std::span<const float> read = reader.read(frames);
+  if (read.size() == frames.size()) return read;
+  throw std::runtime_error(fmt::format("{}: shorter than {}, no render of it", path, input));
+}
+
+void require_end(AudioReader& reader, const std::string& path, const std::string& input) {
+  std::vector<float> frame(static_cast<std::size_t>(reader.format().channels));
+  if (reader.read(frame).empty()) return;
+  throw std::runtime_error(fmt::format("{}: longer than {}, no render of it", path, input));
+}
+
+}  // namespace
+
+RenderAnalysis analyse_render(const std::string& input, const std::string& output,
+                              const StripOptions& strip) {
+  StripRun run(input, strip);
+  AudioReader rendered(output);
+  require_same_shape(output, rendered.format(), input, run.format());
+  RenderAnalysis analysis = [&] {
+    try {
+      return prepare(input, output, run, rendered.format());
+    } catch (const std::invalid_argument& error) {
+      throw std::runtime_error(fmt::format("{}: {}", input, error.what()));
+    }
+  }();
+  run.stream().observe([&](const MeterReading& period) {
+    for (auto& [part, reduction] : analysis.groups) {
+      reduction.add(period.channel_gain[part.channels.front()]);
+    }
+  });
+
+  std::vector<float> frames;
+  for (StripRun::Piece piece; run.next(piece);) {
+    if (const int signal = interrupted()) throw Interrupted{signal};
+    frames.resize(piece.output.size());
+    const std::span<const float> actual = counterpart(rendered, output, frames, input);
+    analysis.before.signal.add(piece.input);
+    analysis.after.signal.add(actual);
+    analysis.comparison.add(piece.output, actual);
+  }
+  require_end(rendered, output, input);
+  analysis.frames = run.frames_read();
+  analysis.compressor_reduction = run.stream().meters().compressor_reduction;
+  analysis.expander_reduction = run.stream().meters().expander_reduction;
+  return analysis;
+}
+
+}  // namespace channelstrip::host

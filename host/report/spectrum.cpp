@@ -1,0 +1,146 @@
+#include "spectrum.h"
+
+#include <fftw3.h>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <numbers>
+
+namespace channelstrip::host {
+namespace {
+
+constexpr double kWidestBin = 1.5;  // Hz
+constexpr std::size_t kLongest = std::size_t{1} << 20;
+
+std::size_t segment_length(double sample_rate) {
+  const auto least = static_cast<std::size_t>(std::ceil(sample_rate / kWidestBin));
+  return std::clamp(std::bit_ceil(least), std::size_t{16}, kLongest);
+}
+
+// Periodic, so that overlapping halves sum to 1.
+double hann(std::size_t i, std::size_t length) {
+  return 0.5 - 0.5 * std::cos(2 * std::numbers::pi * static_cast<double>(i) /
+                              static_cast<double>(length));
+}
+
+struct FreeFftw {
+  void operator()(void* memory) const { fftw_free(memory); }
+};
+struct DestroyPlan {
+  void operator()(fftw_plan plan) const { fftw_destroy_plan(plan); }
+};
+
+// The power below each bin's upper edge, in steps of a bin; the first edge is half a bin above 0.
+class CumulativePower {
+ public:
+  CumulativePower(std::span<const double> power, double bin_width)
+      : bin_width_(bin_width), below_{0} {
+    for (const double bin : power) below_.push_back(below_.back() + bin);
+  }
+
+  // As if each bin's power were spread evenly from half a bin below its centre to half above it.
+  double below(double frequency) const {
+    const double edge =
+        std::clamp(frequency / bin_width_ + 0.5, 0.0, static_cast<double>(below_.size() - 1));
+    const double whole = std::floor(edge);
+    const auto bin = static_cast<std::size_t>(whole);
+    const double next = below_[std::min(bin + 1, below_.size() - 1)];
+    return std::lerp(below_[bin], next, edge - whole);
+  }
+
+ private:
+  double bin_width_;
+  std::vector<double> below_;
+};
+
+}  // namespace
+
+// A plan that is estimated, not measured: the same sums on every run.
+struct WelchSpectrum::Transform {
+  explicit Transform(std::size_t length)
+      : input(static_cast<double*>(fftw_malloc(length * sizeof(double)))),
+        output(static_cast<fftw_complex*>(fftw_malloc((length / 2 + 1) * sizeof(fftw_complex)))),
+        plan(fftw_plan_dft_r2c_1d(static_cast<int>(length), input.get(), output.get(),
+                                  FFTW_ESTIMATE)) {
+    for (std::size_t i = 0; i < length; ++i) window.push_back(hann(i, length));
+  }
+
+  std::unique_ptr<double, FreeFftw> input;
+  std::unique_ptr<fftw_complex, FreeFftw> output;
+  std::unique_ptr<std::remove_pointer_t<fftw_plan>, DestroyPlan> plan;
+  std::vector<double> window;  // of a whole segment
+};
+
+WelchSpectrum::WelchSpectrum(double sample_rate)
+    : sample_rate_(sample_rate),
+      length_(segment_length(sample_rate)),
+      sum_(length_ / 2 + 1),
+      transform_(std::make_unique<Transform>(length_)) {
+  segment_.reserve(length_);
+}
+
+WelchSpectrum::~WelchSpectrum() = default;
+WelchSpectrum::WelchSpectrum(WelchSpectrum&&) noexcept = default;
+
+double WelchSpectrum::bin_width() const {
+  return sample_rate_ / static_cast<double>(length_);
+}
+
+void WelchSpectrum::add(float sample) {
+  segment_.push_back(sample);
+  if (segment_.size() < length_) return;
+  std::ranges::transform(sum_, transformed(length_), sum_.begin(), std::plus());
+  ++segments_;
+  segment_.erase(segment_.begin(), segment_.begin() + static_cast<std::ptrdiff_t>(length_ / 2));
+}
+
+std::vector<double> WelchSpectrum::power() const {
+  if (segments_ == 0) return transformed(segment_.size());
+  std::vector<double> mean = sum_;
+  for (double& bin : mean) bin /= static_cast<double>(segments_);
+  return mean;
+}
+
+// Of the first `samples` of the segment, zeros behind them. By Parseval's theorem the bins' squares
+// over length times the window's energy sum to the mean square; all but the first and the last
+// stand for two.
+std::vector<double> WelchSpectrum::transformed(std::size_t samples) const {
+  std::vector<double> power(sum_.size());
+  double energy = 0;
+  double* const input = transform_->input.get();
+  std::fill(input, input + length_, 0.0);
+  for (std::size_t i = 0; i < samples; ++i) {
+    const double weight = samples == length_ ? transform_->window[i] : hann(i, samples);
+    input[i] = weight * static_cast<double>(segment_[i]);
+    energy += weight * weight;
+  }
+  if (energy == 0) return power;
+  fftw_execute(transform_->plan.get());
+  for (std::size_t k = 0; k < power.size(); ++k) {
+    const auto& [real, imaginary] = transform_->output.get()[k];
+    const double sides = k == 0 || k == length_ / 2 ? 1 : 2;
+    power[k] =
+        sides * (real * real + imaginary * imaginary) / (static_cast<double>(length_) * energy);
+  }
+  return power;
+}
+
+std::vector<BandLevel> band_levels(std::span<const double> power, double bin_width, double floor) {
+  const CumulativePower cumulative(power, bin_width);
+  const double nyquist = bin_width * static_cast<double>(power.size() - 1);
+  const double half_band = std::exp2(1.0 / 12);
+  std::vector<BandLevel> levels;
+  for (int step = 0;; ++step) {
+    const double centre = std::max(20.0, 3 * bin_width) * std::exp2(step / 24.0);
+    const double widening = std::max(0.0, 1.5 * bin_width - centre * (half_band - 1));
+    const double high = centre * half_band + widening;
+    if (high > nyquist) return levels;
+    const double low = centre / half_band - widening;
+    const double in_band = cumulative.below(high) - cumulative.below(low);
+    // Twice the mean square: a sine at full scale is 0 dB.
+    levels.push_back({centre, std::max(floor, 10 * std::log10(2 * std::max(in_band, 1e-300)))});
+  }
+}
+
+}  // namespace channelstrip::host

@@ -1,0 +1,39 @@
+#include "words.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+
+namespace channelstrip::host {
+namespace {
+
+constexpr const char* kNone = "–";
+
+}  // namespace
+
+std::string number(double value, int decimals) {
+  if (std::isnan(value)) return kNone;
+  if (std::isinf(value)) return value < 0 ? "−∞" : "∞";
+  const double scale = std::pow(10, decimals);
+  const double rounded = std::round(value * scale) / scale;
+  return fmt::format("{}{:.{}f}", rounded < 0 ? "−" : "", std::abs(rounded), decimals);
+}
+
+std::string number(const std::optional<double>& value, int decimals) {
+  return value ? number(*value, decimals) : kNone;
+}
+
+std::string change(const std::optional<double>& before, const std::optional<double>& after) {
+  const double by = after.value_or(NAN) - before.value_or(NAN);
+  if (!std::isfinite(by)) return kNone;
+  const std::string text = number(by);
+  return by > 0 && text != number(0.0) ? '+' + text : text;
+}
+
+std::string duration(double seconds) {
+  const double minutes = std::floor(seconds / 60);
+  return minutes < 1 ? fmt::format("{:.3f} s", seconds)
+                     : fmt::format("{:.0f} min {:06.3f} s", minutes, seconds - 60 * minutes);
+}
+
+}  // namespace channelstrip::host
