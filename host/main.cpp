@@ -8,6 +8,7 @@
 #include "command_line.h"
 #include "help_style.h"
 #include "import/import_command.h"
+#include "info/info_command.h"
 #include "meters/meters_command.h"
 #include "pictures/curves_command.h"
 #include "render/interrupt.h"
@@ -39,6 +40,7 @@ int main(int argc, char** argv) {
     channelstrip::host::add_meters_command(program);
     channelstrip::host::add_report_command(program);
     channelstrip::host::add_import_command(program);
+    channelstrip::host::add_info_command(program);
     channelstrip::host::add_curves_command(program);
     program.footer(
         "Examples:\n"

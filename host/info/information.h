@@ -1,0 +1,42 @@
+// What this program, its library and its formats are.
+
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "../library.h"
+#include "../stem_format.h"
+
+namespace channelstrip::host {
+
+struct FormatInformation {
+  StemFormat format;
+  // By the order's name: the channels' labels.
+  std::vector<std::pair<std::string_view, std::vector<std::string>>> orders;
+  std::vector<std::uint32_t> wav_masks;  // of the order "wav"
+  // By the link style's name: a map as presets write it, the channels in the order "wav".
+  std::vector<std::pair<std::string_view, std::string>> links;
+};
+
+struct Information {
+  std::string version;             // the program's
+  std::string library_file;        // links resolved
+  std::string library_soname;      // carries the major version
+  std::string library_version;     // from the file's name; empty: it has none
+  std::string libsndfile_version;  // "1.2.0"
+  std::vector<FormatInformation> formats;
+};
+
+// Of these formats. Throws std::runtime_error when the library lacks one of their entry points.
+Information information(const Library& library, std::span<const StemFormat> formats);
+
+std::string human_text(const Information& information);  // a table of the formats
+std::string human_text(const FormatInformation& format);
+std::string json_text(const Information& information);  // everything
+
+}  // namespace channelstrip::host

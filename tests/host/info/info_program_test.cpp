@@ -1,0 +1,65 @@
+// `channelstrip info` as users and scripts meet it.
+
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "../support/command.h"
+
+namespace channelstrip::test {
+namespace {
+
+using Info = Command;
+
+TEST_F(Info, ShowsOneFormat) {
+  const ChildResult result = run({"info", "lcrs"});
+  EXPECT_EQ(result.exit_status, 0);
+  EXPECT_EQ(result.output, "");
+  EXPECT_EQ(result.printed,
+            "LCRS: 4 channels, 3 link groups at most, AlgEntry_16_Stem_LCRS\n"
+            "\n"
+            "order wav     L R C S\n"
+            "order film    L C R S\n"
+            "WAV mask      0x107\n"
+            "\n"
+            "link pairs    L R | C | S\n"
+            "link film     L R C | S\n"
+            "link music    L R C S\n"
+            "link all      L R C S\n"
+            "link none     L R | C | S\n");
+}
+
+TEST_F(Info, ShowsTheLibraryAndEveryFormat) {
+  const ChildResult result = run({"info"});
+  EXPECT_EQ(result.exit_status, 0);
+  for (const char* part :
+       {CHANNELSTRIP_LIBRARY "\n", "\nlibsndfile    1.",
+        "\nMono    1         1       M                      M                      0x4\n",
+        "\n5.1     6         4       L R C LFE Ls Rs        L C R Ls Rs LFE        0x3F or "
+        "0x60F\n"}) {
+    EXPECT_NE(result.printed.find(part), std::string::npos) << part << '\n' << result.printed;
+  }
+}
+
+TEST_F(Info, SpeaksJson) {
+  const ChildResult result = run({"info", "--json", "5.1"});
+  EXPECT_EQ(result.exit_status, 0);
+  const auto json = nlohmann::json::parse(result.printed);
+  ASSERT_EQ(json["formats"].size(), 1u);
+  EXPECT_EQ(json["formats"][0]["name"], "5.1");
+}
+
+TEST_F(Info, RefusesWhatThereIsNot) {
+  expect_refusal({"info", "9.1"},
+                 "FORMAT: \"9.1\" is none of Mono, Stereo, LCR, Quad, LCRS, 5.0, 5.1, 6.0, 6.1, "
+                 "7.0, 7.1");
+  expect_refusal({"info", "--library", "libm.so.6"}, "libm.so.6 has no AlgEntry_16_Stem_Mono");
+  expect_refusal({"info", "--library", "/none.so"},
+                 "can't load the library: /none.so: cannot open shared object file: No such file "
+                 "or directory");
+}
+
+}  // namespace
+}  // namespace channelstrip::test
