@@ -57,6 +57,20 @@ void read_chunks(SNDFILE* file, Metadata& metadata) {
   }
 }
 
+// libsndfile keeps the "software" tag of AIFF in a chunk of its own, and reading it takes what lies
+// in memory behind the chunk along.
+void end_software_tag_with_its_chunk(Metadata& metadata) {
+  constexpr std::string_view kSignature = "m3ga";
+  const auto tag = metadata.tags.find(SF_STR_SOFTWARE);
+  if (tag == metadata.tags.end()) return;
+  for (const Chunk& chunk : metadata.chunks) {
+    if (chunk.id == "APPL" && chunk.data.starts_with(kSignature)) {
+      const std::string whole = chunk.data.substr(kSignature.size());
+      if (tag->second.starts_with(whole)) tag->second = whole;
+    }
+  }
+}
+
 // SF_CUES holds 100; files may hold more.
 std::vector<SF_CUE_POINT> read_cues(SNDFILE* file) {
   std::uint32_t count = 0;
@@ -106,6 +120,7 @@ Metadata read_metadata(SNDFILE* file, int container) {
   for (const auto& [type, name] : kTags) {
     if (const char* text = sf_get_string(file, type)) metadata.tags[type] = text;
   }
+  end_software_tag_with_its_chunk(metadata);
   metadata.cues = read_cues(file);
   SF_INSTRUMENT instrument = {};
   if (sf_command(file, SFC_GET_INSTRUMENT, &instrument, sizeof instrument)) {
