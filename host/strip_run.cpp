@@ -50,22 +50,12 @@ Preset preset_of(const StripOptions& options) {
   return preset;
 }
 
-StripCoefficients design(const StripSettings& settings, double sample_rate,
-                         const ChannelLayout& layout, const std::string& culprit) {
-  try {
-    return design_strip(settings, sample_rate, layout);
-  } catch (const std::invalid_argument& error) {
-    throw std::runtime_error(fmt::format("{}: {}", culprit, error.what()));
-  }
-}
-
 std::vector<StripStream::Change> design_changes(const Preset& preset, double sample_rate,
-                                                const ChannelLayout& layout,
-                                                const std::string& culprit) {
+                                                const ChannelLayout& layout) {
   std::vector<StripStream::Change> changes;
   for (const auto& [time, settings] : preset.changes) {
     changes.push_back({static_cast<std::uint64_t>(std::llround(time * sample_rate)),
-                       design(settings, sample_rate, layout, culprit)});
+                       design_strip(settings, sample_rate, layout)});
   }
   return changes;
 }
@@ -95,9 +85,12 @@ double StripRun::part_read() const {
 StripStream StripRun::make_stream(const std::string& culprit) const {
   const double sample_rate = format().sample_rate;
   check_fits(preset_, sample_rate, layout_);
-  return {library_.entry_point(*layout_.format), *layout_.format,
-          design(preset_.settings, sample_rate, layout_, culprit),
-          design_changes(preset_, sample_rate, layout_, culprit)};
+  try {
+    return {library_, *layout_.format, design_strip(preset_.settings, sample_rate, layout_),
+            design_changes(preset_, sample_rate, layout_)};
+  } catch (const std::invalid_argument& error) {
+    throw std::runtime_error(fmt::format("{}: {}", culprit, error.what()));
+  }
 }
 
 bool StripRun::next(Piece& piece) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "denormals.h"
 #include "interleave.h"
 
 namespace channelstrip::host {
@@ -24,12 +23,18 @@ bool uses_key(const StripCoefficients& coefficients,
          std::ranges::any_of(changes, enabled, &StripStream::Change::coefficients);
 }
 
+std::vector<LinkMap> maps_of(const StripCoefficients& coefficients,
+                             const std::vector<StripStream::Change>& changes) {
+  std::vector<LinkMap> maps{links_of(coefficients)};
+  for (const auto& change : changes) maps.push_back(links_of(change.coefficients));
+  return maps;
+}
+
 }  // namespace
 
-StripStream::StripStream(AlgEntry_16_Stem* entry_point, const StemFormat& format,
+StripStream::StripStream(const Library& library, const StemFormat& format,
                          const StripCoefficients& coefficients, std::vector<Change> changes)
-    : entry_point_(entry_point),
-      instance_(format, start(coefficients, changes)),
+    : strips_(library, format, start(coefficients, changes), maps_of(coefficients, changes)),
       channels_(static_cast<std::size_t>(format.channels)),
       keyed_(uses_key(coefficients, changes)),
       inputs_((channels_ + keyed_) * kWindow),
@@ -91,7 +96,7 @@ std::size_t StripStream::call_from(std::size_t begin) {
       end = std::min<std::uint64_t>(end, period - position_);
       break;
     }
-    instance_.set_coefficients(change.coefficients);
+    strips_.set_coefficients(change.coefficients);
   }
   call(begin, end);
   if (observer_) read_meters();
@@ -105,14 +110,12 @@ void StripStream::call(std::size_t begin, std::size_t end) {
   for (std::size_t c = 0; c < channels_; ++c) {
     output_pointers_[c] = outputs_.data() + c * kWindow + begin;
   }
-  const SChannelStrip_Alg_Context* context = instance_.prepare(
-      input_pointers_.data(), output_pointers_.data(), static_cast<int>(end - begin), keyed_);
-  const FlushDenormals flush;
-  entry_point_(&context, &context + 1);
+  strips_.process(input_pointers_.data(), output_pointers_.data(), static_cast<int>(end - begin),
+                  keyed_);
 }
 
 void StripStream::read_meters() {
-  const MeterReading reading = instance_.meters();
+  const MeterReading& reading = strips_.read_meters();
   const auto raise = [](float& held, float value) { held = std::max(held, value); };
   for (std::size_t c = 0; c < channels_; ++c) {
     raise(meters_.input_peak[c], reading.input_peak[c]);
@@ -122,7 +125,7 @@ void StripStream::read_meters() {
   raise(meters_.compressor_reduction, reading.compressor_reduction);
   raise(meters_.expander_reduction, reading.expander_reduction);
   if (observer_) observer_(reading);
-  instance_.reset_meters();
+  strips_.reset_meters();
 }
 
 // The library shows the greatest gain since its last reset. The least of these, window by window,

@@ -2,15 +2,13 @@
 
 #pragma once
 
-#include <ChannelStrip/frame/entry_points.h>
-
 #include <cstdint>
 #include <functional>
 #include <span>
 #include <utility>
 #include <vector>
 
-#include "instance.h"
+#include "strip_set.h"
 
 namespace channelstrip::host {
 
@@ -43,8 +41,9 @@ class StripStream {
   };
 
   // Dynamics that are enabled to detect from a key do. `changes` stand in order of their frames;
-  // the stream starts, without a glide, where those of its first period lead.
-  StripStream(AlgEntry_16_Stem* entry_point, const StemFormat& format,
+  // the stream starts, without a glide, where those of its first period lead. The library must
+  // outlive the stream. Throws std::invalid_argument where no split holds all link maps.
+  StripStream(const Library& library, const StemFormat& format,
               const StripCoefficients& coefficients, std::vector<Change> changes = {});
 
   // Appends to `output` what is complete; a whole number of frames goes in and comes out. `key` is
@@ -72,8 +71,7 @@ class StripStream {
   void read_meters();
   void end_window();
 
-  AlgEntry_16_Stem* entry_point_;
-  Instance instance_;
+  StripSet strips_;
   std::size_t channels_;
   bool keyed_;
   std::size_t pending_ = 0;     // frames waiting in inputs_

@@ -48,17 +48,6 @@ LinkMap numbered(const std::vector<Name>& groups) {
   return map;
 }
 
-int count_groups(const LinkMap& map) {
-  return 1 + std::ranges::max(map);
-}
-
-void check_fits(int groups, const ChannelLayout& layout) {
-  const StemFormat& format = *layout.format;
-  if (groups <= format.groups) return;
-  refuse("{} holds at most {} group{}, the map has {}", format.name, format.groups,
-         format.groups == 1 ? "" : "s", groups);
-}
-
 bool is_surround(std::string_view label) {
   constexpr std::string_view kSurrounds[] = {"Ls", "Rs", "Lb", "Rb", "Cs", "S"};
   return std::ranges::find(kSurrounds, label) != std::end(kSurrounds);
@@ -85,20 +74,24 @@ std::string_view group_name(std::string_view label, LinkStyle style) {
 
 }  // namespace
 
+int count_groups(const LinkMap& map) {
+  return 1 + std::ranges::max(map);
+}
+
+LinkMap restricted(const LinkMap& map, std::span<const std::size_t> channels) {
+  std::vector<int> groups;
+  for (const std::size_t c : channels) groups.push_back(map[c]);
+  return numbered(groups);
+}
+
 LinkMap link_map(const ChannelLayout& layout, LinkStyle style) {
-  if (style == LinkStyle::kNone && layout.format->channels > layout.format->groups) {
-    style = LinkStyle::kPairs;
-  }
   std::vector<std::string_view> groups;
   for (const std::string& label : layout.labels) groups.push_back(group_name(label, style));
-  const LinkMap map = numbered(groups);
-  check_fits(count_groups(map), layout);
-  return map;
+  return numbered(groups);
 }
 
 LinkMap parse_link_map(std::string_view text, const ChannelLayout& layout) {
   const auto parts = split(text, '|');
-  check_fits(static_cast<int>(parts.size()), layout);
   std::vector<std::size_t> groups(layout.labels.size(), parts.size());  // not in any part
   for (std::size_t part = 0; part < parts.size(); ++part) {
     const Labels members = words(parts[part]);

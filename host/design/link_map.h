@@ -4,6 +4,8 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -12,18 +14,21 @@
 
 namespace channelstrip::host {
 
-// The group of each channel, 0 .. G-1 in order of first appearance; entries from N on are 0.
+// The group of each channel, from 0 in order of first appearance; entries from N on are 0. A map of
+// more groups than the layout's format holds takes several strips: split_strip.
 using LinkMap = std::array<int, 8>;
 
-// The map of a style, which is the same whatever the order of the channels. kNone takes a group per
-// channel: only mono has as many, the other formats keep their pairs linked.
-//
-// The layouts of default_layout and choose_layout hold every style. Throws std::invalid_argument
-// for a layout whose format has too few groups.
+int count_groups(const LinkMap& map);
+
+// What is left of a map when only `channels` are.
+LinkMap restricted(const LinkMap& map, std::span<const std::size_t> channels);
+
+// The map of a style, which is the same whatever the order of the channels. In the layouts of
+// default_layout and choose_layout all styles but kNone have as few groups as the format holds.
 LinkMap link_map(const ChannelLayout& layout, LinkStyle style);
 
 // Parses "L R C | LFE | Ls Rs": blanks separate labels, bars groups. Throws std::invalid_argument
-// unless every channel of the layout stands in exactly one group and there are at most G groups.
+// unless every channel of the layout stands in exactly one group.
 LinkMap parse_link_map(std::string_view text, const ChannelLayout& layout);
 
 // The text that parse_link_map takes, groups and channels in order of the layout.

@@ -83,7 +83,7 @@ enum class LinkStyle {
   kFilm,   // the front, the LFE, the surrounds: each of the three for itself
   kMusic,  // everything but the LFE, which is alone
   kAll,    // everything
-  kNone    // nothing where there is a group for each channel, otherwise pairs
+  kNone    // nothing: every channel for itself
 };
 
 struct DetectorSettings {

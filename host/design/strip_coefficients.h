@@ -6,6 +6,7 @@
 #include <ChannelStrip/eq/eq_records.h>
 
 #include "channel_layout.h"
+#include "link_map.h"
 #include "settings.h"
 
 namespace channelstrip::host {
@@ -17,9 +18,12 @@ struct StripCoefficients {
 };
 
 // A pure function of its arguments. What is not set is neutral: bands pass, terms stay at 0 dB.
-// The link map is settings.link's entry for the layout's format, or the default map. Throws
-// std::invalid_argument, naming the setting, for what no strip can do.
+// The link map is settings.link's entry for the layout's format, or the style's; where it has more
+// groups than the format holds, split_strip says which strips the records are to be split over.
+// Throws std::invalid_argument, naming the setting, for what no strip can do.
 StripCoefficients design_strip(const StripSettings& settings, double sample_rate,
                                const ChannelLayout& layout);
+
+LinkMap links_of(const StripCoefficients& coefficients);
 
 }  // namespace channelstrip::host

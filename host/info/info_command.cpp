@@ -46,9 +46,9 @@ void add_info_command(CLI::App& program) {
       "info",
       "Show versions, the loaded library, and the formats and their channels\n\n"
       "Every format has its channels, the order they have in files (wav: as WAV's channel mask; "
-      "film: screen and surrounds from left to right, the LFE last), the mask, and the groups of "
-      "channels that the dynamics link. With FORMAT, one format and the link map of each style, "
-      "written as a preset's [link] table takes it.");
+      "film: screen and surrounds from left to right, the LFE last), the mask, and how many "
+      "groups of linked channels one strip holds. With FORMAT, one format and the link map of each "
+      "style, written as a preset's [link] table takes it.");
   const auto options = std::make_shared<InfoOptions>();
   command->add_option("FORMAT", options->format, "Mono, Stereo ... 7.1; default: all");
   command->add_flag("--json", options->json, "Everything, as JSON");

@@ -64,9 +64,9 @@ std::string human_text(const Information& information) {
 
 std::string human_text(const FormatInformation& information) {
   const auto& [format, orders, masks, links] = information;
-  std::string text = fmt::format("{}: {} channel{}, {} link group{} at most, {}\n\n", format.name,
-                                 format.channels, format.channels == 1 ? "" : "s", format.groups,
-                                 format.groups == 1 ? "" : "s", format.entry_point);
+  std::string text = fmt::format("{}: {} channel{}, {} link group{} in a strip, {}\n\n",
+                                 format.name, format.channels, format.channels == 1 ? "" : "s",
+                                 format.groups, format.groups == 1 ? "" : "s", format.entry_point);
   for (const auto& [name, labels] : orders) {
     text += fmt::format("order {:<6}  {}\n", name, fmt::join(labels, " "));
   }

@@ -60,8 +60,7 @@ struct Run {
 Run run(const StripSettings& settings, double sample_rate, const Library& library,
         const Plan& plan) {
   const StemFormat& mono = *find_stem_format("Mono");
-  StripStream stream(library.entry_point(mono), mono,
-                     design_strip(settings, sample_rate, default_layout(mono)));
+  StripStream stream(library, mono, design_strip(settings, sample_rate, default_layout(mono)));
   const auto quiet = static_cast<float>(db_to_linear(plan.quiet));
   const auto loud = static_cast<float>(db_to_linear(plan.loud));
   std::vector<float> input(plan.before, quiet), output;

@@ -95,14 +95,18 @@ Linked channels share one gain, that of their loudest. The styles:
 | "film" | the front, the LFE, the surrounds |
 | "music" | everything but the LFE together; the LFE alone |
 | "all" | everything together |
-| "none" | every channel alone; only mono has a group for each, the other formats keep their pairs linked |
+| "none" | every channel alone |
 
 A format's own map stands under the format's name: blanks separate channels, bars groups, and every
 channel stands in exactly one group.
 
     "5.1" = "L R C | LFE | Ls Rs"
 
-| format | channels | groups at most |
+A strip holds as many groups as the table says. A map of more groups takes a strip per group, which
+costs some speed and changes nothing else. Where maps change in time, a strip has to hold what any of
+them links: stereo can't be linked for a time and unlinked for another.
+
+| format | channels | groups in one strip |
 |---|---|---|
 )";
 

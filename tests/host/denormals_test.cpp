@@ -41,8 +41,7 @@ TEST(StripStream, FlushesDenormalsAndRestoresTheControlWord) {
   const StemFormat& mono = *find_stem_format("Mono");
   StripSettings settings;
   settings.pre = {{.type = BandType::kLowShelf, .frequency = 100, .gain = 12}};
-  StripStream stream(library.entry_point(mono), mono,
-                     design_strip(settings, 48000, default_layout(mono)));
+  StripStream stream(library, mono, design_strip(settings, 48000, default_layout(mono)));
   const auto before = FlushDenormals::control_word();
   std::vector<float> output;
   stream.process(std::vector<float>(StripStream::kWindow, kDenormal), output);

@@ -61,7 +61,7 @@ inline Streamed play(const Stream& stream, std::size_t frames_per_call = 0) {
   for (const auto& [frame, settings] : stream.changes) {
     changes.push_back({frame, coefficients(stream, settings)});
   }
-  host::StripStream strip(library.entry_point(format), format, start, std::move(changes));
+  host::StripStream strip(library, format, start, std::move(changes));
   if (stream.observer) strip.observe(stream.observer);
 
   const auto channels = static_cast<std::size_t>(format.channels);

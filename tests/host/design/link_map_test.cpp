@@ -25,36 +25,39 @@ struct Row {
 
 constexpr Row kTable[] = {
     {"Mono", {"M", "M", "M", "M", "M"}},
-    {"Stereo", {"L R", "L R", "L R", "L R", "L R"}},
-    {"LCR", {"L R | C", "L R C", "L R C", "L R C", "L R | C"}},
-    {"Quad", {"L R | Ls Rs", "L R | Ls Rs", "L R Ls Rs", "L R Ls Rs", "L R | Ls Rs"}},
-    {"LCRS", {"L R | C | S", "L R C | S", "L R C S", "L R C S", "L R | C | S"}},
-    {"5.0", {"L R | C | Ls Rs", "L R C | Ls Rs", "L R C Ls Rs", "L R C Ls Rs", "L R | C | Ls Rs"}},
+    {"Stereo", {"L R", "L R", "L R", "L R", "L | R"}},
+    {"LCR", {"L R | C", "L R C", "L R C", "L R C", "L | R | C"}},
+    {"Quad", {"L R | Ls Rs", "L R | Ls Rs", "L R Ls Rs", "L R Ls Rs", "L | R | Ls | Rs"}},
+    {"LCRS", {"L R | C | S", "L R C | S", "L R C S", "L R C S", "L | R | C | S"}},
+    {"5.0",
+     {"L R | C | Ls Rs", "L R C | Ls Rs", "L R C Ls Rs", "L R C Ls Rs", "L | R | C | Ls | Rs"}},
     {"5.1",
      {"L R | C | LFE | Ls Rs", "L R C | LFE | Ls Rs", "L R C Ls Rs | LFE", "L R C LFE Ls Rs",
-      "L R | C | LFE | Ls Rs"}},
+      "L | R | C | LFE | Ls | Rs"}},
     {"6.0",
      {"L R | C | Cs | Ls Rs", "L R C | Cs Ls Rs", "L R C Cs Ls Rs", "L R C Cs Ls Rs",
-      "L R | C | Cs | Ls Rs"}},
+      "L | R | C | Cs | Ls | Rs"}},
     {"6.1",
      {"L R | C | LFE | Cs | Ls Rs", "L R C | LFE | Cs Ls Rs", "L R C Cs Ls Rs | LFE",
-      "L R C LFE Cs Ls Rs", "L R | C | LFE | Cs | Ls Rs"}},
+      "L R C LFE Cs Ls Rs", "L | R | C | LFE | Cs | Ls | Rs"}},
     {"7.0",
      {"L R | C | Lb Rb | Ls Rs", "L R C | Lb Rb Ls Rs", "L R C Lb Rb Ls Rs", "L R C Lb Rb Ls Rs",
-      "L R | C | Lb Rb | Ls Rs"}},
+      "L | R | C | Lb | Rb | Ls | Rs"}},
     {"7.1",
      {"L R | C | LFE | Lb Rb | Ls Rs", "L R C | LFE | Lb Rb Ls Rs", "L R C Lb Rb Ls Rs | LFE",
-      "L R C LFE Lb Rb Ls Rs", "L R | C | LFE | Lb Rb | Ls Rs"}},
+      "L R C LFE Lb Rb Ls Rs", "L | R | C | LFE | Lb | Rb | Ls | Rs"}},
 };
 
-TEST(LinkStyles, GiveEveryFormatAMapThatItHolds) {
+TEST(LinkStyles, GiveEveryFormatAMapThatItHoldsUnlessNothingIsLinked) {
   ASSERT_EQ(stem_formats().size(), std::size(kTable));
   for (const Row& row : kTable) {
     const ChannelLayout layout = layout_of(row.format);
     for (std::size_t style = 0; style < std::size(kStyles); ++style) {
       const LinkMap map = link_map(layout, kStyles[style]);
       EXPECT_EQ(text_of(map, layout), row.maps[style]) << row.format;
-      EXPECT_LT(std::ranges::max(map), layout.format->groups) << row.format;
+      const int groups =
+          kStyles[style] == LinkStyle::kNone ? layout.format->channels : layout.format->groups;
+      EXPECT_LE(count_groups(map), groups) << row.format;
     }
   }
 }
@@ -81,22 +84,13 @@ TEST(LinkStyles, FrontCentrePairIsAPairOfTheFront) {
   EXPECT_EQ(link_map(wide, LinkStyle::kFilm), (LinkMap{0, 0, 0, 0, 1, 1}));
 }
 
-TEST(LinkStyles, RefuseALayoutThatNeedsMoreGroups) {
-  const ChannelLayout odd{find_stem_format("Quad"), {"L", "C", "LFE", "Cs"}};
-  EXPECT_EQ(refusal([&] { link_map(odd, LinkStyle::kFilm); }),
-            "Quad holds at most 2 groups, the map has 3");
-  EXPECT_EQ(refusal([&] { link_map(odd, LinkStyle::kNone); }),
-            "Quad holds at most 2 groups, the map has 4");
-}
-
-// Calls `use` with every map of `channels` channels and up to `groups` groups.
+// Calls `use` with every map of `channels` channels.
 template <typename Use>
-void for_every_map(int channels, int groups, Use use, LinkMap map = {}, int channel = 0,
-                   int used = 0) {
+void for_every_map(int channels, Use use, LinkMap map = {}, int channel = 0, int used = 0) {
   if (channel == channels) return use(map);
-  for (int group = 0; group < std::min(used + 1, groups); ++group) {
+  for (int group = 0; group <= used; ++group) {
     map[static_cast<std::size_t>(channel)] = group;
-    for_every_map(channels, groups, use, map, channel + 1, std::max(used, group + 1));
+    for_every_map(channels, use, map, channel + 1, std::max(used, group + 1));
   }
 }
 
@@ -104,7 +98,7 @@ TEST(LinkMapText, GivesEveryMapOfEveryFormatBack) {
   for (const StemFormat& format : stem_formats()) {
     for (const ChannelOrder order : {ChannelOrder::kWav, ChannelOrder::kFilm}) {
       const ChannelLayout layout = default_layout(format, order);
-      for_every_map(format.channels, format.groups, [&](const LinkMap& map) {
+      for_every_map(format.channels, [&](const LinkMap& map) {
         EXPECT_EQ(parse_link_map(text_of(map, layout), layout), map) << text_of(map, layout);
       });
     }
@@ -122,15 +116,21 @@ TEST(ParsedLinkMap, BlanksAroundLabelsAndBarsAreFree) {
   EXPECT_EQ(parse_link_map("  L \t R|C ", layout_of("LCR")), (LinkMap{0, 0, 1}));
 }
 
-TEST(ParsedLinkMap, MayHoldAsManyGroupsAsTheFormat) {
-  EXPECT_EQ(parse_link_map("L | R | C LFE | Ls Rs", layout_of("5.1")), (LinkMap{0, 1, 2, 2, 3, 3}));
+TEST(ParsedLinkMap, MayHoldMoreGroupsThanTheFormat) {
+  EXPECT_EQ(parse_link_map("L | R | C | LFE | Ls Rs", layout_of("5.1")),
+            (LinkMap{0, 1, 2, 3, 4, 4}));
+}
+
+TEST(RestrictedLinkMap, NumbersTheGroupsThatAreLeft) {
+  const std::size_t channels[] = {1, 3, 4};
+  EXPECT_EQ(restricted({0, 1, 0, 2, 1, 3}, channels), (LinkMap{0, 1, 0}));
+  EXPECT_EQ(count_groups({0, 1, 0, 2, 1, 3}), 4);
 }
 
 TEST(ParsedLinkMap, RefusesWhatIsNoMapOfTheLayout) {
   const auto refused = [](const char* format, const char* map) {
     return refusal([&] { parse_link_map(map, layout_of(format)); });
   };
-  EXPECT_EQ(refused("5.1", "L | R | C | LFE | Ls Rs"), "5.1 holds at most 4 groups, the map has 5");
   EXPECT_EQ(refused("Stereo", "L X"), "the map names X, the channels are L R");
   EXPECT_EQ(refused("Stereo", "l r"), "the map names l, the channels are L R");
   EXPECT_EQ(refused("Stereo", "L R L"), "the map names L twice");

@@ -116,9 +116,9 @@ TEST(StripRefusal, NamesTheInputMeterGain) {
 
 TEST(StripRefusal, NamesTheLinkMap) {
   EXPECT_EQ(refused([](StripSettings& s) {
-              s.link = {{"Stereo", "L | R"}};
+              s.link = {{"Stereo", "L | C"}};
             }),
-            "link: Stereo holds at most 1 group, the map has 2");
+            "link: the map names C, the channels are L R");
   EXPECT_EQ(refused([](StripSettings& s) {
               s.link = {{"5.3", "L R"}};
             }),

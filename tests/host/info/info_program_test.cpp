@@ -18,7 +18,7 @@ TEST_F(Info, ShowsOneFormat) {
   EXPECT_EQ(result.exit_status, 0);
   EXPECT_EQ(result.output, "");
   EXPECT_EQ(result.printed,
-            "LCRS: 4 channels, 3 link groups at most, AlgEntry_16_Stem_LCRS\n"
+            "LCRS: 4 channels, 3 link groups in a strip, AlgEntry_16_Stem_LCRS\n"
             "\n"
             "order wav     L R C S\n"
             "order film    L C R S\n"
@@ -28,7 +28,7 @@ TEST_F(Info, ShowsOneFormat) {
             "link film     L R C | S\n"
             "link music    L R C S\n"
             "link all      L R C S\n"
-            "link none     L R | C | S\n");
+            "link none     L | R | C | S\n");
 }
 
 TEST_F(Info, ShowsTheLibraryAndEveryFormat) {

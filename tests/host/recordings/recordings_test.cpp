@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "../support/channels.h"
 #include "recordings.h"
 #include "through_strip.h"
 
@@ -130,18 +131,20 @@ TEST_P(EveryPreset, GivesEveryChannelWhatAloneItWouldGet) {
   }
 }
 
-// A pair that isn't linked with the centre doesn't hear it.
-TEST_P(EveryPreset, KeepsGroupsApart) {
-  const TestAudio voice = recordings().front();
-  const Processed alone = through_strip(settings, voice);
-  host::StripSettings apart = settings;
-  apart.link = {{"LCR", "L R | C"}};
-  TestAudio trio = in_every_channel(voice, 3);
-  for (std::size_t i = 2; i < trio.floats.size(); i += 3) trio.floats[i] = i % 2 ? 0.9f : -0.9f;
-  const Processed processed = through_strip(apart, trio);
-  std::vector<float> left;
-  for (std::size_t i = 0; i < processed.audio.size(); i += 3) left.push_back(processed.audio[i]);
-  EXPECT_EQ(left, alone.audio);
+// A channel that isn't linked hears no other.
+TEST_P(EveryPreset, GivesEveryUnlinkedChannelWhatAloneItWouldGet) {
+  host::StripSettings unlinked = settings;
+  unlinked.link.clear();
+  unlinked.link_style = host::LinkStyle::kNone;
+  for (const TestAudio& recording : {drums(), surround_speech()}) {
+    const auto width = static_cast<std::size_t>(recording.channels);
+    const Processed all = through_strip(unlinked, recording);
+    for (std::size_t c = 0; c < width; ++c) {
+      const TestAudio mono{.sample_rate = recording.sample_rate,
+                           .floats = channel(recording.floats, width, c)};
+      EXPECT_EQ(channel(all.audio, width, c), through_strip(settings, mono).audio) << c;
+    }
+  }
 }
 
 struct Work {

@@ -32,7 +32,7 @@ inline Processed through_strip(
     const std::function<std::size_t()>& next_cut = [] { return std::size_t{4096}; },
     std::span<const float> key = {}) {
   static const host::Library library(CHANNELSTRIP_LIBRARY);
-  host::StripStream stream(library.entry_point(*layout.format), *layout.format,
+  host::StripStream stream(library, *layout.format,
                            host::design_strip(settings, input.sample_rate, layout));
   Processed result;
   for (std::span<const float> rest(input.floats); !rest.empty();) {

@@ -54,8 +54,7 @@ TEST(ReductionTrack, FollowsTheAttackOfAConstantLevel) {
   StripSettings settings;
   settings.compressor = {.threshold = -20, .ratio = 4, .knee = 0, .attack = 20};
   settings.detector.time = 10000;
-  StripStream strip(library.entry_point(mono), mono,
-                    design_strip(settings, 48000, layout_of("Mono")));
+  StripStream strip(library, mono, design_strip(settings, 48000, layout_of("Mono")));
   ReductionTrack track(1000);
   strip.observe([&](const MeterReading& period) { track.add(period.channel_gain[0]); });
   std::vector<float> output;
