@@ -35,11 +35,12 @@ inline std::uint32_t hashed(std::uint32_t count) {
 }
 
 // In (-1, 1) steps: one half of the hash less the other, a mean of 0 to the bit.
-inline double triangular(std::uint32_t count) {
+template <typename Real>
+Real triangular(std::uint32_t count) {
   const std::uint32_t bits = hashed(count);
   const auto difference =
       static_cast<std::int32_t>(bits >> 16) - static_cast<std::int32_t>(bits & 0xFFFFu);
-  return difference * 0x1p-16;
+  return static_cast<Real>(difference) * Real(0x1p-16);
 }
 
 }  // namespace channelstrip::host

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <type_traits>
 
 namespace channelstrip::host {
 namespace {
@@ -11,39 +12,49 @@ namespace {
 // from doing several samples at once: no branch, call or reduction of wider type.
 constexpr std::size_t kPiece = 1024;
 
-// Adding it leaves a double no room for fractions: it is rounded to the nearest integer, ties to
-// even. For |x| < 2^51.
-constexpr double kNoFractions = 0x1.8p52;
+// Adding it leaves no room for fractions: what is added is rounded to the nearest integer, ties to
+// even. For |x| < a third of it.
+template <typename Real>
+constexpr Real kNoFractions = std::is_same_v<Real, float> ? 0x1.8p23 : 0x1.8p52;
 
-double rounded(double x) {
-  return (x + kNoFractions) - kNoFractions;
+template <typename Real>
+Real rounded(Real x) {
+  return (x + kNoFractions<Real>)-kNoFractions<Real>;
 }
 
-// As std::clamp, for arguments that may not be a number: the comparisons are false then.
-double clamped(double x, double low, double high) {
+// As std::clamp; what isn't a number stays none.
+template <typename Real>
+Real clamped(Real x, Real low, Real high) {
   x = x < low ? low : x;
   return x > high ? high : x;
 }
 
-template <Dither dither>
+// Float, of which twice as many fit a register, holds everything exactly up to 16 bits but the sum
+// of fraction and dither, which it rounds by 2^-24 of a step.
+template <typename Real, Dither dither>
 int quantise(std::span<const float> samples, int bits, std::uint32_t count,
              std::span<std::int32_t> integers) {
-  const double full_scale = std::ldexp(1.0, bits - 1);
-  const double top_bits = std::ldexp(1.0, 32 - bits);
+  const Real full_scale = std::ldexp(Real(1), bits - 1);
+  const Real top_bits = std::ldexp(Real(1), 32 - bits);
   int above = 0;
   for (std::size_t i = 0; i < samples.size(); ++i) {
-    double x = static_cast<double>(samples[i]) * full_scale;
+    Real x = clamped(static_cast<Real>(samples[i]) * full_scale, -2 * full_scale, 2 * full_scale);
     x = x == x ? x : 0;
-    x = clamped(x, -2 * full_scale, 2 * full_scale);
-    above += std::abs(rounded(x)) > full_scale ? 1 : 0;
+    Real step = rounded(x);
+    above += std::abs(step) > full_scale ? 1 : 0;
     if constexpr (dither == Dither::kTriangular) {
-      const double noise = triangular(count + static_cast<std::uint32_t>(i));
-      x += x == 0 ? 0 : noise;
+      const Real noise = triangular<Real>(count++);
+      step += x == 0 ? 0 : rounded(x - step + noise);
     }
-    integers[i] =
-        static_cast<std::int32_t>(clamped(rounded(x), -full_scale, full_scale - 1) * top_bits);
+    integers[i] = static_cast<std::int32_t>(clamped(step, -full_scale, full_scale - 1) * top_bits);
   }
   return above;
+}
+
+template <typename Real>
+auto quantiser(Dither dither) {
+  return dither == Dither::kTriangular ? quantise<Real, Dither::kTriangular>
+                                       : quantise<Real, Dither::kNone>;
 }
 
 }  // namespace
@@ -55,8 +66,8 @@ Dither usual_dither(const AudioFormat& format) {
 
 long long to_pcm(std::span<const float> samples, int bits, Dither dither, std::uint32_t count,
                  std::span<std::int32_t> integers) {
-  const auto run = dither == Dither::kTriangular && bits < 32 ? quantise<Dither::kTriangular>
-                                                              : quantise<Dither::kNone>;
+  if (bits == 32) dither = Dither::kNone;
+  const auto run = bits <= 16 ? quantiser<float>(dither) : quantiser<double>(dither);
   long long above = 0;
   for (std::size_t i = 0; i < samples.size(); i += kPiece) {
     const std::size_t size = std::min(kPiece, samples.size() - i);
