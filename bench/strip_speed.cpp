@@ -5,15 +5,15 @@
 //   strip_speed LIBRARY [--filter WORD]... [--turns N] [--json FILE]
 
 #include <fmt/format.h>
-#include <host/audio/replacement_file.h>
 #include <host/denormals.h>
 #include <host/library.h>
-#include <unistd.h>
+#include <host/text_output.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <exception>
 #include <optional>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -113,23 +113,17 @@ std::vector<Row> measure(std::vector<Contest> all, int turns) {
   return rows;
 }
 
-void save(host::ReplacementFile& file, const std::string& text) {
-  if (write(file.descriptor(), text.data(), text.size()) != static_cast<ssize_t>(text.size())) {
-    throw std::runtime_error("the JSON file can't be written");
-  }
-  file.commit();
-}
-
 int run(int argc, char** argv) {
   CLI::App program("Times the library against plain loops", "strip_speed");
-  std::string path, json_path;
+  std::string path;
+  std::optional<std::string> json;
   std::vector<std::string> filters;
   int turns = 200;
   program.add_option("LIBRARY", path, "path of libChannelStrip.so")->required();
   program.add_option("--filter", filters, "only rows that have this word; may be repeated")
       ->allow_extra_args(false);
   program.add_option("--turns", turns, "turns per row")->check(CLI::Range(1, 1000000));
-  program.add_option("--json", json_path, "also write the figures to this file");
+  program.add_option("--json", json, "also write the figures to this file");
   try {
     program.parse(argc, argv);
   } catch (const CLI::Success& help) {
@@ -137,12 +131,15 @@ int run(int argc, char** argv) {
   }
 
   const host::Library library(path);
-  std::optional<host::ReplacementFile> json;
-  if (!json_path.empty()) json.emplace(json_path);
+  std::optional<host::TextOutput> file;
+  if (json) file.emplace(json, std::span<const std::string>{});
   const Report report{
       .library = path, .turns = turns, .rows = measure(contests(library, filters), turns)};
   fmt::print("{}", as_table(report));
-  if (json) save(*json, as_json(report));
+  if (file) {
+    file->write(as_json(report));
+    file->commit();
+  }
   return 0;
 }
 

@@ -5,12 +5,12 @@
 
 #include <bench/turns.h>
 #include <fmt/format.h>
-#include <host/audio/replacement_file.h>
-#include <unistd.h>
+#include <host/text_output.h>
 
 #include <CLI/CLI.hpp>
 #include <exception>
-#include <stdexcept>
+#include <optional>
+#include <span>
 #include <string>
 
 #include "comparison.h"
@@ -19,17 +19,10 @@
 namespace channelstrip::bench {
 namespace {
 
-void save(const std::string& path, const std::string& text) {
-  host::ReplacementFile file(path);
-  if (write(file.descriptor(), text.data(), text.size()) != static_cast<ssize_t>(text.size())) {
-    throw std::runtime_error(path + ": can't be written");
-  }
-  file.commit();
-}
-
 int run(int argc, char** argv) {
   CLI::App program("Times ChannelStrip's full strip against chains of LV2 plugins", "peers");
-  std::string library, json;
+  std::string library;
+  std::optional<std::string> json;
   program.add_option("LIBRARY", library, "path of libChannelStrip.so")->required();
   program.add_option("--json", json, "also write the figures to this file");
   try {
@@ -37,12 +30,16 @@ int run(int argc, char** argv) {
   } catch (const CLI::Success& help) {
     return program.exit(help);
   }
-  if (!json.empty()) host::ReplacementFile refuses_at_once(json);
+  std::optional<host::TextOutput> file;
+  if (json) file.emplace(json, std::span<const std::string>{});
 
   stay_on_this_processor();
   const std::vector<Subject> subjects = Comparison(library).run();
   fmt::print("{}", as_table(subjects));
-  if (!json.empty()) save(json, as_json(subjects));
+  if (file) {
+    file->write(as_json(subjects));
+    file->commit();
+  }
   return 0;
 }
 
