@@ -122,7 +122,12 @@ inline constexpr std::string_view kAboutChanges = R"(
 
 A change holds until another one sets the same key. The tables may stand in any order; no two may
 have the same time. `eq.2` is the second `[[eq]]` table of the file. Bands, makeup and ranges glide
-to their new values with the time of `glide`; everything else takes effect at once.
+to their new values with the time of `glide`; everything else takes effect at once. Changes lie on a
+grid of 64 samples.
+
+A band glides on a straight line between its coefficients, which isn't one between the frequencies:
+over an octave the response on the way swells by half a decibel at most, over three a high pass swells
+by 2 dB. Moves over several octaves are best made in several changes of an octave each.
 
 What would move filters instead of gliding them can't change in time: the number of bands and
 whether there is a key filter, and of a band )";
