@@ -51,7 +51,7 @@ double to_samples(double milliseconds, double sample_rate) {
 
 Curve compressor_curve(const CompressorSettings& settings) {
   require(settings.ratio >= 1, "ratio", settings.ratio, "",
-          "1 or more: a compressor never makes louder what is above its threshold");
+          fmt::format("1 or more: {}", kNeverLouder));
   return curve(1 / settings.ratio - 1, settings.threshold, settings.knee, 1);
 }
 

@@ -8,6 +8,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace channelstrip::host {
@@ -43,6 +44,10 @@ struct BandSettings {
   int slope = 12;  // of passes, dB per octave: 6, 12 ... 96; all but 12 are Butterworth's. A band
                    // takes one of a strip's eight sections for each 12 dB, or part of them
 };
+
+// Why a ratio lies at 1 or above, in the words of every refusal.
+inline constexpr std::string_view kNeverLouder =
+    "a compressor never makes louder what is above its threshold";
 
 struct CompressorSettings {
   double threshold = -20;    // dB

@@ -20,9 +20,10 @@ enum class Kind { kNumber, kWord, kSwitch };
 
 struct Range {
   std::string_view unit;
-  double minimum, maximum;  // the maximum may be infinity
-  bool or_zero = false;     // 0 is allowed besides
-  double step = 0;          // values are multiples of it; 0: any
+  double minimum, maximum;       // the maximum may be infinity
+  bool or_zero = false;          // 0 is allowed besides
+  double step = 0;               // values are multiples of it; 0: any
+  std::string_view reason = {};  // why no other value makes sense, where that isn't plain
 
   bool contains(double value) const;
 };

@@ -38,7 +38,7 @@ inline constexpr Key<StripSettings> kCompressorKeys[] = {
     {.name = "ratio",
      .meaning = "dB in per dB out above the threshold; inf limits",
      .access = kMember<kCompressor, &CompressorSettings::ratio>,
-     .range = {"", 1, kInfinity}},
+     .range = {.unit = "", .minimum = 1, .maximum = kInfinity, .reason = kNeverLouder}},
     {.name = "knee",
      .meaning = "width of the bend centred on the threshold; 0 is hard",
      .access = kMember<kCompressor, &CompressorSettings::knee>,

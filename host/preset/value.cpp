@@ -42,7 +42,8 @@ double number_of(const toml::node& node) {
 double number_of(const toml::node& node, const Range& range) {
   const double value = number_of(node);
   if (!range.contains(value)) {
-    refuse(fmt::format("must be {}{}{}", limits(range), range.unit.empty() ? "" : " ", range.unit));
+    refuse(fmt::format("must be {}{}{}{}{}", limits(range), range.unit.empty() ? "" : " ",
+                       range.unit, range.reason.empty() ? "" : ": ", range.reason));
   }
   return value;
 }

@@ -113,7 +113,9 @@ TEST(Automation, RefusalsNameFileLineColumnAndKey) {
       {"[[at]]\ntime = 3\n[[at]]\ntime = 3.0\n", "4:8: at.time: another change is at 3 s"},
       {"[[at]]\ntime = 3\nname = \"x\"\n", "3:1: at.name: stands at the top of the preset alone"},
       {"[[at]]\ntime = 3\nglide = -1\n", "3:9: at.glide: must be 0 to 10000 ms"},
-      {"[[at]]\ntime = 3\ncompressor.ratio = 0\n", "3:20: at.compressor.ratio: must be 1 or more"},
+      {"[[at]]\ntime = 3\ncompressor.ratio = 0\n",
+       "3:20: at.compressor.ratio: must be 1 or more: a compressor never makes louder what is "
+       "above its threshold"},
       {"[[at]]\ntime = 3\n[[at.at]]\n", "3:6: at.at: stands in a preset alone, [[at]]"},
       {"[[at]]\ntime = 3\n[[at.eq]]\n", "3:1: at.eq: must be a table, eq.1.KEY"},
       {"[[eq]]\n[[at]]\ntime = 3\neq.2.gain = 1\n",

@@ -97,8 +97,12 @@ TEST(PresetRefusal, ValueOfAnotherTypeIsRefused) {
 
 TEST(PresetRefusal, ValueOutsideItsRangeIsRefused) {
   expect_refusals({
-      {"[compressor]\nratio = 0.5\n", "2:9: compressor.ratio: must be 1 or more"},
-      {"[compressor]\nratio = nan\n", "2:9: compressor.ratio: must be 1 or more"},
+      {"[compressor]\nratio = 0.5\n",
+       "2:9: compressor.ratio: must be 1 or more: a compressor never makes louder what is above "
+       "its threshold"},
+      {"[compressor]\nratio = nan\n",
+       "2:9: compressor.ratio: must be 1 or more: a compressor never makes louder what is above "
+       "its threshold"},
       {"[compressor]\nattack = inf\n", "2:10: compressor.attack: must be 0 to 10000 ms"},
       {"[compressor]\nknee = 0.05\n", "2:8: compressor.knee: must be 0 or 0.1 to 60 dB"},
       {"[expander]\nratio = inf\n", "2:9: expander.ratio: must be 1 to 100"},
