@@ -29,14 +29,4 @@ namespace channelstrip::host {
 // A bandwidth "BW Oct 0.5" is that of the analog prototype, as no sample rate is known here.
 BandSettings parse_filter(std::string_view definition);
 
-// The gain in dB of "-6.0 dB". Throws as parse_filter does.
-double parse_decibels(std::string_view text);
-
-// Q of an analog band pass whose edges, 3 dB below its peak, lie `octaves` apart; above 0.
-double q_of_bandwidth(double octaves);
-
-// The midpoint of an analog shelf of `gain` dB and slope S whose plateau's asymptote ends at
-// `corner` Hz: |gain| / 2 lies between them, at S times 12 dB per octave (40 per decade).
-double shelf_midpoint(BandType shelf, double corner, double gain, double slope);
-
 }  // namespace channelstrip::host

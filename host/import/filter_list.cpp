@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "filter_line.h"
+#include "number_text.h"
 #include "text_file.h"
 
 namespace channelstrip::host {

@@ -7,6 +7,8 @@
 #include <string>
 
 #include "host/design/band.h"
+#include "host/import/analog_band.h"
+#include "host/import/number_text.h"
 
 namespace channelstrip::test {
 namespace {
