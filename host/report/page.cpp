@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "../design/dynamics.h"
+#include "../duration.h"
 #include "../pictures/xml.h"
 #include "html.h"
 #include "page_parts.h"

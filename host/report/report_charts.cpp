@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "../design/dynamics.h"
+#include "../duration.h"
 #include "../strip_stream.h"
 #include "words.h"
 

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "../duration.h"
 #include "html.h"
 #include "page_parts.h"
 #include "settings_tables.h"
-#include "words.h"
 
 namespace channelstrip::host {
 namespace {
