@@ -6,6 +6,7 @@
 #include "legend.h"
 #include "plot_elements.h"
 #include "svg_element.h"
+#include "text_rows.h"
 #include "xml.h"
 
 namespace channelstrip::host {
@@ -17,8 +18,12 @@ constexpr double kTitle = 30, kGap = 8;
 constexpr double kLabel = 20;       // an axis' label
 constexpr double kTickLabels = 28;  // below the plot
 
-std::string title(std::string_view content) {
-  return text(kGap, 20, Anchor::kStart, content, " class=\"title\"");
+constexpr double kTitleCharacter = 10.5;  // px, likewise of a title
+constexpr double kTitleRow = 22;          // px from one of its rows to the next
+constexpr double kNoteRow = 20;           // px high
+
+std::string title(std::string_view content, double top = 0) {
+  return text(kGap, top + 20, Anchor::kStart, content, " class=\"title\"");
 }
 
 std::string paper(Size size) {
@@ -52,6 +57,29 @@ std::string content(const Chart& chart, Size size) {
   return elements + draw_marks(chart, plot);
 }
 
+int characters(double width, double character) {
+  return static_cast<int>((width - 2 * kGap) / character);
+}
+
+struct Heading {
+  std::string elements;
+  double height = 0;  // px
+};
+
+Heading heading_of(std::string_view heading, std::string_view note, double width) {
+  Heading result;
+  for (const std::string_view row : text_rows(heading, characters(width, kTitleCharacter))) {
+    if (result.height > 0) result.height -= kTitle - kTitleRow;
+    result.elements += title(row, result.height);
+    result.height += kTitle;
+  }
+  for (const std::string_view row : text_rows(note, characters(width, kCharacter))) {
+    result.elements += text(kGap, result.height + kNoteRow - 6, Anchor::kStart, row);
+    result.height += kNoteRow;
+  }
+  return result;
+}
+
 }  // namespace
 
 std::string svg(const Chart& chart, Size size) {
@@ -60,9 +88,11 @@ std::string svg(const Chart& chart, Size size) {
       box(size), content(chart, size));
 }
 
-std::string svg_file(std::string_view heading, std::span<const Chart> charts, Size size) {
+std::string svg_file(std::string_view heading, std::span<const Chart> charts, Size size,
+                     std::string_view note) {
+  const Heading head = heading_of(heading, note, size.width);
   std::string groups;
-  double top = heading.empty() ? 0 : kTitle;
+  double top = head.height;
   for (const Chart& chart : charts) {
     Size grown = size;
     grown.height += std::max(0, legend_of(chart, size.width).rows - 1) * kLegendRow;
@@ -76,8 +106,7 @@ std::string svg_file(std::string_view heading, std::span<const Chart> charts, Si
       "<svg xmlns=\"http://www.w3.org/2000/svg\" class=\"chart\" width=\"{}\" height=\"{}\" {}>\n",
       coordinate(all.width), coordinate(all.height), box(all));
   file += fmt::format("<title>{}</title>\n<style>\n{}</style>\n", escape_xml(heading), chart_css());
-  file += paper(all) + (heading.empty() ? "" : title(heading));
-  return file + groups + "</svg>\n";
+  return file + paper(all) + head.elements + groups + "</svg>\n";
 }
 
 }  // namespace channelstrip::host
