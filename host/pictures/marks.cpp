@@ -5,10 +5,11 @@
 #include <cmath>
 #include <iterator>
 #include <limits>
-#include <optional>
+#include <vector>
 
 #include "plot_elements.h"
 #include "svg_element.h"
+#include "xml.h"
 
 namespace channelstrip::host {
 namespace {
@@ -53,34 +54,68 @@ std::string level(const Mark& mark, const Plot& plot) {
               " class=\"halo\"");
 }
 
-// Its name runs upwards, left of it unless that is where the mark before it stands, and at the end
-// where the lines leave more room.
-std::string upright(const Mark& mark, const Plot& plot, std::optional<double> previous,
-                    bool at_top) {
-  const Rectangle& area = plot.area();
-  const double at = plot.x(mark.at);
-  const bool taken = previous && at >= *previous && at - *previous < kUpright;
-  const double baseline = at - area.left > kUpright && !taken ? at - 5 : at + 15;
-  return line_between({at, area.top}, {at, area.bottom}) +
-         text(0, 0, at_top ? Anchor::kEnd : Anchor::kStart, mark.label,
-              fmt::format(" class=\"halo\" transform=\"translate({} {}) rotate(-90)\"",
-                          coordinate(baseline),
-                          coordinate(at_top ? area.top + 6 : area.bottom - 6)));
+bool overlap(const Rectangle& a, const Rectangle& b) {
+  return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
 }
+
+// The upright marks of a plot. Their names run upwards beside their lines, where they cover neither
+// each other nor a line before; a name that has no such place is left out.
+class Uprights {
+ public:
+  Uprights(const Chart& chart, const Plot& plot) : chart_(chart), plot_(plot) {}
+
+  std::string draw(const Mark& mark) {
+    const Rectangle& area = plot_.area();
+    const double at = plot_.x(mark.at);
+    if (!(area.left <= at && at <= area.right)) return "";
+    const bool taken = at >= previous_ && at - previous_ < kUpright;
+    previous_ = at;
+    return line_between({at, area.top}, {at, area.bottom}) +
+           name(mark, at, at - area.left > kUpright && !taken);
+  }
+
+ private:
+  // At the end where the series leave more room if possible, on the left only if there is room.
+  std::string name(const Mark& mark, double at, bool room_on_left) {
+    const Rectangle& area = plot_.area();
+    const double length = kCharacter * host::length(mark.label);
+    const bool top_first = room_at_top(chart_, plot_, mark.at);
+    for (const bool at_top : {top_first, !top_first}) {
+      for (const bool left : {true, false}) {
+        if (left && !room_on_left) continue;
+        const double edge = left ? at - kUpright : at;
+        const Rectangle place{edge, at_top ? area.top : area.bottom - length, edge + kUpright,
+                              at_top ? area.top + length : area.bottom};
+        const auto covered = [&](const Rectangle& other) { return overlap(place, other); };
+        if (std::ranges::any_of(names_, covered)) continue;
+        names_.push_back(place);
+        return upright(mark.label, left ? at - 5 : at + 15, at_top);
+      }
+    }
+    return "";
+  }
+
+  std::string upright(std::string_view label, double baseline, bool at_top) const {
+    const Rectangle& area = plot_.area();
+    return text(
+        0, 0, at_top ? Anchor::kEnd : Anchor::kStart, label,
+        fmt::format(" class=\"halo\" transform=\"translate({} {}) rotate(-90)\"",
+                    coordinate(baseline), coordinate(at_top ? area.top + 6 : area.bottom - 6)));
+  }
+
+  const Chart& chart_;
+  const Plot& plot_;
+  double previous_ = -std::numeric_limits<double>::infinity();  // px, the mark before
+  std::vector<Rectangle> names_;
+};
 
 }  // namespace
 
 std::string draw_marks(const Chart& chart, const Plot& plot) {
   std::string elements;
-  std::optional<double> previous;  // px
+  Uprights uprights(chart, plot);
   for (const Mark& mark : chart.marks) {
-    if (mark.axis == Mark::Axis::kY) {
-      elements += level(mark, plot);
-    } else if (const double at = plot.x(mark.at);
-               plot.area().left <= at && at <= plot.area().right) {
-      elements += upright(mark, plot, previous, room_at_top(chart, plot, mark.at));
-      previous = at;
-    }
+    elements += mark.axis == Mark::Axis::kY ? level(mark, plot) : uprights.draw(mark);
   }
   return elements;
 }

@@ -16,7 +16,8 @@ std::string draw_axes(const Chart& chart, const Plot& plot);
 // std::invalid_argument for a `lower` of another length than the points.
 std::string draw_series(const Series& series, const Plot& plot);
 
-// The marks within the plot, their names where the series leave most room.
+// The marks within the plot, their names where the series leave most room and none covers another;
+// where there is no such place a mark has no name.
 std::string draw_marks(const Chart& chart, const Plot& plot);
 
 }  // namespace channelstrip::host
