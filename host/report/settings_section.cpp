@@ -25,11 +25,11 @@ std::vector<HtmlTable> changed(const StripSettings& before, const StripSettings&
   return tables;
 }
 
-// Tables of bands over the whole width, below them the others side by side.
+// Tables of bands over the whole width, below them the others in columns.
 std::string settings_markup(const std::vector<HtmlTable>& tables) {
   std::string bands, others;
   for (const HtmlTable& table : tables) (table.columns.size() > 3 ? bands : others) += html(table);
-  return bands + "<div class=\"charts\">\n" + others + "</div>\n";
+  return bands + "<div class=\"tables\">\n" + others + "</div>\n";
 }
 
 }  // namespace

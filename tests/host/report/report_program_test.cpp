@@ -92,6 +92,28 @@ TEST_F(ReportProgram, CountsSamplesAtFullScale) {
             "<dt>Samples at full scale</dt><dd>3 → ");
 }
 
+TEST_F(ReportProgram, TimeHasItsUnit) {
+  expect_in(page_of(tone("in.wav")), ">Time (s)</text>");
+  const std::vector<float> minute = sine(0.5, 100, 1000, 60000);
+  expect_in(page_of(write("long.wav", minute, SF_FORMAT_FLOAT, 1, 1000)), ">Time (min:s)</text>");
+}
+
+TEST_F(ReportProgram, TellsWhatChangesAndWhen) {
+  const std::string input = tone("in.wav");
+  const std::string preset = folder.write(
+      "ride.toml", std::string(kPreset) + "[[at]]\ntime = 1.5\ncompressor.threshold = -30\n");
+  render(input, output, preset);
+  ASSERT_EQ(run({"report", input, output, "--preset", preset, "-o", page}).output, "");
+  const std::string html = contents(page);
+  const std::size_t change = html.find("<h3>From 1.500 s on</h3>");
+  ASSERT_NE(change, std::string::npos);
+  const std::string row = "<tr><th scope=\"row\">threshold</th><td>";
+  EXPECT_LT(html.find(row + "-20 dB</td>"), change);
+  EXPECT_EQ(html.find(row, change), html.find(row + "-30 dB</td>"));
+  EXPECT_EQ(html.find(">ratio<", change), std::string::npos);
+  expect_in(html, ">settings change</text>");
+}
+
 TEST_F(ReportProgram, IsTheSamePageEachTime) {
   const std::string input = tone("in.wav");
   const std::string first = page_of(input);
