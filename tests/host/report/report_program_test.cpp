@@ -114,6 +114,20 @@ TEST_F(ReportProgram, TellsWhatChangesAndWhen) {
   expect_in(html, ">settings change</text>");
 }
 
+// Linked in the beginning, the group's reduction is that of its loudest channel from then on.
+TEST_F(ReportProgram, GroupsThatAreSplitShowTheirDeepestReduction) {
+  std::vector<float> surrounds(48000 * 6);
+  for (std::size_t i = 0; i < surrounds.size(); i += 6) surrounds[i + 5] = i % 4 == 0 ? 1 : -1;
+  const std::string input = write("in.wav", surrounds, SF_FORMAT_FLOAT, 6);
+  const std::string preset = folder.write("split.toml",
+                                          "[compressor]\nthreshold = -20\nratio = inf\nknee = 0\n"
+                                          "[detector]\ntime = 1000\n[link]\nstyle = \"all\"\n"
+                                          "[[at]]\ntime = 0\nlink.style = \"pairs\"\n");
+  render(input, output, preset);
+  ASSERT_EQ(run({"report", input, output, "--preset", preset, "-o", page}).output, "");
+  expect_in(contents(page), "<tr><th scope=\"row\">L R C LFE Ls Rs</th><td>20.0</td>");
+}
+
 TEST_F(ReportProgram, IsTheSamePageEachTime) {
   const std::string input = tone("in.wav");
   const std::string first = page_of(input);
