@@ -48,7 +48,8 @@ th,td{padding:.3rem .9rem .3rem 0;border-bottom:1px solid var(--rule);text-align
 vertical-align:top}
 thead th{color:var(--soft);font-weight:400;font-size:.85rem;vertical-align:bottom}
 tbody th{font-weight:400;white-space:nowrap}
-.numbers td,.tables td:nth-child(2),section>.wide td:not(:nth-child(2)){white-space:nowrap}
+.numbers td,.tables td:nth-child(2),section>.wide td:not(:nth-child(2),:last-child)
+{white-space:nowrap}
 .numbers td,.numbers thead th:not(:first-child){text-align:right;
 padding:.3rem 0 .3rem 1.2rem}
 @media (max-width:30rem){.glance dd{font-size:1.1rem}table{font-size:.85rem}
