@@ -11,6 +11,9 @@ namespace channelstrip::host {
 // std::invalid_argument unless these are above 0.
 double q_of_bandwidth(double octaves);
 
+// S of an analog shelf of `gain` dB that has this Q.
+double slope_of_q(double q, double gain);
+
 // The midpoint of an analog shelf of `gain` dB and slope S whose plateau's asymptote ends at
 // `corner` Hz: |gain| / 2 lies between them, at S times 12 dB per octave (40 per decade).
 double shelf_midpoint(BandType shelf, double corner, double gain, double slope);

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "../design/band.h"
 #include "analog_band.h"
 #include "filter_parameters.h"
 #include "number_text.h"
@@ -24,17 +25,22 @@ struct FilterType {
   BandType band;
   std::optional<double> q = std::nullopt;  // unless given
   bool corner = false;                     // of a shelf: the frequency is not the midpoint
+  int slope = 12;                          // of a pass, dB per octave
 };
+
+constexpr double kButterworth = std::numbers::sqrt2 / 2;
 
 constexpr FilterType kTypes[] = {
     {"PK", BandType::kPeak},
     {"PEQ", BandType::kPeak},
     {"MODAL", BandType::kPeak},
-    {"LP", BandType::kLowPass, std::numbers::sqrt2 / 2},
-    {"LPQ", BandType::kLowPass, std::numbers::sqrt2 / 2},
-    {"HP", BandType::kHighPass, std::numbers::sqrt2 / 2},
-    {"HPQ", BandType::kHighPass, std::numbers::sqrt2 / 2},
-    {"BP", BandType::kBandPass, std::numbers::sqrt2 / 2},
+    {"LP", BandType::kLowPass, kButterworth},
+    {"LPQ", BandType::kLowPass, kButterworth},
+    {"LP1", BandType::kLowPass, kButterworth, false, 6},
+    {"HP", BandType::kHighPass, kButterworth},
+    {"HPQ", BandType::kHighPass, kButterworth},
+    {"HP1", BandType::kHighPass, kButterworth, false, 6},
+    {"BP", BandType::kBandPass, kButterworth},
     {"NO", BandType::kNotch, 30},
     {"AP", BandType::kAllPass},
     {"LS", BandType::kLowShelf, std::nullopt, true},
@@ -48,21 +54,33 @@ constexpr FilterType kTypes[] = {
 constexpr double kShelfSlope = 0.9;  // S of a shelf without slope and Q
 constexpr double kSteepest = 12;     // dB per octave at S = 1
 
-bool is_shelf(BandType type) {
-  return type == BandType::kLowShelf || type == BandType::kHighShelf;
-}
-
 // Six digits are more than any filter is set to, and as many as people read.
 double rounded(double value) {
   return std::strtod(fmt::format("{:.6g}", value).c_str(), nullptr);
 }
 
-void set_shelf(BandSettings& band, const FilterType& type, const FilterParameters& parameters) {
-  if (parameters.q) return;
-  band.shelf_slope = rounded(parameters.slope.value_or(kShelfSlope * kSteepest) / kSteepest);
+void require_parameters(const FilterType& type, const FilterParameters& given) {
+  const bool shelf = type.band == BandType::kLowShelf || type.band == BandType::kHighShelf;
+  const bool by_slope = shelf && !type.name.ends_with('Q');
+  const bool narrowness = given.q || given.bandwidth;
+  if (given.slope && (!by_slope || narrowness)) refuse("a slope besides Q or of no shelf");
+  if (shelf && given.bandwidth) refuse("a shelf has no bandwidth");
+  if (type.slope != 12 && narrowness) refuse("a pass of {} dB per octave has no Q", type.slope);
+  if (!given.frequency) refuse("the frequency is missing");
+  if (uses_gain({.type = type.band}) && !given.gain) refuse("the gain is missing");
+  if (!by_slope && !narrowness && !type.q) refuse("neither Q nor bandwidth");
+}
+
+// A Q beside a bandwidth says the same of the digital filter, whatever its sample rate.
+std::optional<double> q_of(const FilterType& type, const FilterParameters& given) {
+  if (given.q) return given.q;
+  return given.bandwidth ? q_of_bandwidth(*given.bandwidth) : type.q;
+}
+
+// Without a Q the band is a shelf by slope.
+void set_shelf_slope(BandSettings& band, const FilterParameters& given) {
+  band.shelf_slope = rounded(given.slope.value_or(kShelfSlope * kSteepest) / kSteepest);
   if (!(*band.shelf_slope > 0)) refuse("the slope is not above 0");
-  if (!type.corner) return;
-  band.frequency = rounded(shelf_midpoint(band.type, band.frequency, band.gain, *band.shelf_slope));
 }
 
 }  // namespace
@@ -72,21 +90,20 @@ BandSettings parse_filter(std::string_view definition) {
   if (words.empty()) refuse("no filter type");
   const auto type = std::ranges::find(kTypes, words.front(), &FilterType::name);
   if (type == std::end(kTypes)) refuse("a strip has no filter {}", words.front());
-  const bool shelf = is_shelf(type->band);
-  const bool by_slope = shelf && !type->name.ends_with('Q');
-  const bool has_gain = shelf || type->band == BandType::kPeak;
+  const FilterParameters given = read_filter_parameters(std::span(words).subspan(1));
+  require_parameters(*type, given);
 
-  const FilterParameters parameters = read_filter_parameters(std::span(words).subspan(1));
-  if (parameters.slope && (!by_slope || parameters.q)) refuse("a slope besides Q or of no shelf");
-  if (!parameters.frequency) refuse("the frequency is missing");
-  if (has_gain && !parameters.gain) refuse("the gain is missing");
-  if (!by_slope && !parameters.q && !type->q) refuse("neither Q nor bandwidth");
-
-  BandSettings band{.type = type->band};
-  band.frequency = *parameters.frequency;
-  if (has_gain) band.gain = *parameters.gain;
-  if (parameters.q || type->q) band.q = rounded(parameters.q ? *parameters.q : *type->q);
-  if (shelf) set_shelf(band, *type, parameters);
+  BandSettings band{.type = type->band, .frequency = *given.frequency, .slope = type->slope};
+  if (uses_gain(band)) band.gain = *given.gain;
+  if (const auto q = q_of(*type, given)) {
+    band.q = rounded(*q);
+  } else {
+    set_shelf_slope(band, given);
+  }
+  if (type->corner) {
+    const double slope = band.shelf_slope ? *band.shelf_slope : slope_of_q(band.q, band.gain);
+    band.frequency = rounded(shelf_midpoint(band.type, band.frequency, band.gain, slope));
+  }
   return band;
 }
 

@@ -1,8 +1,8 @@
 #include "filter_parameters.h"
 
 #include <string_view>
+#include <utility>
 
-#include "analog_band.h"
 #include "number_text.h"
 #include "refuse.h"
 
@@ -28,21 +28,27 @@ class ParameterReader {
   void read_parameter() {
     const std::string first = words_.front();
     if (skip("FC")) {
-      frequency_ = word("frequency");
+      set(frequency_, "frequency", word("frequency"));
       skip("HZ");
     } else if (skip("GAIN")) {
-      parameters_.gain = number("gain");
+      set(parameters_.gain, "gain", number("gain"));
       skip("DB");
     } else if (skip("Q")) {
-      parameters_.q = number("Q");
+      set(parameters_.q, "Q", number("Q"));
     } else if (skip("BW") && skip("OCT")) {
-      parameters_.q = q_of_bandwidth(number("bandwidth"));
+      set(parameters_.bandwidth, "bandwidth", number("bandwidth"));
     } else if (skip("T60") && skip("TARGET")) {
       number("T60 target");
       skip("MS");
     } else {
       refuse("\"{}\" is not understood", first);
     }
+  }
+
+  template <typename Value>
+  void set(std::optional<Value>& parameter, std::string_view what, Value value) {
+    if (parameter) refuse("the {} stands twice", what);
+    parameter = std::move(value);
   }
 
   bool skip(std::string_view expected) {

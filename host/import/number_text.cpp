@@ -10,6 +10,8 @@
 namespace channelstrip::host {
 namespace {
 
+constexpr std::string_view kMinus = "\u2212";
+
 bool is_digit(char c) {
   return '0' <= c && c <= '9';
 }
@@ -41,6 +43,7 @@ char decimal_separator(std::string_view number) {
 
 double plain_number(std::string_view what, std::string text) {
   std::ranges::replace(text, ',', '.');
+  if (text.starts_with(kMinus)) text.replace(0, kMinus.size(), "-");
   const std::size_t sign = text.starts_with('+') ? 1 : 0;
   double value = 0;
   const auto [end, error] = std::from_chars(text.data() + sign, text.data() + text.size(), value);

@@ -15,8 +15,8 @@ std::vector<std::string> capital_words(std::string_view text);
 // three digits behind a single one.
 char decimal_separator(std::string_view number);
 
-// Without separators of thousands; '.' and ',' are both decimal. Throws std::invalid_argument,
-// naming `what` it is.
+// Without separators of thousands; '.' and ',' are both decimal, U+2212 is a minus too. Throws
+// std::invalid_argument, naming `what` it is.
 double plain_number(std::string_view what, std::string text);
 
 // With separators of thousands, told by the number itself or by `decimal`, the separator that other
