@@ -18,25 +18,17 @@ namespace channelstrip::host {
 //
 //   PK PEQ Modal     peak; Modal is designed from a decay time, written behind it
 //   LP HP LPQ HPQ    passes of 12 dB per octave; Q 0.7071 unless given
+//   LP1 HP1          passes of 6 dB per octave
 //   BP               band pass; Q 0.7071 unless given
 //   NO               notch; Q 30 unless given
 //   AP               all-pass
 //   LS HS            shelves; the frequency is the corner where the shelf's plateau ends, the slope
-//                    0.9 times the steepest without ripple, or as given: "LS 6dB"
+//                    0.9 times the steepest without ripple, or as given: "LS 6dB", or by Q
 //   LSC HSC          the same; the frequency is the midpoint
-//   LSQ HSQ          shelves by Q, as LS, HS, LSC and HSC with a Q: the frequency is the midpoint
+//   LSQ HSQ          shelves by Q; the frequency is the midpoint
 //
-// A bandwidth "BW Oct 0.5" is that of the analog prototype, as no sample rate is known here.
+// A bandwidth "BW Oct 0.5" is that of the analog prototype, as no sample rate is known here; where
+// there is a Q as well, the Q counts.
 BandSettings parse_filter(std::string_view definition);
-
-// The gain in dB of "-6.0 dB". Throws as parse_filter does.
-double parse_decibels(std::string_view text);
-
-// Q of an analog band pass whose edges, 3 dB below its peak, lie `octaves` apart; above 0.
-double q_of_bandwidth(double octaves);
-
-// The midpoint of an analog shelf of `gain` dB and slope S whose plateau's asymptote ends at
-// `corner` Hz: |gain| / 2 lies between them, at S times 12 dB per octave (40 per decade).
-double shelf_midpoint(BandType shelf, double corner, double gain, double slope);
 
 }  // namespace channelstrip::host

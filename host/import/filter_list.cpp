@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "filter_line.h"
+#include "number_text.h"
 #include "text_file.h"
 
 namespace channelstrip::host {
@@ -31,16 +32,23 @@ bool is_digit(char c) {
   return '0' <= c && c <= '9';
 }
 
-// No-break spaces separate thousands in some countries' numbers; elsewhere they are blanks, and so
-// is every control character.
+// What some countries' numbers separate thousands with, and what it is elsewhere in a line.
+constexpr std::pair<std::string_view, std::string_view> kThousands[] = {
+    {"\u00A0", " "},       // no-break space
+    {"\u202F", " "},       // narrow no-break space
+    {"\u2009", " "},       // thin space
+    {"\u2019", "\u2019"},  // apostrophe
+    {"'", "'"}};
+
+// Every control character is a blank.
 std::string plain(std::string text) {
-  for (const std::string_view space : {"\u00A0", "\u202F"}) {
-    for (std::size_t at = 0; (at = text.find(space, at)) != text.npos;) {
-      const std::size_t end = at + space.size();
+  for (const auto& [separator, elsewhere] : kThousands) {
+    for (std::size_t at = 0; (at = text.find(separator, at)) != text.npos;) {
+      const std::size_t end = at + separator.size();
       const bool inside =
           at > 0 && is_digit(text[at - 1]) && end < text.size() && is_digit(text[end]);
-      text.erase(at, space.size());
-      if (!inside) text.insert(at, 1, ' ');
+      text.replace(at, separator.size(), inside ? "" : elsewhere);
+      if (!inside) at += elsewhere.size();
     }
   }
   std::ranges::replace_if(
@@ -71,9 +79,12 @@ constexpr std::pair<std::string_view, std::string_view> kCommands[] = {
     {"COPY", "a strip doesn't mix channels"},
     {"DELAY", "a strip doesn't delay"},
     {"DEVICE", "a preset serves any device; what follows is taken"},
+    {"EVAL", "expressions aren't evaluated"},
     {"GRAPHICEQ", "a curve of many points isn't a band"},
     {"INCLUDE", "other files aren't read; import them by themselves"},
+    {"LOUDNESSCORRECTION", "a strip doesn't follow a volume control"},
     {"STAGE", "a preset has no stages; what follows is taken"},
+    {"VSTPLUGIN", "a strip has no plug-ins"},
 };
 
 class Reader {
@@ -89,14 +100,13 @@ class Reader {
   }
 
  private:
-  bool room_eq_wizard() const { return list_.program == "Room EQ Wizard"; }
-
   void read_line() {
     const std::string_view line = source_.text;
     if (line.empty() || line.starts_with('#')) return;
     if (list_.program.empty()) {
       const bool heading = upper(line).starts_with("FILTER SETTINGS");
       list_.program = heading ? "Room EQ Wizard" : "Equalizer APO";
+      in_headings_ = heading;
       if (heading) return;
     }
     const std::size_t colon = std::min(line.find(':'), line.size());
@@ -104,8 +114,9 @@ class Reader {
     const std::string_view value =
         colon < line.size() ? trimmed(line.substr(colon + 1)) : std::string_view();
     if (is_filter(key) && colon < line.size()) {
+      in_headings_ = false;
       read_filter(value);
-    } else if (!room_eq_wizard()) {
+    } else if (!in_headings_ || key == "PREAMP") {
       read_command(key, value);
     }
   }
@@ -116,7 +127,7 @@ class Reader {
       list_.off.push_back(source_);
     } else if (state != "ON") {
       leave_out("neither ON nor OFF");
-    } else if (upper(value) != "NONE" && !value.empty() && counts()) {
+    } else if (upper(value) != "NONE" && counts()) {
       try {
         list_.bands.push_back({source_, parse_filter(value)});
       } catch (const std::invalid_argument& error) {
@@ -166,6 +177,7 @@ class Reader {
   SourceLine source_;
   std::string channel_;  // empty: all
   int conditions_ = 0;   // open If:
+  bool in_headings_ = false;
 };
 
 }  // namespace

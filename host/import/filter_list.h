@@ -36,9 +36,10 @@ struct FilterList {
   std::vector<LeftOut> left_out;
 };
 
-// Of a Room EQ Wizard "Filter Settings file" every line but a filter's is a heading. Anything else
-// is an Equalizer APO configuration, of which every line counts but comments: what isn't for all
-// channels alike, stands under a condition, is no filter or isn't understood is left out.
+// A Room EQ Wizard "Filter Settings file" begins with headings, of which only a preamp counts. From
+// its first filter on, and in an Equalizer APO configuration from the beginning, every line counts
+// but comments: what isn't for all channels alike, stands under a condition, is no filter or isn't
+// understood is left out.
 FilterList parse_filter_list(std::string_view utf8);
 
 }  // namespace channelstrip::host

@@ -9,6 +9,7 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "../design/band.h"
 #include "../preset/preset.h"
 #include "../preset/preset_keys.h"
 
@@ -18,14 +19,10 @@ namespace {
 std::string band_text(const BandSettings& band) {
   std::string text = fmt::format("[[eq]]\ntype = \"{}\"\nfrequency = {}\n",
                                  kBandTypes[static_cast<std::size_t>(band.type)], band.frequency);
-  if (band.shelf_slope) {
-    text += fmt::format("shelf_slope = {}\n", *band.shelf_slope);
-  } else {
-    text += fmt::format("q = {}\n", band.q);
-  }
-  const bool has_gain = band.type == BandType::kPeak || band.type == BandType::kLowShelf ||
-                        band.type == BandType::kHighShelf;
-  return has_gain ? text + fmt::format("gain = {}\n", band.gain) : text;
+  if (uses_q(band)) text += fmt::format("q = {}\n", band.q);
+  if (uses_shelf_slope(band)) text += fmt::format("shelf_slope = {}\n", *band.shelf_slope);
+  if (uses_slope(band) && !uses_q(band)) text += fmt::format("slope = {}\n", band.slope);
+  return uses_gain(band) ? text + fmt::format("gain = {}\n", band.gain) : text;
 }
 
 double total_of(const std::vector<FilterList::Gain>& preamps) {

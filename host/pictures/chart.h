@@ -70,8 +70,10 @@ std::string_view chart_css();
 // than its points.
 std::string svg(const Chart& chart, Size size = {});
 
-// A whole file: charts below each other under a heading, with their style. Each is of `size`, and
-// higher by what its legend takes beyond one row. Throws likewise.
-std::string svg_file(std::string_view heading, std::span<const Chart> charts, Size size = {});
+// A whole file: charts below each other under a heading and a note to it, in as many rows as these
+// take, with their style. Each chart is of `size`, and higher by what its legend takes beyond one
+// row. Throws likewise.
+std::string svg_file(std::string_view heading, std::span<const Chart> charts, Size size = {},
+                     std::string_view note = {});
 
 }  // namespace channelstrip::host

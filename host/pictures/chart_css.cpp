@@ -3,7 +3,8 @@
 namespace channelstrip::host {
 
 // Hues: M. Okabe, K. Ito, "Color Universal Design", 2008, told apart by every kind of colour
-// vision; each series has a dash of its own besides. A selector or property that a renderer doesn't
+// vision, sky blue and orange darkened to a contrast of 3 on white; each series has a dash of its
+// own besides. A selector or property that a renderer doesn't
 // know leaves the light colours in force.
 std::string_view chart_css() {
   return R"(.chart{font:14px sans-serif}
@@ -20,8 +21,8 @@ std::string_view chart_css() {
 .chart .s2{fill:#d55e00;stroke:#d55e00;stroke-dasharray:8 3}
 .chart .s3{fill:#009e73;stroke:#009e73;stroke-dasharray:3 2}
 .chart .s4{fill:#cc79a7;stroke:#cc79a7;stroke-dasharray:10 3 2 3}
-.chart .s5{fill:#56b4e9;stroke:#56b4e9;stroke-dasharray:14 3}
-.chart .s6{fill:#e69f00;stroke:#e69f00;stroke-dasharray:5 4}
+.chart .s5{fill:#3b97d3;stroke:#3b97d3;stroke-dasharray:14 3}
+.chart .s6{fill:#c28600;stroke:#c28600;stroke-dasharray:5 4}
 .chart .s7{fill:#0072b2;stroke:#0072b2;stroke-dasharray:1 3}
 .chart .s8{fill:#d55e00;stroke:#d55e00;stroke-dasharray:1 3}
 .chart .line{fill:none;stroke-width:2px;stroke-linejoin:round}
@@ -39,6 +40,7 @@ std::string_view chart_css() {
 .chart .guide{fill:#999;stroke:#999}
 .chart .s1,.chart .s7{fill:#56b4e9;stroke:#56b4e9}
 .chart .s5{fill:#f0e442;stroke:#f0e442}
+.chart .s6{fill:#e69f00;stroke:#e69f00}
 .chart .line{fill:none}
 }
 )";

@@ -160,8 +160,9 @@ std::string link_line(const StripCurves& curves) {
 }  // namespace
 
 std::string curve_text(const StripCurves& curves) {
-  std::string text = fmt::format("{} at {} Hz\n\n", curves.title, curves.sample_rate);
-  text += band_table(curves) + '\n' + response_table(curves);
+  std::string text = heading_of(curves) + '\n';
+  if (!curves.changes.empty()) text += note_of(curves) + '\n';
+  text += '\n' + band_table(curves) + '\n' + response_table(curves);
   if (curves.burst) text += '\n' + level_table(curves) + '\n' + time_table(curves);
   if (curves.layout) text += '\n' + link_line(curves);
   return text;

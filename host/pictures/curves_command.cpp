@@ -24,6 +24,7 @@ constexpr double kPixels = 2;  // of a PNG per unit of the SVG
 struct CurvesOptions {
   StripOptions strip;
   double sample_rate = 48000;
+  double time = 0;
   std::optional<std::string> output;
   bool text = false;
 };
@@ -47,8 +48,7 @@ void put(const std::optional<std::string>& path, std::string_view bytes) {
 
 void draw(const CurvesOptions& options, const StripCurves& curves) {
   const Picture picture = picture_of(*options.output);
-  const std::string heading = fmt::format("{} at {} Hz", curves.title, curves.sample_rate);
-  const std::string svg = svg_file(heading, charts_of(curves));
+  const std::string svg = svg_file(heading_of(curves), charts_of(curves), {}, note_of(curves));
   put(options.output, picture == Picture::kSvg ? svg : to_png(svg, kPixels));
 }
 
@@ -58,7 +58,10 @@ void run(const CurvesOptions& options) {
     throw std::runtime_error(
         fmt::format("--rate: {} Hz is not 1000 to 768000 Hz", options.sample_rate));
   }
-  const StripCurves curves = strip_curves(options.strip, options.sample_rate);
+  if (!(options.time >= 0)) {
+    throw std::runtime_error(fmt::format("--at: {} s is not 0 s or more", options.time));
+  }
+  const StripCurves curves = strip_curves(options.strip, options.sample_rate, options.time);
   if (options.output) draw(options, curves);
   if (options.text || !options.output) put(std::nullopt, curve_text(curves));
 }
@@ -77,7 +80,8 @@ void add_curves_command(CLI::App& program) {
       "Show what settings do, without any audio\n"
       "Magnitude and phase of every band and of the bands before and after the dynamics; what "
       "compressor, expander and gate make of a steady level; and how their gain moves when the "
-      "level jumps, measured with the library itself.");
+      "level jumps, measured with the library itself. Where a preset changes settings in time, the "
+      "heading says from when to when those shown hold, and when they change.");
   const auto options = std::make_shared<CurvesOptions>();
   command
       ->add_option("PRESET,--preset", options->strip.preset, "Settings, a TOML file; none: neutral")
@@ -95,6 +99,11 @@ void add_curves_command(CLI::App& program) {
   command->add_option("--rate", options->sample_rate, "Sample rate of the audio, 1000 to 768000")
       ->type_name("HZ")
       ->capture_default_str();
+  command
+      ->add_option("--at", options->time,
+                   "Show the settings in force at this time, where the preset has [[at]] tables")
+      ->type_name("SECONDS")
+      ->capture_default_str();
   command->add_option("--format", options->strip.format, "Stem format whose channel links to tell")
       ->check(CLI::IsMember(format_names(), CLI::ignore_case))
       ->type_name("NAME");
@@ -105,7 +114,8 @@ void add_curves_command(CLI::App& program) {
       "Examples:\n"
       "  $ channelstrip curves presets/voice.toml\n"
       "  $ channelstrip curves presets/voice.toml -o voice.svg\n"
-      "  $ channelstrip curves presets/voice.toml --set compressor.ratio=8 -o harder.png");
+      "  $ channelstrip curves presets/voice.toml --set compressor.ratio=8 -o harder.png\n"
+      "  $ channelstrip curves ride.toml --at 62.5 -o ride.svg");
   command->callback([options] { run(*options); });
 }
 

@@ -10,7 +10,6 @@ namespace channelstrip::host {
 namespace {
 
 constexpr double kSwatch = 30, kGap = 6, kBetween = 16;  // px
-constexpr double kCharacter = 7.9;                       // px, a little wider than most at 14 px
 
 std::string swatch(const Series& series, double left, double middle) {
   const double right = left + kSwatch, top = middle - 5, bottom = middle + 5;

@@ -2,10 +2,12 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <iterator>
 #include <stdexcept>
 
 #include "../design/strip_coefficients.h"
+#include "../duration.h"
 
 namespace channelstrip::host {
 namespace {
@@ -22,14 +24,24 @@ std::string title_of(const Preset& preset) {
   return preset.file.empty() ? "Neutral strip" : preset.file;
 }
 
+std::vector<double> change_times(const Preset& preset) {
+  std::vector<double> times;
+  std::ranges::transform(preset.changes, std::back_inserter(times), &Preset::Change::time);
+  return times;
+}
+
 }  // namespace
 
-StripCurves strip_curves(const StripOptions& options, double sample_rate) {
+StripCurves strip_curves(const StripOptions& options, double sample_rate, double time) {
   const Preset preset = load_preset(options.preset, options.assignments);
   const StemFormat* format = find_stem_format(options.format.value_or("Mono"));
   if (!format) throw std::runtime_error(fmt::format("--format: unknown: {}", *options.format));
   const ChannelLayout layout = default_layout(*format);
-  const StripSettings& settings = preset.settings;
+  const std::vector<double> changes = change_times(preset);
+  const auto changed =
+      static_cast<std::size_t>(std::ranges::upper_bound(changes, time) - changes.begin());
+  const StripSettings& settings =
+      changed == 0 ? preset.settings : preset.changes[changed - 1].settings;
   check_fits(preset, sample_rate, layout);
   try {
     StripCurves curves{.title = title_of(preset),
@@ -40,7 +52,9 @@ StripCurves strip_curves(const StripOptions& options, double sample_rate) {
                        .key_filter = {},
                        .dynamics = design_strip(settings, sample_rate, layout).dynamics,
                        .burst = {},
-                       .layout = {}};
+                       .layout = {},
+                       .changes = changes,
+                       .changed = changed};
     if (settings.key_filter) curves.key_filter = design_filter(*settings.key_filter, sample_rate);
     if (settings.compressor || settings.expander) {
       curves.burst = measure_burst(settings, sample_rate, Library(options.library));
@@ -50,6 +64,21 @@ StripCurves strip_curves(const StripOptions& options, double sample_rate) {
   } catch (const std::invalid_argument& error) {
     throw std::runtime_error(fmt::format("{}: {}", options.preset.value_or("--set"), error.what()));
   }
+}
+
+std::string heading_of(const StripCurves& curves) {
+  std::string heading = fmt::format("{} at {} Hz", curves.title, curves.sample_rate);
+  if (curves.changes.empty()) return heading;
+  const std::size_t done = curves.changed;
+  heading += ", from " + duration(done == 0 ? 0 : curves.changes[done - 1]);
+  return heading +
+         (done == curves.changes.size() ? " on" : " to " + duration(curves.changes[done]));
+}
+
+std::string note_of(const StripCurves& curves) {
+  std::string times;
+  for (const double time : curves.changes) times += (times.empty() ? "" : ", ") + duration(time);
+  return times.empty() ? "" : "Settings change at " + times;
 }
 
 std::vector<Chart> charts_of(const StripCurves& curves) {

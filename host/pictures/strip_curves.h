@@ -21,19 +21,27 @@ namespace channelstrip::host {
 struct StripCurves {
   std::string title;  // the preset's name or file
   double sample_rate;
-  StripSettings settings;  // as the audio begins
+  StripSettings settings;  // in force at the time that was asked for
   std::vector<BandFilter> pre, post;
   std::optional<BandFilter> key_filter;
   Dyn_SCoefsBlock dynamics;
   std::optional<Burst> burst;           // where there are dynamics
   std::optional<ChannelLayout> layout;  // where a format is given
+  std::vector<double> changes;          // s, of settings, in their order
+  std::size_t changed;                  // how many of them are done
 
   double makeup() const { return linear_to_db(static_cast<double>(dynamics.makeupGain)); }  // dB
   bool has_gate() const { return settings.expander && settings.expander->hysteresis; }
 };
 
-// Throws std::runtime_error, one line for the user.
-StripCurves strip_curves(const StripOptions& options, double sample_rate);
+// Of the settings in force at `time` s. Throws std::runtime_error, one line for the user.
+StripCurves strip_curves(const StripOptions& options, double sample_rate, double time = 0);
+
+// "Voice at 48000 Hz" and, where settings change, how long those shown hold.
+std::string heading_of(const StripCurves& curves);
+
+// When settings change; empty where they don't.
+std::string note_of(const StripCurves& curves);
 
 // From the bands' magnitude to the course of the gain; what isn't set isn't drawn.
 std::vector<Chart> charts_of(const StripCurves& curves);

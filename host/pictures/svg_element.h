@@ -10,6 +10,9 @@
 
 namespace channelstrip::host {
 
+// Px, a little wider than most at 14 px.
+inline constexpr double kCharacter = 7.9;
+
 // Rounded to 0.01, which no screen shows, in its shortest form; never -0.
 std::string coordinate(double value);
 

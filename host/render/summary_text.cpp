@@ -1,20 +1,13 @@
 #include <fmt/format.h>
 
-#include <cmath>
 #include <string>
 
+#include "../duration.h"
 #include "decibels.h"
 #include "summary.h"
 
 namespace channelstrip::host {
 namespace {
-
-std::string duration(sf_count_t frames, int sample_rate) {
-  const double seconds = static_cast<double>(frames) / sample_rate;
-  const double minutes = std::floor(seconds / 60);
-  return minutes < 1 ? fmt::format("{:.3f} s", seconds)
-                     : fmt::format("{:.0f} min {:06.3f} s", minutes, seconds - 60 * minutes);
-}
 
 std::string sample_types(const RenderReport& report) {
   const std::string input = sample_type_name(report.format);
@@ -29,7 +22,7 @@ std::string summary_text(const RenderFile& file, const RenderReport& report) {
   std::string text = fmt::format("{} -> {}\n", file.input, file.output);
   text += fmt::format("{}, {} Hz, {}, {}{}{}\n\n", report.layout.format->name,
                       report.format.sample_rate, sample_types(report),
-                      duration(report.frames, report.format.sample_rate),
+                      duration(static_cast<double>(report.frames) / report.format.sample_rate),
                       report.preset_name.empty() ? "" : ", ", report.preset_name);
 
   constexpr const char* kHeading = "{:<9}{:>12}{:>14}{:>12}\n";

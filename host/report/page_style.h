@@ -1,4 +1,5 @@
-// What a report looks like: on a telephone, on a desk, in the dark and on paper.
+// What a report looks like: on a telephone, on a desk, in the dark and on paper. A table that is
+// wider than the page has a shade where it goes on.
 
 #pragma once
 
@@ -36,16 +37,24 @@ gap:1.25rem}
 h3{margin:1.5rem 0 .5rem;font-size:1rem}
 .chart{display:block;width:100%;height:auto}
 .chart .line.guide{stroke-dasharray:none;stroke-width:1.5px}
-.wide{overflow-x:auto;margin:.75rem 0}
+.tables{columns:30rem;column-gap:1.25rem}
+.wide{overflow-x:auto;margin:.75rem 0;
+background:linear-gradient(to left,var(--paper) 1rem,transparent) right/2rem 100% no-repeat local,
+linear-gradient(to left,var(--rule),transparent) right/1rem 100% no-repeat}
+.tables .wide{margin:0;padding:.75rem 0;break-inside:avoid}
 table{border-collapse:collapse;font-variant-numeric:tabular-nums;overflow-wrap:normal}
 caption{padding-bottom:.25rem;text-align:left;font-weight:600}
 th,td{padding:.3rem .9rem .3rem 0;border-bottom:1px solid var(--rule);text-align:left;
 vertical-align:top}
 thead th{color:var(--soft);font-weight:400;font-size:.85rem;vertical-align:bottom}
 tbody th{font-weight:400;white-space:nowrap}
-.numbers td,.charts td:nth-child(2){white-space:nowrap}
+.numbers td,.tables td:nth-child(2),section>.wide td:not(:nth-child(2),:last-child)
+{white-space:nowrap}
 .numbers td,.numbers thead th:not(:first-child){text-align:right;
 padding:.3rem 0 .3rem 1.2rem}
+@media (max-width:30rem){.glance dd{font-size:1.1rem}table{font-size:.85rem}
+.numbers tbody th{white-space:normal}
+.numbers td,.numbers thead th:not(:first-child){padding-left:.7rem}}
 footer{margin-top:3rem;color:var(--soft);font-size:.85rem}
 @media print{body{max-width:none;padding:0;font-size:10pt}
 figure,table,.glance,.verdict{break-inside:avoid}h2{break-after:avoid}.wide{overflow:visible}}

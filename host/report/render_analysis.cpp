@@ -44,6 +44,15 @@ RenderAnalysis prepare(const std::string& input, const std::string& output, cons
   return analysis;
 }
 
+// Linked channels have one gain, but settings may link them otherwise from some time on.
+float least_gain(const MeterReading& period, const Part& part) {
+  float least = period.channel_gain[part.channels.front()];
+  for (const std::size_t channel : part.channels) {
+    least = std::min(least, period.channel_gain[channel]);
+  }
+  return least;
+}
+
 // Reads as many frames as there should be.
 std::span<const float> counterpart(AudioReader& reader, const std::string& path,
                                    std::span<float> frames, const std::string& input) {
@@ -74,7 +83,7 @@ RenderAnalysis analyse_render(const std::string& input, const std::string& outpu
   }();
   run.stream().observe([&](const MeterReading& period) {
     for (auto& [part, reduction] : analysis.groups) {
-      reduction.add(period.channel_gain[part.channels.front()]);
+      reduction.add(least_gain(period, part));
     }
   });
 

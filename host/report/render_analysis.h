@@ -29,7 +29,7 @@ struct RenderAnalysis {
   sf_count_t frames = 0;
   std::vector<Part> parts;
   File before, after;
-  std::vector<Group> groups;       // as the dynamics link them
+  std::vector<Group> groups;       // as the dynamics link them in the beginning
   float compressor_reduction = 0;  // 1 - least factor
   float expander_reduction = 0;    // 1 - least factor
   Comparison comparison;           // of what the settings give with `after`

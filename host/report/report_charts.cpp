@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "../design/dynamics.h"
+#include "../duration.h"
 #include "../strip_stream.h"
 #include "words.h"
 
@@ -22,7 +23,10 @@ double sample_rate(const RenderAnalysis& analysis) {
 
 Axis time_axis(const RenderAnalysis& analysis) {
   const double seconds = static_cast<double>(analysis.frames) / sample_rate(analysis);
-  return {.label = "Time", .high = seconds > 0 ? seconds : 1, .scale = Scale::kTime};
+  const char* const unit = seconds < 60 ? "s" : seconds < 3600 ? "min:s" : "h:min:s";
+  return {.label = fmt::format("Time ({})", unit),
+          .high = seconds > 0 ? seconds : 1,
+          .scale = Scale::kTime};
 }
 
 // 1, or of its halves the one that still holds every sample.

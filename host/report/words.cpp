@@ -30,10 +30,4 @@ std::string change(const std::optional<double>& before, const std::optional<doub
   return by > 0 && text != number(0.0) ? '+' + text : text;
 }
 
-std::string duration(double seconds) {
-  const double minutes = std::floor(seconds / 60);
-  return minutes < 1 ? fmt::format("{:.3f} s", seconds)
-                     : fmt::format("{:.0f} min {:06.3f} s", minutes, seconds - 60 * minutes);
-}
-
 }  // namespace channelstrip::host

@@ -16,7 +16,4 @@ std::string number(const std::optional<double>& value, int decimals = 1);
 // A change, with its sign; an en dash where either isn't there or isn't finite.
 std::string change(const std::optional<double>& before, const std::optional<double>& after);
 
-// "4.200 s", "3 min 04.200 s"
-std::string duration(double seconds);
-
 }  // namespace channelstrip::host

@@ -7,6 +7,8 @@
 #include <string>
 
 #include "host/design/band.h"
+#include "host/import/analog_band.h"
+#include "host/import/number_text.h"
 
 namespace channelstrip::test {
 namespace {
@@ -47,6 +49,8 @@ TEST(FilterLine, BecomesABand) {
       {"HP Fc 80 Hz", {.type = BandType::kHighPass, .frequency = 80, .q = 0.707107}},
       {"LPQ Fc 80 Hz Q 0.5", {.type = BandType::kLowPass, .frequency = 80, .q = 0.5}},
       {"HPQ Fc 80 Hz Q 0.5", {.type = BandType::kHighPass, .frequency = 80, .q = 0.5}},
+      {"LP1 Fc 80 Hz", {.type = BandType::kLowPass, .frequency = 80, .q = 0.707107, .slope = 6}},
+      {"HP1 Fc 80 Hz", {.type = BandType::kHighPass, .frequency = 80, .q = 0.707107, .slope = 6}},
       {"BP Fc 80 Hz", {.type = BandType::kBandPass, .frequency = 80, .q = 0.707107}},
       {"NO Fc 50 Hz", {.type = BandType::kNotch, .frequency = 50, .q = 30}},
       {"NO Fc 50 Hz Q 4", {.type = BandType::kNotch, .frequency = 50, .q = 4}},
@@ -59,8 +63,15 @@ TEST(FilterLine, BecomesABand) {
        {.type = BandType::kLowShelf, .frequency = 300, .gain = 5, .shelf_slope = 0.9}},
       {"LSQ Fc 300 Hz Gain 5.0 dB Q 0.6",
        {.type = BandType::kLowShelf, .frequency = 300, .q = 0.6, .gain = 5}},
-      {"HS Fc 300 Hz Gain 5.0 dB Q 0.6",
+      {"HSC Fc 300 Hz Gain 5.0 dB Q 0.6",
        {.type = BandType::kHighShelf, .frequency = 300, .q = 0.6, .gain = 5}},
+      // Q = 1 / sqrt 2 is S = 1, whatever the gain.
+      {"LS Fc 100 Hz Gain -20 dB Q 0.707107",
+       {.type = BandType::kLowShelf, .frequency = 177.828, .q = 0.707107, .gain = -20}},
+      {"PK Fc 100 Hz Gain 2 dB Q 3 BW Oct 1",
+       {.type = BandType::kPeak, .frequency = 100, .q = 3, .gain = 2}},
+      {"PK Fc 100 Hz Gain 2 dB BW Oct 1 Q 3",
+       {.type = BandType::kPeak, .frequency = 100, .q = 3, .gain = 2}},
       // 20 dB at S = 1: a factor of 10^(1/4) from the corner to the midpoint.
       {"LS 12dB Fc 100 Hz Gain -20 dB",
        {.type = BandType::kLowShelf, .frequency = 177.828, .gain = -20, .shelf_slope = 1}},
@@ -79,6 +90,7 @@ TEST(FilterLine, BecomesABand) {
     EXPECT_EQ(band.q, expected.q);
     EXPECT_EQ(band.gain, expected.gain);
     EXPECT_EQ(band.shelf_slope, expected.shelf_slope);
+    EXPECT_EQ(band.slope, expected.slope);
   }
 }
 
@@ -105,6 +117,22 @@ TEST(FilterLine, BandwidthIsBetweenTheEdgesThreeDecibelsBelow) {
     // The analog band pass's magnitude at the upper edge: 1 / sqrt(1 + Q^2 (x - 1/x)^2).
     const double x = std::exp2(octaves / 2);
     EXPECT_NEAR(1 / std::sqrt(1 + q * q * (x - 1 / x) * (x - 1 / x)), std::sqrt(0.5), 1e-12);
+  }
+}
+
+// A shelf by Q and one by the slope of that Q are the same filter.
+TEST(FilterLine, SlopeOfAShelfsQIsTheSameShelf) {
+  for (const double gain : {-12.0, 0.0, 6.0}) {
+    for (const double q : {0.3, 0.6, std::sqrt(0.5)}) {
+      const BandSettings by_q{.type = BandType::kLowShelf, .q = q, .gain = gain};
+      BandSettings by_slope = by_q;
+      by_slope.shelf_slope = slope_of_q(q, gain);
+      const Section a = design_band(by_q, 48000).front(), b = design_band(by_slope, 48000).front();
+      for (const double frequency : {100.0, 1000.0, 3000.0}) {
+        EXPECT_NEAR(std::abs(response(a, frequency, 48000)),
+                    std::abs(response(b, frequency, 48000)), 1e-9);
+      }
+    }
   }
 }
 
@@ -150,6 +178,10 @@ TEST(FilterLine, RefusesWhatIsNoBand) {
   EXPECT_EQ(refusal("PK Fc 1000 Hz Gain 1 dB Q 2 left"), "\"LEFT\" is not understood");
   EXPECT_EQ(refusal("LP 24 dB Fc 1000 Hz"), "a slope besides Q or of no shelf");
   EXPECT_EQ(refusal("LSC 12 dB Fc 1000 Hz Gain 1 dB Q 1"), "a slope besides Q or of no shelf");
+  EXPECT_EQ(refusal("LS Fc 1000 Hz Gain 1 dB BW Oct 1"), "a shelf has no bandwidth");
+  EXPECT_EQ(refusal("LP1 Fc 1000 Hz Q 1"), "a pass of 6 dB per octave has no Q");
+  EXPECT_EQ(refusal("PK Fc 1000 Hz Gain 1 dB Q 1 Q 2"), "the Q stands twice");
+  EXPECT_EQ(refusal("PK Fc 1000 Hz Gain 1 dB Gain 2 dB Q 1"), "the gain stands twice");
   EXPECT_EQ(refusal("LSC 0 dB Fc 1000 Hz Gain 1 dB"), "the slope is not above 0");
 }
 
@@ -157,6 +189,7 @@ TEST(FilterLine, PreampIsANumberOfDecibels) {
   EXPECT_EQ(parse_decibels("-6.5 dB"), -6.5);
   EXPECT_EQ(parse_decibels("-6,5dB"), -6.5);
   EXPECT_EQ(parse_decibels("3"), 3);
+  EXPECT_EQ(parse_decibels("\u22126.5 dB"), -6.5);
   for (const char* wrong : {"", "-6 Hz", "-6 dB 1"}) {
     EXPECT_THROW(parse_decibels(wrong), std::invalid_argument) << wrong;
   }

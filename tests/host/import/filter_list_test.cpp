@@ -96,8 +96,18 @@ TEST(FilterList, HeadingsOfRoomEqWizardAreNoFilters) {
             Lines{"3: a strip has no filter ZZ"});
 }
 
+TEST(FilterList, PreampOfRoomEqWizardCountsAndSoDoesWhatFollowsItsFilters) {
+  const std::string text = fmt::format(
+      "Filter Settings file\nPreamp: -3 dB\n{}Channel: L\nFilter 2: ON LP Fc 80 Hz\nhello\n",
+      kBand);
+  EXPECT_EQ(left_out(text),
+            (Lines{"5: for channel L alone, a strip treats all alike", "6: not understood"}));
+  ASSERT_EQ(fitted(text).preamps.size(), 1u);
+  EXPECT_EQ(fitted(text).bands.size(), 1u);
+}
+
 TEST(FilterList, OffAndNoneAreLeftOutSilently) {
-  const FilterList list = fitted("Filter 1: OFF ZZ\nFilter 2: ON None\nFilter 3: ON\n# a\n\n");
+  const FilterList list = fitted("Filter 1: OFF ZZ\nFilter 2: ON None\n# a\n\n");
   EXPECT_TRUE(list.left_out.empty());
   EXPECT_TRUE(list.bands.empty());
   EXPECT_EQ(list.off.size(), 1u);
@@ -107,13 +117,16 @@ TEST(FilterList, EveryOtherLineIsToldWithItsReason) {
   EXPECT_EQ(
       left_out("Convolution: room.wav\nCopy: L=R\nDelay: 10 ms\nDevice: Speakers\n"
                "GraphicEQ: 25 0; 40 1\nInclude: more.txt\nStage: pre-mix\nVSTPlugin: x\n"
-               "Filtr 1: ON PK\nhello\nFilter 1: maybe\n"),
+               "Filtr 1: ON PK\nhello\nFilter 1: maybe\nFilter 2: ON\nEval: x=1\n"
+               "LoudnessCorrection: State 1\n"),
       (Lines{"1: a strip doesn't convolve", "2: a strip doesn't mix channels",
              "3: a strip doesn't delay", "4: a preset serves any device; what follows is taken",
              "5: a curve of many points isn't a band",
              "6: other files aren't read; import them by themselves",
-             "7: a preset has no stages; what follows is taken", "8: not understood",
-             "9: not understood", "10: not understood", "11: neither ON nor OFF"}));
+             "7: a preset has no stages; what follows is taken", "8: a strip has no plug-ins",
+             "9: not understood", "10: not understood", "11: neither ON nor OFF",
+             "12: no filter type", "13: expressions aren't evaluated",
+             "14: a strip doesn't follow a volume control"}));
 }
 
 TEST(FilterList, SomeChannelsAloneAreLeftOut) {
@@ -151,12 +164,28 @@ TEST(FilterList, WhatAPresetRefusesIsLeftOutInItsWords) {
   EXPECT_EQ(left_out("Preamp: loud\n"), Lines{"1: the gain \"LOUD\" is no number"});
 }
 
-TEST(FilterList, NoBreakSpacesAreThousandsOrBlanks) {
+TEST(FilterList, ThinSpacesAndApostrophesSeparateThousands) {
   const FilterList list = fitted(
-      "Filter: ON PK Fc 1\u00A0250 Hz Gain 1 dB Q 1\nFilter:\u00A0ON LP Fc\u202F12\u202F500 Hz\n");
-  ASSERT_EQ(list.bands.size(), 2u);
-  EXPECT_EQ(list.bands[0].settings.frequency, 1250);
-  EXPECT_EQ(list.bands[1].settings.frequency, 12500);
+      "Filter: ON PK Fc 1\u00A0250 Hz Gain 1 dB Q 1\nFilter:\u00A0ON LP Fc\u202F12\u202F500 Hz\n"
+      "Filter: ON LP Fc 1'250 Hz\nFilter: ON LP Fc 12\u2019500 Hz\nFilter: ON LP Fc 2\u2009000 "
+      "Hz\n");
+  ASSERT_EQ(list.bands.size(), 5u);
+  const double frequencies[] = {1250, 12500, 1250, 12500, 2000};
+  for (std::size_t i = 0; i < 5; ++i) {
+    EXPECT_EQ(list.bands[i].settings.frequency, frequencies[i]) << i;
+  }
+}
+
+TEST(FilterList, ApostrophesElsewhereAreText) {
+  EXPECT_EQ(fitted("Filter 1: OFF Sofa's 5\u2019 away\n").off[0].text,
+            "Filter 1: OFF Sofa's 5\u2019 away");
+}
+
+TEST(FilterList, PassOfSixDecibelsPerOctaveKeepsItsSlope) {
+  const FilterList list = fitted("Filter: ON HP1 Fc 80 Hz\n");
+  const Preset preset = parse_preset(preset_text(list, "n", "f"), "p.toml");
+  ASSERT_EQ(preset.settings.pre.size(), 1u);
+  EXPECT_EQ(preset.settings.pre[0].slope, 6);
 }
 
 TEST(FilterList, PreampsAddUpInTheMakeupGain) {

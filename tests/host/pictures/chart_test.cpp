@@ -138,6 +138,23 @@ TEST(Chart, MarksWithinThePlotAreNamed) {
   EXPECT_EQ(picture.find("out of sight"), std::string::npos);
 }
 
+TEST(Chart, NamesOfMarksDoNotCoverEachOther) {
+  Chart chart = small();
+  chart.marks = {{.at = 5, .label = "on the left"},
+                 {.at = 5.5, .label = "on the right"},
+                 {.at = 6, .label = "without room"},
+                 {.at = 8, .label = "on its right"}};
+  const std::string picture = svg(chart, kSmall);
+  const std::string line = "<path class=\"mark\" d=\"M";
+  for (const char* at : {"102 ", "107 ", "112 ", "132 "}) {
+    EXPECT_NE(picture.find(line + at), std::string::npos) << at;
+  }
+  EXPECT_NE(picture.find("translate(97 44) rotate(-90)\">on the left<"), std::string::npos);
+  EXPECT_NE(picture.find("translate(122 44) rotate(-90)\">on the right<"), std::string::npos);
+  EXPECT_EQ(picture.find("without room"), std::string::npos);
+  EXPECT_NE(picture.find("translate(147 44) rotate(-90)\">on its right<"), std::string::npos);
+}
+
 TEST(ChartStyle, HasColoursForDarkScreens) {
   EXPECT_NE(chart_css().find("@media (prefers-color-scheme:dark)"), std::string_view::npos);
 }

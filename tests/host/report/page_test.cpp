@@ -36,6 +36,7 @@ onload = () => {
         .filter(line => line.getTotalLength() > 0 && line.getBBox().width > 100).length,
       text: Math.min(...[...chart.querySelectorAll('text')]
         .map(text => text.getBoundingClientRect().height))})),
+    cut: all('.numbers').filter(table => table.offsetWidth > table.parentNode.clientWidth).length,
     cells: all('td').map(cell => cell.textContent),
     empty: all('p, td, dd, h2').filter(e => e.textContent.trim() === '').length
   });
@@ -67,6 +68,7 @@ TEST(ReportPage, DrawsEveryChartWithinATelephonesWidth) {
   const auto page = measured(folder, page_of(folder, 8, kFilm));
   EXPECT_EQ(page["width"], 390);
   EXPECT_EQ(page["scrollWidth"], 390);
+  EXPECT_EQ(page["cut"], 0) << "tables of numbers that have to be scrolled";
   const std::vector<std::string> titles{
       "Waveform, L R C",       "Spectrum, L R C",       "Waveform, LFE", "Spectrum, LFE",
       "Waveform, Lb Rb Ls Rs", "Spectrum, Lb Rb Ls Rs", "Gain reduction"};

@@ -92,6 +92,42 @@ TEST_F(ReportProgram, CountsSamplesAtFullScale) {
             "<dt>Samples at full scale</dt><dd>3 → ");
 }
 
+TEST_F(ReportProgram, TimeHasItsUnit) {
+  expect_in(page_of(tone("in.wav")), ">Time (s)</text>");
+  const std::vector<float> minute = sine(0.5, 100, 1000, 60000);
+  expect_in(page_of(write("long.wav", minute, SF_FORMAT_FLOAT, 1, 1000)), ">Time (min:s)</text>");
+}
+
+TEST_F(ReportProgram, TellsWhatChangesAndWhen) {
+  const std::string input = tone("in.wav");
+  const std::string preset = folder.write(
+      "ride.toml", std::string(kPreset) + "[[at]]\ntime = 1.5\ncompressor.threshold = -30\n");
+  render(input, output, preset);
+  ASSERT_EQ(run({"report", input, output, "--preset", preset, "-o", page}).output, "");
+  const std::string html = contents(page);
+  const std::size_t change = html.find("<h3>From 1.500 s on</h3>");
+  ASSERT_NE(change, std::string::npos);
+  const std::string row = "<tr><th scope=\"row\">threshold</th><td>";
+  EXPECT_LT(html.find(row + "-20 dB</td>"), change);
+  EXPECT_EQ(html.find(row, change), html.find(row + "-30 dB</td>"));
+  EXPECT_EQ(html.find(">ratio<", change), std::string::npos);
+  expect_in(html, ">settings change</text>");
+}
+
+// Linked in the beginning, the group's reduction is that of its loudest channel from then on.
+TEST_F(ReportProgram, GroupsThatAreSplitShowTheirDeepestReduction) {
+  std::vector<float> surrounds(48000 * 6);
+  for (std::size_t i = 0; i < surrounds.size(); i += 6) surrounds[i + 5] = i % 4 == 0 ? 1 : -1;
+  const std::string input = write("in.wav", surrounds, SF_FORMAT_FLOAT, 6);
+  const std::string preset = folder.write("split.toml",
+                                          "[compressor]\nthreshold = -20\nratio = inf\nknee = 0\n"
+                                          "[detector]\ntime = 1000\n[link]\nstyle = \"all\"\n"
+                                          "[[at]]\ntime = 0\nlink.style = \"pairs\"\n");
+  render(input, output, preset);
+  ASSERT_EQ(run({"report", input, output, "--preset", preset, "-o", page}).output, "");
+  expect_in(contents(page), "<tr><th scope=\"row\">L R C LFE Ls Rs</th><td>20.0</td>");
+}
+
 TEST_F(ReportProgram, IsTheSamePageEachTime) {
   const std::string input = tone("in.wav");
   const std::string first = page_of(input);

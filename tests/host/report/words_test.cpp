@@ -33,11 +33,6 @@ TEST(Words, ChangesHaveTheirSign) {
   EXPECT_EQ(change(-kInfinite, -20.0), "–");
 }
 
-TEST(Words, DurationsHaveMinutesFromOneOn) {
-  EXPECT_EQ(duration(59.9994), "59.999 s");
-  EXPECT_EQ(duration(184.2), "3 min 04.200 s");
-}
-
 TEST(Html, TextIsEscapedAndTheFirstColumnNamesRows) {
   EXPECT_EQ(html({.caption = "a<b", .columns = {"", "x"}, .rows = {{"r&d", "\"1\""}}}),
             "<div class=\"wide\" tabindex=\"0\">\n<table class=\"numbers\">\n"

@@ -1,0 +1,23 @@
+// What a filter's line says behind the type, word by word.
+
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+
+namespace channelstrip::host {
+
+struct FilterParameters {
+  std::optional<double> slope = {};      // dB per octave
+  std::optional<double> frequency = {};  // Hz
+  std::optional<double> gain = {};       // dB
+  std::optional<double> q = {};
+  std::optional<double> bandwidth = {};  // octaves
+};
+
+// Of "12 DB FC 63.2 HZ GAIN -5.0 DB Q 4.00", the words in capitals; each parameter may lack, none
+// may stand twice. Throws std::invalid_argument.
+FilterParameters read_filter_parameters(std::span<const std::string> words);
+
+}  // namespace channelstrip::host
