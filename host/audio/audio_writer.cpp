@@ -35,11 +35,12 @@ std::string chunks_for(const AudioFormat& format, const Metadata& metadata) {
 }
 
 // Of a file just written, which stays open: libsndfile closes what it doesn't recognise.
-Metadata read_back(int descriptor, int container) {
+Metadata read_back(const std::string& name, int descriptor, int container) {
   SF_INFO info = {};
   lseek(descriptor, 0, SEEK_SET);
-  const Sndfile file(sf_open_fd(dup(descriptor), SFM_READ, &info, SF_TRUE));
-  return file ? read_metadata(file.get(), container) : Metadata{};
+  const Sndfile file =
+      opened(name, [&] { return Sndfile(sf_open_fd(dup(descriptor), SFM_READ, &info, SF_TRUE)); });
+  return read_metadata(file.get(), container);
 }
 
 }  // namespace
@@ -65,9 +66,11 @@ void AudioWriter::open() {
   info.channels = format_.channels;
   info.format = format_.container | format_.sample_type;
   SF_VIRTUAL_IO calls = SndfileOutput::calls();
-  file_.reset(sf_open_virtual(&calls, SFM_WRITE, &info, &output_));
-  check();
-  if (!file_) fail_on(name_, sf_strerror(nullptr));
+  file_ = opened(name_, [&] {
+    Sndfile file(sf_open_virtual(&calls, SFM_WRITE, &info, &output_));
+    check();
+    return file;
+  });
 }
 
 void AudioWriter::set_channel_map() {
@@ -107,8 +110,8 @@ void AudioWriter::commit() {
   if (error != SF_ERR_NO_ERROR) fail_on(name_, sf_error_number(error));
   output_.finish();
   check();
-  lost_metadata_ =
-      host::lost_metadata(options_.metadata, read_back(place_->descriptor(), format_.container));
+  lost_metadata_ = host::lost_metadata(options_.metadata,
+                                       read_back(name_, place_->descriptor(), format_.container));
   place_->commit();
 }
 
