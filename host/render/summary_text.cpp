@@ -3,6 +3,7 @@
 #include <cmath>
 #include <string>
 
+#include "../audio/standard_streams.h"
 #include "decibels.h"
 #include "summary.h"
 
@@ -26,7 +27,7 @@ std::string sample_types(const RenderReport& report) {
 
 std::string summary_text(const RenderFile& file, const RenderReport& report) {
   const StripMeters& meters = report.meters;
-  std::string text = fmt::format("{} -> {}\n", file.input, file.output);
+  std::string text = fmt::format("{} -> {}\n", input_name(file.input), output_name(file.output));
   text += fmt::format("{}, {} Hz, {}, {}{}{}\n\n", report.layout.format->name,
                       report.format.sample_rate, sample_types(report),
                       duration(report.frames, report.format.sample_rate),
