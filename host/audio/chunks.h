@@ -35,6 +35,11 @@ std::string serialised(ChunkFamily family, std::span<const Chunk> chunks);
 // describes the format. 0 if that is incomplete.
 std::size_t chunks_offset(ChunkFamily family, std::string_view header);
 
+// Where a WAV file of `length` bytes that begins with `header` leaves the size of its samples open,
+// as one does that was written to a pipe or never completed: it says 0, and the file goes on behind
+// the end that it states. 0 in any other file.
+std::size_t open_size(std::string_view header, std::uint64_t length);
+
 // The bytes of `header` that count the whole file's size, if any, raised by `growth` in place.
 void grow(ChunkFamily family, std::span<char> header, std::uint64_t growth);
 

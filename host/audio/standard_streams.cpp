@@ -8,14 +8,17 @@
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 #include "../render/interrupt.h"
+#include "chunks.h"
 #include "sndfile_handle.h"
 
 namespace channelstrip::host {
@@ -58,6 +61,22 @@ class Descriptor {
 bool is_regular(int descriptor) {
   struct stat status = {};
   return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+// Of a regular file; 0: there is none.
+off_t open_size_of(int descriptor) {
+  std::vector<char> header(1 << 16);
+  const ssize_t got = pread(descriptor, header.data(), header.size(), 0);
+  struct stat status = {};
+  if (got < 0 || fstat(descriptor, &status) != 0) return 0;
+  const std::string_view bytes(header.data(), static_cast<std::size_t>(got));
+  return static_cast<off_t>(open_size(bytes, static_cast<std::uint64_t>(status.st_size)));
+}
+
+// libsndfile takes the largest size for "up to the end" and 0 for nothing.
+bool fill_in_size(int descriptor) {
+  const off_t offset = open_size_of(descriptor);
+  return offset == 0 || pwrite(descriptor, "\xFF\xFF\xFF\xFF", 4, offset) == 4;
 }
 
 // Of a descriptor that doesn't wait and found nothing to do after all.
@@ -110,10 +129,13 @@ int open_input(const std::string& path) {
                              : open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
   if (given < 0) fail_on(name, std::strerror(errno));
   Descriptor input(given);
-  if (is_regular(given) && lseek(given, 0, SEEK_CUR) == 0) return input.release();
+  const bool is_whole =
+      is_regular(given) && lseek(given, 0, SEEK_CUR) == 0 && open_size_of(given) == 0;
+  if (is_whole) return input.release();
 
   Descriptor spool(open_nameless(name));
-  if (!copy(given, spool.get()) || lseek(spool.get(), 0, SEEK_SET) != 0) {
+  if (!copy(given, spool.get()) || !fill_in_size(spool.get()) ||
+      lseek(spool.get(), 0, SEEK_SET) != 0) {
     fail_on(name, std::strerror(errno));
   }
   return spool.release();

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "../support/streams.h"
@@ -38,6 +40,42 @@ TEST_F(Piped, IsWhatItIsFromFileToFile) {
     ASSERT_EQ(run({"render", file, output, settings[0], settings[1]}).exit_status, 0);
     EXPECT_TRUE(through(contents(file), settings) == contents(output)) << channels;
   }
+}
+
+std::string little_endian(std::uint32_t value) {
+  std::string bytes;
+  for (int shift = 0; shift < 32; shift += 8) bytes += static_cast<char>(value >> shift & 0xFF);
+  return bytes;
+}
+
+std::string with_sizes(std::string wav, std::uint32_t file, std::uint32_t data) {
+  wav.replace(4, 4, little_endian(file));
+  return wav.replace(wav.find("data") + 4, 4, little_endian(data));
+}
+
+// What programs write that can't go back to state it.
+TEST_F(Piped, WavOfUnknownLengthIsReadToItsEnd) {
+  constexpr std::uint32_t kMost = 0xFFFFFFFF, kALot = 0x7FFFF000, kHeader = 36;
+  const std::string wav = contents(input), whole = through(wav);
+  for (const auto& [file, data] : {std::pair{kMost, kMost},
+                                   {kALot + kHeader, kALot},
+                                   {kMost, 0u},
+                                   {kHeader, 0u},
+                                   {8u, 0u},
+                                   {0u, 0u}}) {
+    const std::string open = with_sizes(wav, file, data);
+    EXPECT_TRUE(through(open) == whole) << file << " " << data;
+    ASSERT_EQ(run({"render", folder.write("open.wav", open), output}).exit_status, 0);
+    EXPECT_TRUE(contents(output) == whole) << file << " " << data << " in a file";
+  }
+}
+
+TEST_F(Piped, EmptyWavStaysEmpty) {
+  const std::string tagged = contents(write_audio(folder.file("empty.wav"), {.floats = {}})) +
+                             "note" + little_endian(4) + "text";
+  const std::string empty = with_sizes(tagged, static_cast<std::uint32_t>(tagged.size() - 8), 0);
+  folder.write("out.wav", through(empty));
+  EXPECT_EQ(read_audio(output).floats.size(), 0u);
 }
 
 TEST_F(Piped, SummaryNamesTheStreams) {
