@@ -7,6 +7,7 @@
 #include <limits>
 #include <utility>
 
+#include "cue_chunks.h"
 #include "pcm.h"
 #include "standard_streams.h"
 
@@ -28,8 +29,12 @@ sf_count_t size_limit(int container) {
 
 std::string chunks_for(const AudioFormat& format, const Metadata& metadata) {
   const ChunkFamily family = chunk_family(format.container);
-  if (family != metadata.family) return "";
-  std::vector<Chunk> chunks = metadata.chunks;
+  std::vector<Chunk> chunks;
+  if (family == metadata.family) {
+    chunks = metadata.chunks;
+  } else if (family == ChunkFamily::kRiff) {
+    chunks = cue_chunks(metadata.cues);
+  }
   if (format.container == SF_FORMAT_RF64) std::ranges::transform(chunks, chunks.begin(), evened);
   return serialised(family, chunks);
 }
