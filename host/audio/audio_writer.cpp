@@ -7,6 +7,7 @@
 #include <limits>
 #include <utility>
 
+#include "containers.h"
 #include "cue_chunks.h"
 #include "pcm.h"
 #include "standard_streams.h"
@@ -115,6 +116,10 @@ void AudioWriter::commit() {
   if (error != SF_ERR_NO_ERROR) fail_on(name_, sf_error_number(error));
   output_.finish();
   check();
+  // libsndfile gives FLAC its header with the first samples.
+  if (lseek(place_->descriptor(), 0, SEEK_END) == 0) {
+    fail_on(name_, libsndfile_name(format_.container) + " can't be without samples");
+  }
   lost_metadata_ = host::lost_metadata(options_.metadata,
                                        read_back(name_, place_->descriptor(), format_.container));
   place_->commit();
