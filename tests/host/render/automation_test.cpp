@@ -15,7 +15,7 @@ namespace channelstrip::test {
 namespace {
 
 constexpr int kRate = 48000;
-constexpr std::size_t kPeriod = 64;  // frames
+constexpr std::ptrdiff_t kPeriod = 64;  // frames
 
 class Automated : public Program {
  protected:
@@ -41,9 +41,8 @@ TEST_F(Automated, OutputDiffersFromThePeriodOfTheChangeOn) {
       const std::vector<float> after =
           rendered(file, kUnchanged + "[[at]]\ntime = " + std::to_string(time) + "\n" + change);
       ASSERT_EQ(after.size(), before.size());
-      const auto first =
-          static_cast<std::size_t>(std::ranges::mismatch(before, after).in1 - before.begin()) / 2;
-      EXPECT_EQ(first / kPeriod, std::lround(time * kRate) / kPeriod) << change << " " << time;
+      const auto same = std::ranges::mismatch(before, after).in1 - before.begin();
+      EXPECT_EQ(same / 2 / kPeriod, std::lround(time * kRate) / kPeriod) << change << " " << time;
     }
   }
 }
