@@ -10,8 +10,8 @@
 namespace channelstrip::host {
 AudioReader::AudioReader(const std::string& path) : name_(input_name(path)) {
   SF_INFO info = {};
-  file_.reset(sf_open_fd(open_input(path), SFM_READ, &info, SF_TRUE));
-  if (!file_) fail_on(name_, sf_strerror(nullptr));
+  const int input = open_input(path);
+  file_ = opened(name_, [&] { return Sndfile(sf_open_fd(input, SFM_READ, &info, SF_TRUE)); });
 
   format_.sample_rate = info.samplerate;
   format_.channels = info.channels;

@@ -7,6 +7,8 @@
 #include <limits>
 #include <utility>
 
+#include "containers.h"
+#include "cue_chunks.h"
 #include "pcm.h"
 #include "standard_streams.h"
 
@@ -28,18 +30,23 @@ sf_count_t size_limit(int container) {
 
 std::string chunks_for(const AudioFormat& format, const Metadata& metadata) {
   const ChunkFamily family = chunk_family(format.container);
-  if (family != metadata.family) return "";
-  std::vector<Chunk> chunks = metadata.chunks;
+  std::vector<Chunk> chunks;
+  if (family == metadata.family) {
+    chunks = metadata.chunks;
+  } else if (family == ChunkFamily::kRiff) {
+    chunks = cue_chunks(metadata.cues);
+  }
   if (format.container == SF_FORMAT_RF64) std::ranges::transform(chunks, chunks.begin(), evened);
   return serialised(family, chunks);
 }
 
 // Of a file just written, which stays open: libsndfile closes what it doesn't recognise.
-Metadata read_back(int descriptor, int container) {
+Metadata read_back(const std::string& name, int descriptor, int container) {
   SF_INFO info = {};
   lseek(descriptor, 0, SEEK_SET);
-  const Sndfile file(sf_open_fd(dup(descriptor), SFM_READ, &info, SF_TRUE));
-  return file ? read_metadata(file.get(), container) : Metadata{};
+  const Sndfile file =
+      opened(name, [&] { return Sndfile(sf_open_fd(dup(descriptor), SFM_READ, &info, SF_TRUE)); });
+  return read_metadata(file.get(), container);
 }
 
 }  // namespace
@@ -65,9 +72,11 @@ void AudioWriter::open() {
   info.channels = format_.channels;
   info.format = format_.container | format_.sample_type;
   SF_VIRTUAL_IO calls = SndfileOutput::calls();
-  file_.reset(sf_open_virtual(&calls, SFM_WRITE, &info, &output_));
-  check();
-  if (!file_) fail_on(name_, sf_strerror(nullptr));
+  file_ = opened(name_, [&] {
+    Sndfile file(sf_open_virtual(&calls, SFM_WRITE, &info, &output_));
+    check();
+    return file;
+  });
 }
 
 void AudioWriter::set_channel_map() {
@@ -107,8 +116,12 @@ void AudioWriter::commit() {
   if (error != SF_ERR_NO_ERROR) fail_on(name_, sf_error_number(error));
   output_.finish();
   check();
-  lost_metadata_ =
-      host::lost_metadata(options_.metadata, read_back(place_->descriptor(), format_.container));
+  // libsndfile gives FLAC its header with the first samples.
+  if (lseek(place_->descriptor(), 0, SEEK_END) == 0) {
+    fail_on(name_, libsndfile_name(format_.container) + " can't be without samples");
+  }
+  lost_metadata_ = host::lost_metadata(options_.metadata,
+                                       read_back(name_, place_->descriptor(), format_.container));
   place_->commit();
 }
 

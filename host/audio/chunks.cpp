@@ -108,6 +108,31 @@ std::string serialised(ChunkFamily family, std::span<const Chunk> chunks) {
   return bytes;
 }
 
+std::vector<Chunk> list_entries(std::string_view list) {
+  const Syntax rules = syntax(ChunkFamily::kRiff);
+  std::vector<Chunk> entries;
+  for (std::size_t at = 4; at + 8 <= list.size();) {
+    const std::uint64_t size = number(list.substr(at + 4, 4), rules.big_endian);
+    entries.push_back({std::string(list.substr(at, 4)), std::string(list.substr(at + 8, size))});
+    at += 8 + padded(size, rules);
+  }
+  return entries;
+}
+
+std::size_t open_size(std::string_view header, std::uint64_t length) {
+  constexpr std::uint64_t kUnknown = 0xFFFFFFFF;
+  if (header.size() < 12 || !header.starts_with("RIFF") || header.substr(8, 4) != "WAVE") return 0;
+  const Syntax rules = syntax(ChunkFamily::kRiff);
+  const std::uint64_t stated = number(header.substr(4, 4), rules.big_endian);
+  if (stated != kUnknown && stated + 8 >= length) return 0;
+  for (std::size_t at = rules.start; at + 8 < header.size();) {
+    const std::uint64_t size = number(header.substr(at + 4, 4), rules.big_endian);
+    if (header.substr(at, 4) == "data") return size == 0 ? at + 4 : 0;
+    at += 8 + padded(size, rules);
+  }
+  return 0;
+}
+
 std::size_t chunks_offset(ChunkFamily family, std::string_view header) {
   const Syntax rules = syntax(family);
   for (std::size_t at = rules.start; at + 4 + rules.size_bytes <= header.size();) {

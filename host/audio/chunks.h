@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace channelstrip::host {
 
@@ -34,6 +35,14 @@ std::string serialised(ChunkFamily family, std::span<const Chunk> chunks);
 // Where further chunks may stand in a file that begins with `header`: behind the chunk that
 // describes the format. 0 if that is incomplete.
 std::size_t chunks_offset(ChunkFamily family, std::string_view header);
+
+// The chunks in a RIFF chunk "LIST", which stand behind its type.
+std::vector<Chunk> list_entries(std::string_view list);
+
+// Where a WAV file of `length` bytes that begins with `header` leaves the size of its samples open,
+// as one does that was written to a pipe or never completed: it says 0, and the file goes on behind
+// the end that it states. 0 in any other file.
+std::size_t open_size(std::string_view header, std::uint64_t length);
 
 // The bytes of `header` that count the whole file's size, if any, raised by `growth` in place.
 void grow(ChunkFamily family, std::span<char> header, std::uint64_t growth);

@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <span>
 #include <string>
 #include <string_view>
 #include <utility>
+
+#include "cue_chunks.h"
 
 namespace channelstrip::host {
 namespace {
@@ -90,10 +93,18 @@ void write_cues(SNDFILE* file, const std::vector<SF_CUE_POINT>& cues) {
   sf_command(file, SFC_SET_CUE, bytes.data(), static_cast<int>(bytes.size()));
 }
 
-// Chunks whose content libsndfile reads as tags, cue points or loops.
-bool is_understood(std::string_view id) {
-  constexpr std::string_view kIds[] = {"LIST", "cue ", "smpl", "NAME", "AUTH", "ANNO",
-                                       "(c) ", "APPL", "MARK", "INST", "info"};
+// Chunks whose content is read as tags, cue points or loops.
+bool is_understood(std::string_view id, const Metadata& metadata) {
+  constexpr std::string_view kIds[] = {"cue ", "NAME", "AUTH", "ANNO",
+                                       "(c) ", "APPL", "MARK", "info"};
+  if (id == "smpl" || id == "INST") return metadata.instrument.has_value();
+  return std::ranges::find(kIds, id) != std::end(kIds);
+}
+
+// The same of a list's entries.
+bool is_understood_entry(std::string_view id) {
+  constexpr std::string_view kIds[] = {"INAM", "ICOP", "ISFT", "IART", "ICMT",
+                                       "ICRD", "IPRD", "ITRK", "IGNR", "labl"};
   return std::ranges::find(kIds, id) != std::end(kIds);
 }
 
@@ -121,7 +132,8 @@ Metadata read_metadata(SNDFILE* file, int container) {
     if (const char* text = sf_get_string(file, type)) metadata.tags[type] = text;
   }
   end_software_tag_with_its_chunk(metadata);
-  metadata.cues = read_cues(file);
+  metadata.cues =
+      metadata.family == ChunkFamily::kRiff ? cue_points(metadata.chunks) : read_cues(file);
   SF_INSTRUMENT instrument = {};
   if (sf_command(file, SFC_GET_INSTRUMENT, &instrument, sizeof instrument)) {
     metadata.instrument = instrument;
@@ -133,7 +145,7 @@ void write_metadata(SNDFILE* file, int container, const Metadata& metadata) {
   const ChunkFamily family = chunk_family(container);
   if (family != ChunkFamily::kNone && family == metadata.family) return;
   for (const auto& [type, text] : metadata.tags) sf_set_string(file, type, text.c_str());
-  if (!metadata.cues.empty()) write_cues(file, metadata.cues);
+  if (family != ChunkFamily::kRiff && !metadata.cues.empty()) write_cues(file, metadata.cues);
   if (metadata.instrument) {
     SF_INSTRUMENT instrument = *metadata.instrument;
     sf_command(file, SFC_SET_INSTRUMENT, &instrument, sizeof instrument);
@@ -163,7 +175,13 @@ std::vector<std::string> lost_metadata(const Metadata& input, const Metadata& ou
     lost.emplace_back("loops");
   }
   for (const Chunk& chunk : input.chunks) {
-    if (!is_understood(chunk.id)) lost.push_back(chunk.id);
+    if (chunk.id == "LIST") {
+      for (const Chunk& entry : list_entries(chunk.data)) {
+        if (!is_understood_entry(entry.id)) lost.push_back(entry.id);
+      }
+    } else if (!is_understood(chunk.id, input)) {
+      lost.push_back(chunk.id);
+    }
   }
   return lost;
 }

@@ -17,7 +17,8 @@ namespace channelstrip::host {
 // zero that RF64 may need behind it, so that nothing is lost: bext with its coding history, cart,
 // iXML, cue points and their labels, loops, tags. Nothing is added or recomputed either: loudness
 // values in bext are still those of the input. Into any other container go tags, cue points and
-// loops as far as libsndfile can write them there, which names itself behind the "software" tag.
+// loops as far as libsndfile, which names itself behind the "software" tag, or cue_chunks() can
+// write them there.
 struct Metadata {
   ChunkFamily family = ChunkFamily::kNone;
   std::vector<Chunk> chunks = {};  // in file order, without those that describe the samples' coding

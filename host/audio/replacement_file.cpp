@@ -2,13 +2,13 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <random>
 #include <stdexcept>
 #include <string_view>
 #include <system_error>
@@ -23,11 +23,17 @@ namespace fs = std::filesystem;
   throw std::runtime_error(fmt::format("{}: {}", path, what));
 }
 
-// mkstemp makes files private; this is what open would have given.
-mode_t ordinary_permissions() {
-  const mode_t mask = umask(0);
-  umask(mask);
-  return 0666 & ~mask;
+constexpr mode_t kPermissions = 0666;  // before the process's mask
+
+// By which a file that has no name can be given one.
+std::string path_of(int descriptor) {
+  return fmt::format("/proc/self/fd/{}", descriptor);
+}
+
+// No two files share it.
+std::string temporary_name() {
+  std::random_device random;
+  return fmt::format(".channelstrip-{:08x}{:08x}", random(), random());
 }
 
 }  // namespace
@@ -45,22 +51,43 @@ ReplacementFile::ReplacementFile(const std::string& path) : path_(path), target_
   }
   fs::path folder = fs::path(target_).parent_path();
   if (folder.empty()) folder = ".";
-  temporary_ = (folder / ".channelstrip-XXXXXX").string();
-  descriptor_ = mkstemp(temporary_.data());
+  temporary_ = (folder / temporary_name()).string();
+  open_nameless(folder.string());
+  if (descriptor_ < 0) open_named();
   if (descriptor_ < 0) fail(path, std::strerror(errno));
-  fchmod(descriptor_, ordinary_permissions());
 }
 
 ReplacementFile::~ReplacementFile() {
   if (descriptor_ >= 0) close(descriptor_);
-  if (!temporary_.empty()) unlink(temporary_.c_str());
+  if (named_) unlink(temporary_.c_str());
+}
+
+void ReplacementFile::open_nameless(const std::string& folder) {
+  const int descriptor = open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, kPermissions);
+  if (descriptor < 0) return;
+  if (access(path_of(descriptor).c_str(), F_OK) == 0) {
+    descriptor_ = descriptor;
+  } else {
+    close(descriptor);
+  }
+}
+
+void ReplacementFile::open_named() {
+  descriptor_ = open(temporary_.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, kPermissions);
+  named_ = descriptor_ >= 0;
 }
 
 void ReplacementFile::commit() {
+  // A link can't replace a file, a name can.
+  if (!named_) {
+    named_ = linkat(AT_FDCWD, path_of(descriptor_).c_str(), AT_FDCWD, temporary_.c_str(),
+                    AT_SYMLINK_FOLLOW) == 0;
+    if (!named_) fail(path_, std::strerror(errno));
+  }
   // Some file systems report a full disk only here.
   if (close(std::exchange(descriptor_, -1)) != 0) fail(path_, std::strerror(errno));
   if (std::rename(temporary_.c_str(), target_.c_str()) != 0) fail(path_, std::strerror(errno));
-  temporary_.clear();
+  named_ = false;
 }
 
 }  // namespace channelstrip::host

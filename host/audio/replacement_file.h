@@ -8,9 +8,10 @@
 
 namespace channelstrip::host {
 
-// Written under a temporary name in the folder of `path`, renamed onto `path` by commit(), removed
-// if that is never reached. What stood at `path` stays untouched until then. All errors are
-// std::runtime_error and begin with the path.
+// Written without a name in the folder of `path` and named by commit(): however the process ends, a
+// file that wasn't completed is gone. Where the file system knows no nameless files it has a
+// temporary name, removed if commit() is never reached. What stood at `path` stays untouched until
+// then. All errors are std::runtime_error and begin with the path.
 class ReplacementFile : public OutputFile {
  public:
   // Refuses a path that is there but isn't a regular, writable file. A symbolic link is followed.
@@ -22,9 +23,13 @@ class ReplacementFile : public OutputFile {
   void commit() override;
 
  private:
-  std::string path_;    // as the user gave it
-  std::string target_;  // links resolved
-  std::string temporary_;
+  void open_nameless(const std::string& folder);
+  void open_named();
+
+  std::string path_;       // as the user gave it
+  std::string target_;     // links resolved
+  std::string temporary_;  // in the folder of the target; to be removed as long as `named_`
+  bool named_ = false;
   int descriptor_ = -1;
 };
 

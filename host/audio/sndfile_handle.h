@@ -4,6 +4,7 @@
 
 #include <sndfile.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -17,5 +18,9 @@ using Sndfile = std::unique_ptr<SNDFILE, CloseSndfile>;
 
 // Throws std::runtime_error "<path>: <what>", without the full stop of libsndfile's sentences.
 [[noreturn]] void fail_on(const std::string& path, std::string_view what);
+
+// What `open` gives, one thread at a time: libsndfile's message of a failed opening is shared by
+// all. Throws as fail_on() does.
+Sndfile opened(const std::string& path, const std::function<Sndfile()>& open);
 
 }  // namespace channelstrip::host

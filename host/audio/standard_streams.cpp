@@ -8,13 +8,17 @@
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
 #include <utility>
+#include <vector>
 
+#include "../render/interrupt.h"
+#include "chunks.h"
 #include "sndfile_handle.h"
 
 namespace channelstrip::host {
@@ -59,19 +63,38 @@ bool is_regular(int descriptor) {
   return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
 }
 
-// A read or write that waits goes on after a signal that is only noted down; this doesn't.
-bool is_ready(int descriptor, short events) {
-  pollfd wait = {descriptor, events, 0};
-  return poll(&wait, 1, -1) > 0;
+// Of a regular file; 0: there is none.
+off_t open_size_of(int descriptor) {
+  std::vector<char> header(1 << 16);
+  const ssize_t got = pread(descriptor, header.data(), header.size(), 0);
+  struct stat status = {};
+  if (got < 0 || fstat(descriptor, &status) != 0) return 0;
+  const std::string_view bytes(header.data(), static_cast<std::size_t>(got));
+  return static_cast<off_t>(open_size(bytes, static_cast<std::uint64_t>(status.st_size)));
 }
 
-// What follows are false, with errno, when that fails or a signal comes while it waits.
+// libsndfile takes the largest size for "up to the end" and 0 for nothing.
+bool fill_in_size(int descriptor) {
+  const off_t offset = open_size_of(descriptor);
+  return offset == 0 || pwrite(descriptor, "\xFF\xFF\xFF\xFF", 4, offset) == 4;
+}
+
+// Of a descriptor that doesn't wait and found nothing to do after all.
+bool is_to_be_retried() {
+  return errno == EAGAIN || errno == EINTR;
+}
+
+// A read or write that waits goes on after a signal that is only noted down, so nothing here waits
+// but by wait_for(). What follows are false, with errno, when they fail.
 bool write_all(int descriptor, std::string_view bytes) {
   while (!bytes.empty()) {
-    if (!is_ready(descriptor, POLLOUT)) return false;
+    wait_for(descriptor, POLLOUT);
     const ssize_t step = ::write(descriptor, bytes.data(), bytes.size());
-    if (step < 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(step));
+    if (step >= 0) {
+      bytes.remove_prefix(static_cast<std::size_t>(step));
+    } else if (!is_to_be_retried()) {
+      return false;
+    }
   }
   return true;
 }
@@ -79,10 +102,11 @@ bool write_all(int descriptor, std::string_view bytes) {
 bool copy(int from, int to) {
   std::array<char, PIPE_BUF> bytes = {};  // what a pipe that is ready takes without waiting
   for (;;) {
-    if (!is_ready(from, POLLIN)) return false;
+    wait_for(from, POLLIN);
     const ssize_t got = ::read(from, bytes.data(), bytes.size());
-    if (got <= 0) return got == 0;
-    if (!write_all(to, {bytes.data(), static_cast<std::size_t>(got)})) return false;
+    if (got == 0) return true;
+    if (got < 0 && is_to_be_retried()) continue;
+    if (got < 0 || !write_all(to, {bytes.data(), static_cast<std::size_t>(got)})) return false;
   }
 }
 
@@ -100,14 +124,18 @@ int open_input(const std::string& path) {
   const std::string name = input_name(path);
   const bool standard = path == kStandardStream;
   if (standard && isatty(STDIN_FILENO)) fail_on(name, "is a terminal");
-  const int given =
-      standard ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0) : open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  // A named pipe is there at once; it is the first read that waits for somebody to write.
+  const int given = standard ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0)
+                             : open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
   if (given < 0) fail_on(name, std::strerror(errno));
   Descriptor input(given);
-  if (is_regular(given) && lseek(given, 0, SEEK_CUR) == 0) return input.release();
+  const bool is_whole =
+      is_regular(given) && lseek(given, 0, SEEK_CUR) == 0 && open_size_of(given) == 0;
+  if (is_whole) return input.release();
 
   Descriptor spool(open_nameless(name));
-  if (!copy(given, spool.get()) || lseek(spool.get(), 0, SEEK_SET) != 0) {
+  if (!copy(given, spool.get()) || !fill_in_size(spool.get()) ||
+      lseek(spool.get(), 0, SEEK_SET) != 0) {
     fail_on(name, std::strerror(errno));
   }
   return spool.release();

@@ -1,6 +1,7 @@
 // Standard input and output in place of files. Pipes go by way of a temporary file without a name
 // in $TMPDIR or /tmp: audio files are full of sizes and offsets, and a pipe can't seek. (libsndfile
-// reads some containers from a pipe, but loses frames of others without a word.)
+// reads some containers from a pipe, but loses frames of others without a word.) So do WAV files
+// that leave open how long they are.
 
 #pragma once
 
@@ -18,11 +19,12 @@ std::string input_name(const std::string& path);
 std::string output_name(const std::string& path);
 
 // A descriptor, the caller's to close, from which all of the input can be read and sought. Refuses
-// a terminal as standard input. Throws std::runtime_error that begins with the input's name.
+// a terminal as standard input. Throws std::runtime_error that begins with the input's name, or
+// Interrupted.
 int open_input(const std::string& path);
 
-// Copied to standard output by commit(). SIGPIPE must be ignored for a closed pipe to be an error
-// like any other.
+// Copied to standard output by commit(), which throws Interrupted when a signal comes. SIGPIPE must
+// be ignored for a closed pipe to be an error like any other.
 class StandardOutput : public OutputFile {
  public:
   // Refuses a terminal.

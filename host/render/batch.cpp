@@ -7,6 +7,7 @@
 #include <thread>
 #include <utility>
 
+#include "../audio/standard_streams.h"
 #include "interrupt.h"
 
 namespace channelstrip::host {
@@ -46,14 +47,15 @@ class Jobs {
   RenderResult result_of(std::size_t index) {
     RenderResult result{.file = batch_.files[index], .report = {}, .error = {}};
     try {
-      result.report = render({.input = result.file.input,
-                              .output = result.file.output,
-                              .strip = batch_.strip,
-                              .choice = batch_.choice,
-                              .dither = batch_.dither,
-                              .on_progress = [&](double seconds, double part) {
-                                progress_.advance(index, result.file.input, seconds, part);
-                              }});
+      result.report =
+          render({.input = result.file.input,
+                  .output = result.file.output,
+                  .strip = batch_.strip,
+                  .choice = batch_.choice,
+                  .dither = batch_.dither,
+                  .on_progress = [&](double seconds, double part) {
+                    progress_.advance(index, input_name(result.file.input), seconds, part);
+                  }});
     } catch (const std::exception& error) {
       result.error = error.what();
     }
@@ -65,7 +67,7 @@ class Jobs {
     const std::scoped_lock lock(mutex_);
     results_[index] = std::move(result);
     for (; reported_ < results_.size() && results_[reported_]; ++reported_) {
-      progress_.erase();
+      const Progress::Room room(progress_);
       report_(*results_[reported_]);
       results_[reported_]->report.reset();
     }

@@ -1,6 +1,11 @@
 #include "interrupt.h"
 
+#include <poll.h>
+#include <sys/eventfd.h>
+
+#include <array>
 #include <atomic>
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <initializer_list>
@@ -12,15 +17,27 @@ namespace {
 std::atomic<int> caught = 0;
 static_assert(std::atomic<int>::is_always_lock_free);
 
+// Readable from then on: a signal wakes one thread, but many may wait. Below 0, which poll() skips,
+// as long as nothing is caught.
+std::atomic<int> wake = -1;
+
+void note(int signal) {
+  const int before = errno;
+  caught = signal;
+  eventfd_write(wake, 1);
+  errno = before;
+}
+
 }  // namespace
 
 void catch_interrupts() {
+  if (wake < 0) wake = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     struct sigaction action = {};
     sigaction(signal, nullptr, &action);
     if (action.sa_handler == SIG_IGN) continue;
     action = {};
-    action.sa_handler = [](int number) { caught = number; };
+    action.sa_handler = note;
     action.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
     sigaction(signal, &action, nullptr);
   }
@@ -28,6 +45,14 @@ void catch_interrupts() {
 
 int interrupted() {
   return caught;
+}
+
+void wait_for(int descriptor, short events) {
+  std::array<pollfd, 2> waits = {{{descriptor, events, 0}, {wake, POLLIN, 0}}};
+  do {
+    poll(waits.data(), waits.size(), -1);
+    if (const int signal = interrupted()) throw Interrupted{signal};
+  } while (waits[0].revents == 0);
 }
 
 void end_by_signal(int signal) {

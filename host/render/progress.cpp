@@ -67,7 +67,9 @@ void Progress::advance(std::size_t index, const std::string& name, double second
   state_.part = known ? std::accumulate(parts_.begin(), parts_.end(), 0.0) /
                             static_cast<double>(parts_.size())
                       : -1;
-  fmt::print(stderr, "\r{}\x1b[K", progress_line(state_, terminal_width() - 1));
+  // Not by fmt::print, which throws when the terminal is gone: the work shall outlive it.
+  std::fputs(fmt::format("\r{}\x1b[K", progress_line(state_, terminal_width() - 1)).c_str(),
+             stderr);
   drawn_ = true;
 }
 
@@ -77,10 +79,9 @@ void Progress::end(std::size_t index) {
   ++state_.done;
 }
 
-void Progress::erase() {
-  const std::scoped_lock lock(mutex_);
-  if (drawn_) std::fputs("\r\x1b[K", stderr);
-  drawn_ = false;
+Progress::Room::Room(Progress& progress) : lock_(progress.mutex_) {
+  if (progress.drawn_) std::fputs("\r\x1b[K", stderr);
+  progress.drawn_ = false;
 }
 
 }  // namespace channelstrip::host

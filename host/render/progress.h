@@ -26,7 +26,7 @@ std::string progress_line(const ProgressState& state, std::size_t width);
 class Progress {
  public:
   Progress(std::size_t files, bool wanted);
-  ~Progress() { erase(); }
+  ~Progress() { const Room cleared(*this); }
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
@@ -34,8 +34,14 @@ class Progress {
   void advance(std::size_t index, const std::string& name, double seconds, double part);
   void end(std::size_t index);
 
-  // Makes room for other lines.
-  void erase();
+  // Erases the line and keeps its place free for others for as long as it lives.
+  class Room {
+   public:
+    explicit Room(Progress& progress);
+
+   private:
+    std::scoped_lock<std::mutex> lock_;
+  };
 
  private:
   using Clock = std::chrono::steady_clock;

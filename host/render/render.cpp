@@ -3,33 +3,13 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include <mutex>
-#include <optional>
-
 #include "../audio/audio_writer.h"
+#include "../audio/standard_streams.h"
 #include "../strip_run.h"
 #include "interrupt.h"
 
 namespace channelstrip::host {
 namespace {
-
-struct Files {
-  std::optional<StripRun> run;
-  AudioFormat format;  // of the output
-  std::optional<AudioWriter> writer;
-
-  // One thread at a time: libsndfile's message of a failed opening and the process's file mode mask
-  // are shared by all.
-  explicit Files(const RenderOptions& options) {
-    static std::mutex opening;
-    const std::scoped_lock lock(opening);
-    run.emplace(options.input, options.strip);
-    format = output_format(run->format(), options.output, options.choice);
-    writer.emplace(options.output, format,
-                   AudioWriterOptions{.dither = options.dither.value_or(usual_dither(format)),
-                                      .metadata = run->metadata()});
-  }
-};
 
 std::vector<std::string> warnings(const std::string& output, const AudioWriter& writer) {
   std::vector<std::string> lines;
@@ -50,26 +30,29 @@ std::vector<std::string> warnings(const std::string& output, const AudioWriter& 
 }  // namespace
 
 RenderReport render(const RenderOptions& options) {
-  Files files(options);
-  StripRun& run = *files.run;
+  StripRun run(options.input, options.strip);
+  const AudioFormat format = output_format(run.format(), options.output, options.choice);
+  AudioWriter writer(
+      options.output, format,
+      {.dither = options.dither.value_or(usual_dither(format)), .metadata = run.metadata()});
   const double sample_rate = run.format().sample_rate;
   for (StripRun::Piece piece; run.next(piece);) {
     if (const int signal = interrupted()) throw Interrupted{signal};
-    files.writer->write(piece.output);
+    writer.write(piece.output);
     if (options.on_progress) {
       const double frames = static_cast<double>(piece.input.size()) / run.format().channels;
       options.on_progress(frames / sample_rate, run.part_read());
     }
   }
-  files.writer->commit();
+  writer.commit();
   return {.preset_name = run.preset().name,
           .format = run.format(),
-          .output_format = files.format,
+          .output_format = format,
           .layout = run.layout(),
           .frames = run.frames_read(),
           .meters = run.stream().meters(),
-          .clipped = files.writer->clipped(),
-          .warnings = warnings(options.output, *files.writer)};
+          .clipped = writer.clipped(),
+          .warnings = warnings(output_name(options.output), writer)};
 }
 
 }  // namespace channelstrip::host

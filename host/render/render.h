@@ -13,6 +13,7 @@
 #include "../design/channel_layout.h"
 #include "../strip_options.h"
 #include "../strip_stream.h"
+#include "interrupt.h"
 
 namespace channelstrip::host {
 
@@ -36,11 +37,6 @@ struct RenderReport {
   StripMeters meters;
   long long clipped = 0;              // samples
   std::vector<std::string> warnings;  // clipping among them
-};
-
-// A signal ended the rendering; no file is left.
-struct Interrupted {
-  int signal;
 };
 
 // Either the whole output stands in its place or nothing has changed. Throws std::runtime_error,

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "../audio/standard_streams.h"
 #include "../duration.h"
 #include "decibels.h"
 #include "summary.h"
@@ -19,7 +20,7 @@ std::string sample_types(const RenderReport& report) {
 
 std::string summary_text(const RenderFile& file, const RenderReport& report) {
   const StripMeters& meters = report.meters;
-  std::string text = fmt::format("{} -> {}\n", file.input, file.output);
+  std::string text = fmt::format("{} -> {}\n", input_name(file.input), output_name(file.output));
   text += fmt::format("{}, {} Hz, {}, {}{}{}\n\n", report.layout.format->name,
                       report.format.sample_rate, sample_types(report),
                       duration(static_cast<double>(report.frames) / report.format.sample_rate),

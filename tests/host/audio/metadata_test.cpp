@@ -40,6 +40,14 @@ std::string broadcast_chunk() {
   return bext;
 }
 
+// A version, a title among 2044 bytes of fields, and free text of odd length.
+std::string cart_chunk() {
+  std::string cart(2048, '\0');
+  cart.replace(0, 4, "0101");
+  cart.replace(4, 9, "A station");
+  return cart + "segue: none";
+}
+
 std::string loop_chunk() {
   return numbers({0, 0, 20833, 60, 0, 0, 0, 1, 0, 0, 0, 100, 900, 0, 0});
 }
@@ -47,6 +55,7 @@ std::string loop_chunk() {
 // Odd sizes, a long one, and chunks that libsndfile writes otherwise or not at all.
 const std::vector<Chunk> kChunks = {
     {"bext", broadcast_chunk()},
+    {"cart", cart_chunk()},
     {"iXML", std::string("<BWFXML><SCENE>1</SCENE></BWFXML>")},
     {"cue ", numbers({1, 7, 50, 0x61746164, 0, 0, 50})},
     {"LIST", "adtllabl" + numbers({10}) + numbers({7}) + std::string("verse\0", 6)},
@@ -129,7 +138,7 @@ TEST(Metadata, OfBroadcastReadsAsItWas) {
 TEST(Metadata, ThatAnotherContainerCannotHoldIsNamed) {
   const TemporaryFolder folder;
   const std::string input = wav_with_chunks(folder.file("in.wav"));
-  const Names rest{"bext", "iXML", "ID3 "};
+  const Names rest{"bext", "cart", "iXML", "ID3 "};
   Names all{"cue points", "loops"};
   all.insert(all.end(), rest.begin(), rest.end());
   for (const char* name : {"out.flac", "out.caf"}) {

@@ -2,10 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <stdexcept>
+#include <string>
+#include <utility>
 
 #include "host/audio/containers.h"
+#include "refusal.h"
 
 namespace channelstrip::test {
 namespace {
@@ -20,15 +21,6 @@ const AudioFormat kInput{.sample_rate = 48000,
                          .container = SF_FORMAT_WAV,
                          .sample_type = SF_FORMAT_FLOAT,
                          .channel_map = {}};
-
-std::string refusal(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const std::runtime_error& error) {
-    return error.what();
-  }
-  return "";
-}
 
 TEST(OutputFormat, HasTheBitsThatAreAskedFor) {
   struct Case {

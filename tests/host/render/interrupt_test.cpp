@@ -1,52 +1,148 @@
+// Signals in the midst of the work.
+
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <csignal>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <thread>
 #include <vector>
 
-#include "../support/audio.h"
-#include "../support/child.h"
-#include "../support/temporary_folder.h"
+#include "../support/streams.h"
+#include "program.h"
 
 namespace channelstrip::test {
 namespace {
 
-using namespace std::chrono_literals;
+namespace fs = std::filesystem;
+using Names = std::vector<std::string>;
 
-bool has_temporary_file(const TemporaryFolder& folder) {
-  return std::ranges::any_of(
-      folder.entries(), [](const std::string& name) { return name.starts_with(".channelstrip-"); });
-}
+class Interrupt : public Program {
+ protected:
+  Interrupt() { fs::create_directory(out); }
 
-// Hours of silence that take no room: the program is in the middle of its work for long enough.
-std::string long_audio(const std::string& path) {
-  write_audio(path, {.format = SF_FORMAT_W64 | SF_FORMAT_PCM_16, .floats = noise(8, 0.5f)});
-  std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
-  const std::int64_t size = std::int64_t{1} << 33;
-  const std::string header = contents(path);
-  const auto data = static_cast<std::streamoff>(header.find("data"));
-  file.seekp(data + 16).write(reinterpret_cast<const char*>(&size), sizeof size);
-  file.seekp(16).write(reinterpret_cast<const char*>(&size), sizeof size);
-  file.close();
-  std::filesystem::resize_file(path, static_cast<std::uintmax_t>(size));
-  return path;
-}
-
-TEST(Interrupted, RenderingLeavesNoFileAndEndsByTheSignal) {
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-    const TemporaryFolder folder;
-    Child child({"render", long_audio(folder.file("in.w64")), folder.file("out.w64")});
-    while (!has_temporary_file(folder) && child.runs()) std::this_thread::sleep_for(1ms);
-    child.send(signal);
-    EXPECT_EQ(child.result().signal, signal);
-    EXPECT_EQ(folder.entries(), (std::vector<std::string>{"in.w64"}));
+  // Hours of silence that take no room: never rendered to the end.
+  std::string hours(const std::string& name) const {
+    const std::string path = write_audio(
+        folder.file(name), {.format = SF_FORMAT_W64 | SF_FORMAT_PCM_16, .floats = noise(8, 0.5f)});
+    std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+    const std::int64_t size = std::int64_t{1} << 33;
+    const std::string header = contents(path);
+    const auto data = static_cast<std::streamoff>(header.find("data"));
+    file.seekp(data + 16).write(reinterpret_cast<const char*>(&size), sizeof size);
+    file.seekp(16).write(reinterpret_cast<const char*>(&size), sizeof size);
+    file.close();
+    fs::resize_file(path, static_cast<std::uintmax_t>(size));
+    return path;
   }
+
+  Names outputs() const {
+    Names names;
+    for (const auto& entry : fs::directory_iterator(out)) names.push_back(entry.path().filename());
+    std::ranges::sort(names);
+    return names;
+  }
+
+  // Without those that are on their way under a temporary name.
+  Names finished_outputs() const {
+    Names names = outputs();
+    std::erase_if(names, is_temporary);
+    return names;
+  }
+
+  // Where the file system knows no files without a name, one of a temporary name is left when
+  // nothing can be tidied any more.
+  void expect_no_output() const {
+    const OpenFile nameless(open(out.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600));
+    EXPECT_LE(outputs().size(), nameless < 0 ? 1u : 0u);
+    EXPECT_EQ(finished_outputs(), Names{});
+  }
+
+  static bool is_temporary(const std::string& name) { return name.starts_with(".channelstrip-"); }
+
+  const std::string out = folder.file("out");
+};
+
+TEST_F(Interrupt, LeavesNoFileAndEndsByTheSignal) {
+  const std::string endless = hours("in.w64");
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    Child child({"render", endless, out});
+    wait_until([&] { return child.has_open(out); });
+    child.send(signal);
+    const ChildResult result = child.result();
+    EXPECT_EQ(result.signal, signal);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(outputs(), Names{});
+  }
+}
+
+TEST_F(Interrupt, KeepsWhatOtherJobsHaveFinished) {
+  const std::string a = tone("a.wav"), b = tone("b.wav", 6), endless = hours("endless.w64");
+  const NamedPipe held(folder.file("held.wav"));
+  Child child({"render", a, held.path(), b, endless, out, "--jobs", "2", "--quiet"});
+  const Names finished{"a.wav", "b.wav"};
+  wait_until([&] { return finished_outputs() == finished && child.has_open(out); });
+  child.send(SIGINT);
+  const ChildResult result = child.result();
+  EXPECT_EQ(result.signal, SIGINT);
+  EXPECT_EQ(result.output, "");
+  EXPECT_EQ(outputs(), finished);
+  for (const std::string& name : finished) {
+    ASSERT_EQ(run({"render", folder.file(name), output}).exit_status, 0);
+    EXPECT_EQ(contents(out + "/" + name), contents(output));
+  }
+}
+
+TEST_F(Interrupt, EndsTheWaitForANamedPipe) {
+  const NamedPipe held(folder.file("held.wav"));
+  Child waits_for_a_writer({"render", held.path(), out});
+  wait_until([&] { return waits_for_a_writer.has_open(held.path()); });
+  waits_for_a_writer.send(SIGTERM);
+  EXPECT_EQ(waits_for_a_writer.result().signal, SIGTERM);
+
+  Child waits_for_bytes({"render", held.path(), input, out, "--jobs", "2", "-q"});
+  const OpenFile writer(held.opened());
+  writer.write("RIFF");
+  wait_until([&] { return finished_outputs() == Names{"in.wav"}; });
+  waits_for_bytes.send(SIGTERM);
+  const ChildResult result = waits_for_bytes.result();
+  EXPECT_EQ(result.signal, SIGTERM);
+  EXPECT_EQ(result.output, "");
+  EXPECT_EQ(outputs(), Names{"in.wav"});
+}
+
+TEST_F(Interrupt, EndsTheWaitForAReader) {
+  const std::string more_than_a_pipe_holds = tone("long.wav", 1, 1 << 20);
+  Pipe pipe;
+  Child child({"render", more_than_a_pipe_holds, "-", "-q"}, {.standard_output = pipe.writing});
+  char first = 0;
+  ASSERT_EQ(read(pipe.reading, &first, 1), 1);
+  child.send(SIGINT);
+  const ChildResult result = child.result();
+  EXPECT_EQ(result.signal, SIGINT);
+  EXPECT_EQ(result.output, "");
+}
+
+TEST_F(Interrupt, ASecondOneEndsAtOnceAndLeavesNoOutput) {
+  const NamedPipe held(folder.file("held.wav"));
+  Child child({"render", held.path(), hours("endless.w64"), out, "--jobs", "2"});
+  wait_until([&] { return child.has_open(out); });
+  child.send(SIGINT);
+  child.send(SIGINT);
+  EXPECT_EQ(child.result().signal, SIGINT);
+  expect_no_output();
+}
+
+TEST_F(Interrupt, ByForceLeavesNoOutput) {
+  Child child({"render", hours("endless.w64"), out});
+  wait_until([&] { return child.has_open(out); });
+  child.send(SIGKILL);
+  EXPECT_EQ(child.result().signal, SIGKILL);
+  expect_no_output();
 }
 
 }  // namespace

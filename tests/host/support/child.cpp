@@ -1,5 +1,6 @@
 #include "child.h"
 
+#include <fcntl.h>
 #include <linux/capability.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
@@ -8,6 +9,8 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <filesystem>
+#include <initializer_list>
 #include <stdexcept>
 #include <utility>
 
@@ -25,24 +28,23 @@ std::string read_all(int descriptor) {
 
 }  // namespace
 
-Child::Child(const std::vector<std::string>& arguments,
-             std::optional<unsigned long> file_size_limit) {
+Child::Child(const std::vector<std::string>& arguments, const ChildOptions& options) {
   std::vector<char*> argv{const_cast<char*>(CHANNELSTRIP_PROGRAM)};
   for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
   argv.push_back(nullptr);
 
   int ends[2];
-  if (pipe(ends) != 0) throw std::runtime_error("no pipe");
-  printed_ = memfd_create("printed", 0);
+  if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+  printed_ = memfd_create("printed", MFD_CLOEXEC);
   process_ = fork();
   if (process_ == 0) {
-    dup2(printed_, STDOUT_FILENO);
-    dup2(ends[1], STDERR_FILENO);
-    close(ends[0]);
-    close(ends[1]);
+    if (options.standard_input) dup2(*options.standard_input, STDIN_FILENO);
+    dup2(options.standard_output.value_or(printed_), STDOUT_FILENO);
+    dup2(options.standard_error.value_or(ends[1]), STDERR_FILENO);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) signal(number, SIG_DFL);
     prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE);
-    if (file_size_limit) {
-      const rlimit limit{*file_size_limit, *file_size_limit};
+    if (options.file_size_limit) {
+      const rlimit limit{*options.file_size_limit, *options.file_size_limit};
       setrlimit(RLIMIT_FSIZE, &limit);
     }
     execv(argv[0], argv.data());
@@ -70,6 +72,16 @@ bool Child::runs() const {
 
 void Child::send(int signal) const {
   kill(process_, signal);
+}
+
+bool Child::has_open(const std::string& path) const {
+  namespace fs = std::filesystem;
+  std::error_code gone;
+  for (const auto& entry :
+       fs::directory_iterator("/proc/" + std::to_string(process_) + "/fd", gone)) {
+    if (fs::read_symlink(entry, gone).string().starts_with(path)) return true;
+  }
+  return false;
 }
 
 ChildResult Child::result() {

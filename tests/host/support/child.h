@@ -17,18 +17,26 @@ struct ChildResult {
   std::string printed;  // standard output
 };
 
+struct ChildOptions {
+  std::optional<unsigned long> file_size_limit = {};  // bytes of any file it writes
+  // Descriptors; without them it shares our standard input, and result() tells the others.
+  std::optional<int> standard_input = {}, standard_output = {}, standard_error = {};
+};
+
 class Child {
  public:
   // Runs the program with these arguments. It obeys file permissions even where the tests run as
-  // the superuser, and may be given a limit to the bytes of any file it writes.
-  explicit Child(const std::vector<std::string>& arguments,
-                 std::optional<unsigned long> file_size_limit = std::nullopt);
+  // the superuser, and heeds signals even where they are ignored.
+  explicit Child(const std::vector<std::string>& arguments, const ChildOptions& options = {});
   ~Child();
   Child(const Child&) = delete;
   Child& operator=(const Child&) = delete;
 
   bool runs() const;
   void send(int signal) const;
+
+  // Whether it has this file open, or one in this folder, be it one without a name.
+  bool has_open(const std::string& path) const;
 
   // Waits for the end.
   ChildResult result();
@@ -41,7 +49,7 @@ class Child {
 
 inline ChildResult run(const std::vector<std::string>& arguments,
                        std::optional<unsigned long> file_size_limit = std::nullopt) {
-  return Child(arguments, file_size_limit).result();
+  return Child(arguments, {.file_size_limit = file_size_limit}).result();
 }
 
 }  // namespace channelstrip::test
