@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "flac_blocks.h"
 #include "pcm.h"
 #include "standard_streams.h"
 
@@ -24,6 +25,7 @@ AudioReader::AudioReader(const std::string& path) : name_(input_name(path)) {
   // A mask of fewer bits than channels names only some of them, which is no map.
   if (named && std::ranges::count(map, SF_CHANNEL_MAP_INVALID) == 0) format_.channel_map = map;
   metadata_ = read_metadata(file_.get(), format_.container);
+  if (format_.container == SF_FORMAT_FLAC) metadata_.refused = unknown_flac_blocks(input);
 }
 
 std::span<const float> AudioReader::read(std::span<float> frames) {

@@ -15,15 +15,15 @@ namespace channelstrip::host {
 
 // Between containers of one family (WAV and RF64, say) every chunk is copied verbatim, but for a
 // zero that RF64 may need behind it, so that nothing is lost: bext with its coding history, cart,
-// iXML, cue points and their labels, loops, tags. Nothing is added or recomputed either: loudness
-// values in bext are still those of the input. Into any other container go tags, cue points and
-// loops as far as libsndfile, which names itself behind the "software" tag, or cue_chunks() can
-// write them there.
+// iXML, cue points and their labels, loops, tags. Nothing is added or recomputed either. Into any
+// other container go tags, cue points and loops as far as libsndfile, which names itself behind the
+// "software" tag, or cue_chunks() can write them there.
 struct Metadata {
   ChunkFamily family = ChunkFamily::kNone;
   std::vector<Chunk> chunks = {};  // in file order, without those that describe the samples' coding
-  std::vector<std::string> refused = {};  // ids of chunks that are too large to copy or cut short
-  std::map<int, std::string> tags = {};   // by SF_STR_TITLE ...
+  // What can't be copied: ids of chunks that are too large or cut short, blocks of FLAC.
+  std::vector<std::string> refused = {};
+  std::map<int, std::string> tags = {};  // by SF_STR_TITLE ...
   std::vector<SF_CUE_POINT> cues = {};
   std::optional<SF_INSTRUMENT> instrument = {};  // MIDI notes, gain and loops of a sampler
 };

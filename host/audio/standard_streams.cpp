@@ -17,7 +17,7 @@
 #include <utility>
 #include <vector>
 
-#include "../render/interrupt.h"
+#include "../interrupt.h"
 #include "chunks.h"
 #include "sndfile_handle.h"
 

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <vector>
 
-#include "../render/interrupt.h"
+#include "../interrupt.h"
 #include "../render/render.h"
 #include "../strip_run.h"
 #include "../text_output.h"

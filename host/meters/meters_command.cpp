@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "../render/interrupt.h"
+#include "../interrupt.h"
 #include "meters.h"
 
 namespace channelstrip::host {

@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "../audio/standard_streams.h"
-#include "interrupt.h"
+#include "../interrupt.h"
 
 namespace channelstrip::host {
 namespace {

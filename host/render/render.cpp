@@ -3,15 +3,19 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <utility>
+
 #include "../audio/audio_writer.h"
+#include "../audio/broadcast_loudness.h"
 #include "../audio/standard_streams.h"
+#include "../interrupt.h"
 #include "../strip_run.h"
-#include "interrupt.h"
 
 namespace channelstrip::host {
 namespace {
 
-std::vector<std::string> warnings(const std::string& output, const AudioWriter& writer) {
+std::vector<std::string> warnings(const std::string& output, const AudioWriter& writer,
+                                  bool loudness_left_out) {
   std::vector<std::string> lines;
   if (const long long clipped = writer.clipped(); clipped > 0) {
     lines.push_back(
@@ -24,6 +28,10 @@ std::vector<std::string> warnings(const std::string& output, const AudioWriter& 
     lines.push_back(
         fmt::format("{} doesn't keep {}", output, fmt::join(writer.lost_metadata(), ", ")));
   }
+  if (loudness_left_out) {
+    lines.push_back(
+        fmt::format("{} leaves out the loudness in bext, which was the input's", output));
+  }
   return lines;
 }
 
@@ -32,9 +40,11 @@ std::vector<std::string> warnings(const std::string& output, const AudioWriter& 
 RenderReport render(const RenderOptions& options) {
   StripRun run(options.input, options.strip);
   const AudioFormat format = output_format(run.format(), options.output, options.choice);
+  Metadata metadata = run.metadata();
+  const bool loudness_left_out = forget_loudness(metadata.chunks);
   AudioWriter writer(
       options.output, format,
-      {.dither = options.dither.value_or(usual_dither(format)), .metadata = run.metadata()});
+      {.dither = options.dither.value_or(usual_dither(format)), .metadata = std::move(metadata)});
   const double sample_rate = run.format().sample_rate;
   for (StripRun::Piece piece; run.next(piece);) {
     if (const int signal = interrupted()) throw Interrupted{signal};
@@ -52,7 +62,7 @@ RenderReport render(const RenderOptions& options) {
           .frames = run.frames_read(),
           .meters = run.stream().meters(),
           .clipped = writer.clipped(),
-          .warnings = warnings(output_name(options.output), writer)};
+          .warnings = warnings(output_name(options.output), writer, loudness_left_out)};
 }
 
 }  // namespace channelstrip::host

@@ -14,10 +14,10 @@
 #include "../audio/containers.h"
 #include "../audio/standard_streams.h"
 #include "../command_line.h"
+#include "../interrupt.h"
 #include "../strip_run.h"
 #include "../text_output.h"
 #include "batch.h"
-#include "interrupt.h"
 #include "summary.h"
 
 namespace channelstrip::host {

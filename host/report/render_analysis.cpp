@@ -6,7 +6,7 @@
 #include <span>
 #include <stdexcept>
 
-#include "../render/interrupt.h"
+#include "../interrupt.h"
 #include "../render/render.h"
 #include "../strip_run.h"
 

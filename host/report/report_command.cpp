@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "../render/interrupt.h"
+#include "../interrupt.h"
 #include "../text_output.h"
 #include "page.h"
 
