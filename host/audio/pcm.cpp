@@ -39,7 +39,7 @@ int quantise(std::span<const float> samples, int bits, std::uint32_t count,
   int above = 0;
   for (std::size_t i = 0; i < samples.size(); ++i) {
     Real x = clamped(static_cast<Real>(samples[i]) * full_scale, -2 * full_scale, 2 * full_scale);
-    x = x == x ? x : 0;
+    x = std::isnan(x) ? 0 : x;
     Real step = rounded(x);
     above += std::abs(step) > full_scale ? 1 : 0;
     if constexpr (dither == Dither::kTriangular) {
