@@ -113,6 +113,9 @@ double measure(const std::string& library_path, const char* format_name, int typ
   std::vector<double> ratios;
   std::vector<float> buffer(piece.size());
   for (int turn = 0; turn < kTurns; ++turn) {
+    // Files that are replaced are written to the disk at once by some file systems.
+    std::filesystem::remove(out);
+    std::filesystem::remove(copy);
     const double render =
         nanoseconds([&] { host::render({.input = in, .output = out, .strip = options}); });
     const double alone = nanoseconds([&] {

@@ -94,9 +94,16 @@ void AudioWriter::write(std::span<const float> frames) {
   const sf_count_t count = std::ssize(frames) / format_.channels;
   sf_count_t done = 0;
   if (const int bits = integer_bits(format_)) {
-    integers_.resize(frames.size());
-    clipped_ += to_pcm(frames, bits, options_.dither, written_, integers_);
-    done = sf_writef_int(file_.get(), integers_.data(), count);
+    const auto put = [&](auto& integers, auto* write_frames) {
+      integers.resize(frames.size());
+      clipped_ += to_pcm(frames, bits, options_.dither, written_, integers);
+      done = write_frames(file_.get(), integers.data(), count);
+    };
+    if (bits <= 16) {
+      put(shorts_, sf_writef_short);
+    } else {
+      put(integers_, sf_writef_int);
+    }
   } else if (format_.sample_type == SF_FORMAT_FLOAT || format_.sample_type == SF_FORMAT_DOUBLE) {
     done = sf_writef_float(file_.get(), frames.data(), count);
   } else {

@@ -58,6 +58,7 @@ class AudioWriter {
   std::vector<std::string> lost_metadata_;
   long long clipped_ = 0;
   std::uint32_t written_ = 0;  // samples, of all channels, wrapping
+  std::vector<std::int16_t> shorts_;
   std::vector<std::int32_t> integers_;
   std::vector<float> floats_;
 };

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
-#include <type_traits>
 
 namespace channelstrip::host {
 namespace {
@@ -12,16 +11,6 @@ namespace {
 // from doing several samples at once: no branch, call or reduction of wider type.
 constexpr std::size_t kPiece = 1024;
 
-// Adding it leaves no room for fractions: what is added is rounded to the nearest integer, ties to
-// even. For |x| < a third of it.
-template <typename Real>
-constexpr Real kNoFractions = std::is_same_v<Real, float> ? 0x1.8p23 : 0x1.8p52;
-
-template <typename Real>
-Real rounded(Real x) {
-  return (x + kNoFractions<Real>)-kNoFractions<Real>;
-}
-
 // As std::clamp; what isn't a number stays none.
 template <typename Real>
 Real clamped(Real x, Real low, Real high) {
@@ -29,32 +18,40 @@ Real clamped(Real x, Real low, Real high) {
   return x > high ? high : x;
 }
 
-// Float, of which twice as many fit a register, holds everything exactly up to 16 bits but the sum
+// Float, of which twice as many fit a register, holds everything exactly up to 24 bits but the sum
 // of fraction and dither, which it rounds by 2^-24 of a step.
-template <typename Real, Dither dither>
+template <typename Real, Dither dither, typename Integer>
 int quantise(std::span<const float> samples, int bits, std::uint32_t count,
-             std::span<std::int32_t> integers) {
+             std::span<Integer> integers) {
   const Real full_scale = std::ldexp(Real(1), bits - 1);
-  const Real top_bits = std::ldexp(Real(1), 32 - bits);
+  const Real top_bits = std::ldexp(Real(1), 8 * static_cast<int>(sizeof(Integer)) - bits);
   int above = 0;
   for (std::size_t i = 0; i < samples.size(); ++i) {
     Real x = clamped(static_cast<Real>(samples[i]) * full_scale, -2 * full_scale, 2 * full_scale);
     x = std::isnan(x) ? 0 : x;
-    Real step = rounded(x);
+    Real step = std::rint(x);
     above += std::abs(step) > full_scale ? 1 : 0;
     if constexpr (dither == Dither::kTriangular) {
       const Real noise = triangular<Real>(count++);
-      step += x == 0 ? 0 : rounded(x - step + noise);
+      step += x == 0 ? 0 : std::rint(x - step + noise);
     }
-    integers[i] = static_cast<std::int32_t>(clamped(step, -full_scale, full_scale - 1) * top_bits);
+    integers[i] = static_cast<Integer>(clamped(step, -full_scale, full_scale - 1) * top_bits);
   }
   return above;
 }
 
-template <typename Real>
-auto quantiser(Dither dither) {
-  return dither == Dither::kTriangular ? quantise<Real, Dither::kTriangular>
-                                       : quantise<Real, Dither::kNone>;
+template <typename Real, typename Integer>
+long long quantise(std::span<const float> samples, int bits, Dither dither, std::uint32_t count,
+                   std::span<Integer> integers) {
+  const auto run = dither == Dither::kTriangular ? quantise<Real, Dither::kTriangular, Integer>
+                                                 : quantise<Real, Dither::kNone, Integer>;
+  long long above = 0;
+  for (std::size_t i = 0; i < samples.size(); i += kPiece) {
+    const std::size_t size = std::min(kPiece, samples.size() - i);
+    above += run(samples.subspan(i, size), bits, count + static_cast<std::uint32_t>(i),
+                 integers.subspan(i, size));
+  }
+  return above;
 }
 
 }  // namespace
@@ -66,15 +63,13 @@ Dither usual_dither(const AudioFormat& format) {
 
 long long to_pcm(std::span<const float> samples, int bits, Dither dither, std::uint32_t count,
                  std::span<std::int32_t> integers) {
-  if (bits == 32) dither = Dither::kNone;
-  const auto run = bits <= 16 ? quantiser<float>(dither) : quantiser<double>(dither);
-  long long above = 0;
-  for (std::size_t i = 0; i < samples.size(); i += kPiece) {
-    const std::size_t size = std::min(kPiece, samples.size() - i);
-    above += run(samples.subspan(i, size), bits, count + static_cast<std::uint32_t>(i),
-                 integers.subspan(i, size));
-  }
-  return above;
+  if (bits <= 24) return quantise<float>(samples, bits, dither, count, integers);
+  return quantise<double>(samples, bits, Dither::kNone, count, integers);
+}
+
+long long to_pcm(std::span<const float> samples, int bits, Dither dither, std::uint32_t count,
+                 std::span<std::int16_t> integers) {
+  return quantise<float>(samples, bits, dither, count, integers);
 }
 
 long long to_full_scale(std::span<const float> samples, std::span<float> clamped) {

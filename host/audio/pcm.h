@@ -9,13 +9,15 @@
 
 namespace channelstrip::host {
 
-// The nearest integers of `bits` bits, 8 to 32, in the top bits of 32; `integers` is as long as
-// `samples`. What is above full scale is clamped; 1.0 itself, one step above the highest integer,
-// and what only dither lifts there are clamped without being counted. Not a number gives 0. Dither
-// takes one count per sample, `count` for the first. Returns how many samples were above full
-// scale.
+// The nearest integers of `bits` bits, 8 to 32, in the top bits of 32, or of 16 where they fit;
+// `integers` is as long as `samples`. What is above full scale is clamped; 1.0 itself, one step
+// above the highest integer, and what only dither lifts there are clamped without being counted.
+// Not a number gives 0. Dither takes one count per sample, `count` for the first. Returns how many
+// samples were above full scale.
 long long to_pcm(std::span<const float> samples, int bits, Dither dither, std::uint32_t count,
                  std::span<std::int32_t> integers);
+long long to_pcm(std::span<const float> samples, int bits, Dither dither, std::uint32_t count,
+                 std::span<std::int16_t> integers);
 
 // Samples of coarser coding stay within full scale; what was above is counted, not a number gives
 // 0.

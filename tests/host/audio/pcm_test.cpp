@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <limits>
+#include <vector>
+
+#include "../support/audio.h"
 
 namespace channelstrip::test {
 namespace {
@@ -42,6 +46,20 @@ TEST(Pcm, ClampsWhatIsAboveFullScaleAndCountsIt) {
       EXPECT_EQ(pcm(-far, bits).step, -top - 1);
       EXPECT_EQ(pcm(far, bits).clipped, 1);
       EXPECT_EQ(pcm(-far, bits).clipped, 1);
+    }
+  }
+}
+
+TEST(Pcm, OfUpTo16BitsIsTheSameInHalfTheRoom) {
+  const std::vector<float> samples = noise(10000, 1.2f);
+  std::vector<std::int32_t> wide(samples.size());
+  std::vector<std::int16_t> narrow(samples.size());
+  for (const int bits : {8, 16}) {
+    for (const Dither dither : {Dither::kNone, Dither::kTriangular}) {
+      const long long clipped = to_pcm(samples, bits, dither, 0, wide);
+      EXPECT_GT(clipped, 1000);
+      EXPECT_EQ(to_pcm(samples, bits, dither, 0, narrow), clipped);
+      for (std::size_t i = 0; i < samples.size(); ++i) ASSERT_EQ(narrow[i], wide[i] >> 16);
     }
   }
 }
