@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "design/dynamics_coefficients.h"
 #include "interleave.h"
 
 namespace channelstrip::host {
@@ -25,8 +26,8 @@ bool uses_key(const StripCoefficients& coefficients,
 
 std::vector<LinkMap> maps_of(const StripCoefficients& coefficients,
                              const std::vector<StripStream::Change>& changes) {
-  std::vector<LinkMap> maps{links_of(coefficients)};
-  for (const auto& change : changes) maps.push_back(links_of(change.coefficients));
+  std::vector<LinkMap> maps{links_of(coefficients.dynamics)};
+  for (const auto& change : changes) maps.push_back(links_of(change.coefficients.dynamics));
   return maps;
 }
 

@@ -116,6 +116,12 @@ void design_links(const StripSettings& settings, const ChannelLayout& layout,
   std::ranges::copy(map, out.linkGroup);
 }
 
+LinkMap links_of(const Dyn_SCoefsBlock& dynamics) {
+  LinkMap map{};
+  std::ranges::copy(dynamics.linkGroup, map.begin());
+  return map;
+}
+
 void design_modes(const StripSettings& settings, Dyn_SCoefsBlock& out) {
   require_decibels("input_meter_gain", settings.input_meter_gain);
   out.keyEnable = settings.key_enable ? 1 : 0;

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "channel_layout.h"
+#include "link_map.h"
 #include "settings.h"
 
 namespace channelstrip::host {
@@ -24,6 +25,9 @@ void design_detector(const DetectorSettings& settings, double sample_rate, Dyn_S
 
 // The settings' own map for the layout's format, or that of their style.
 void design_links(const StripSettings& settings, const ChannelLayout& layout, Dyn_SCoefsBlock& out);
+
+// The map that design_links() wrote.
+LinkMap links_of(const Dyn_SCoefsBlock& dynamics);
 
 // Key, listening, bypass and metering.
 void design_modes(const StripSettings& settings, Dyn_SCoefsBlock& out);

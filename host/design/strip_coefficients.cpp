@@ -1,6 +1,5 @@
 #include "strip_coefficients.h"
 
-#include <algorithm>
 #include <cmath>
 
 #include "dynamics.h"
@@ -28,12 +27,6 @@ StripCoefficients design_strip(const StripSettings& settings, double sample_rate
   design_modes(settings, dynamics);
   strip.dezip_rate = static_cast<float>(one_pole_weight(settings.glide, sample_rate, 4));
   return strip;
-}
-
-LinkMap links_of(const StripCoefficients& coefficients) {
-  LinkMap map{};
-  std::ranges::copy(coefficients.dynamics.linkGroup, map.begin());
-  return map;
 }
 
 }  // namespace channelstrip::host

@@ -6,7 +6,6 @@
 #include <ChannelStrip/eq/eq_records.h>
 
 #include "channel_layout.h"
-#include "link_map.h"
 #include "settings.h"
 
 namespace channelstrip::host {
@@ -23,7 +22,5 @@ struct StripCoefficients {
 // Throws std::invalid_argument, naming the setting, for what no strip can do.
 StripCoefficients design_strip(const StripSettings& settings, double sample_rate,
                                const ChannelLayout& layout);
-
-LinkMap links_of(const StripCoefficients& coefficients);
 
 }  // namespace channelstrip::host

@@ -6,6 +6,8 @@
 #include <numeric>
 #include <stdexcept>
 
+#include "dynamics_coefficients.h"
+
 namespace channelstrip::host {
 namespace {
 
@@ -62,7 +64,8 @@ std::vector<SplitStrip> split_strip(const StemFormat& format, std::span<const Li
 
 StripCoefficients coefficients_of(const SplitStrip& strip, const StripCoefficients& stream) {
   StripCoefficients result = stream;
-  std::ranges::copy(restricted(links_of(stream), strip.channels), result.dynamics.linkGroup);
+  std::ranges::copy(restricted(links_of(stream.dynamics), strip.channels),
+                    result.dynamics.linkGroup);
   return result;
 }
 

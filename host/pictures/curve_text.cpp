@@ -8,6 +8,7 @@
 #include <iterator>
 #include <optional>
 
+#include "../design/dynamics_coefficients.h"
 #include "../design/link_map.h"
 #include "static_curve.h"
 #include "strip_curves.h"
@@ -151,10 +152,8 @@ std::string time_table(const StripCurves& curves) {
 }
 
 std::string link_line(const StripCurves& curves) {
-  LinkMap map{};
-  std::ranges::copy(curves.dynamics.linkGroup, map.begin());
   return fmt::format("linked in {}: {}\n", curves.layout->format->name,
-                     text_of(map, *curves.layout));
+                     text_of(links_of(curves.dynamics), *curves.layout));
 }
 
 }  // namespace

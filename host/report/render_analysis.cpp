@@ -6,6 +6,8 @@
 #include <span>
 #include <stdexcept>
 
+#include "../design/dynamics_coefficients.h"
+#include "../design/strip_coefficients.h"
 #include "../interrupt.h"
 #include "../render/render.h"
 #include "../strip_run.h"
@@ -29,8 +31,7 @@ RenderAnalysis prepare(const std::string& input, const std::string& output, cons
                        const AudioFormat& output_format) {
   const ChannelLayout& layout = run.layout();
   const auto strip = design_strip(run.preset().settings, run.format().sample_rate, layout);
-  LinkMap links{};
-  std::ranges::copy(std::span(strip.dynamics.linkGroup).first(layout.labels.size()), links.begin());
+  const LinkMap links = links_of(strip.dynamics);
   const std::vector<Part> parts = pictured_parts(links, layout);
   RenderAnalysis analysis{
       .preset = run.preset(),

@@ -1,4 +1,4 @@
-// What the library makes of the design's coefficients.
+// What the library makes of the design's curves, times and detectors.
 
 #include <gtest/gtest.h>
 
@@ -15,31 +15,10 @@ namespace {
 
 using namespace host;
 
-constexpr double kRate = PlayedStrip::kRate;
-constexpr double kOneOverE = 1 / std::numbers::e;
-
-// Decibels of a resting level in and its gain out: 3e-6 and 7e-6 octaves, and the term's floats.
-constexpr double kConversions = 2e-4;
-
 // How far a term may rest from its target, moved by the weight of a time: half its last digit by
 // the weight.
 double short_of(double gain, double milliseconds) {
-  return 0x1p-24 * std::abs(gain) / one_pole_weight(milliseconds, kRate);
-}
-
-// Passes the level as it is.
-constexpr DetectorSettings kImmediate{DetectorMode::kSmooth, 0};
-
-float linear(double db) {
-  return static_cast<float>(db_to_linear(db));
-}
-double db(float linear) {
-  return linear_to_db(static_cast<double>(linear));
-}
-
-// The gain in dB of a level that has rested for a second.
-double settled_gain(PlayedStrip& strip, double level) {
-  return db(strip.play(linear(level), 48000).back()) - level;
+  return 0x1p-24 * std::abs(gain) / one_pole_weight(milliseconds, PlayedStrip::kRate);
 }
 
 TEST(PlayedCompressor, SettlesAtTheValueOfItsCurve) {
@@ -106,8 +85,7 @@ TEST(PlayedCompressor, AttackAndReleaseCoverTheirShareInTheirTime) {
   EXPECT_NEAR(strip.state().compGain, -12 * kOneOverE, kConversions);
 }
 
-// The gain stays for the hold and has then 1/e of
-// its way left after the release.
+// The gain stays for the hold and has then 1/e of its way left after the release.
 TEST(PlayedExpander, HoldsThenReleasesAndRisesInItsAttack) {
   StripSettings settings;
   settings.expander = {.threshold = -20,
@@ -156,88 +134,12 @@ TEST(PlayedDetector, RmsReadsASine) {
   PlayedStrip strip(settings);
   std::vector<float> sine(96000);
   for (std::size_t n = 0; n < sine.size(); ++n) {
-    sine[n] =
-        static_cast<float>(std::sin(2 * std::numbers::pi * 997 * static_cast<double>(n) / kRate));
+    sine[n] = static_cast<float>(
+        std::sin(2 * std::numbers::pi * 997 * static_cast<double>(n) / PlayedStrip::kRate));
   }
   strip.play(sine);
   // 0.91 dB below the RMS value, as far as single precision reads.
   EXPECT_NEAR(db(strip.state().smoothLevel), linear_to_db(1 / std::numbers::sqrt2) - 0.912, 0.2);
-}
-
-// Of the way from 0 to 12 dB of makeup; a glide step stands for its four samples.
-TEST(PlayedGlide, CoversItsShareInItsTime) {
-  StripSettings settings;
-  settings.compressor.emplace();
-  settings.glide = 20;
-  PlayedStrip strip(settings);
-  strip.play(0.001f, 16);
-  settings.compressor->makeup = 12;
-  strip.set(settings);
-  const double gain = static_cast<double>(strip.play(0.001f, 960).back()) / 0.001;
-  const double to = db_to_linear(12);
-  EXPECT_NEAR(gain, to + (1 - to) * kOneOverE, 1e-4);
-}
-
-TEST(PlayedGlide, TakesTheEqualiserAlong) {
-  StripSettings settings;
-  settings.pre = {{.frequency = 3000, .gain = 0}};
-  settings.glide = 20;
-  PlayedStrip strip(settings);
-  const double from = strip.context().eqDezipCoefs->smoothedCoefs[0];
-  settings.pre[0].gain = 12;
-  strip.set(settings);
-  const auto to = static_cast<double>(strip.context().eqTargetCoefs->targetCoefs[0]);
-  ASSERT_GT(to, from + 0.1);
-  strip.play(0.0f, 960);
-  EXPECT_NEAR(strip.context().eqDezipCoefs->smoothedCoefs[0], to + (from - to) * kOneOverE, 1e-5);
-}
-
-TEST(PlayedMakeup, AutoAddsToTheUsersOwn) {
-  StripSettings settings;
-  settings.compressor = {.threshold = -20, .ratio = 4, .makeup = 2, .auto_makeup = true};
-  PlayedStrip strip(settings);
-  EXPECT_NEAR(settled_gain(strip, -60), 2 + 7.5, kConversions);
-}
-
-TEST(PlayedModes, BypassLeavesTheAudioAlone) {
-  StripSettings settings;
-  settings.compressor = {.threshold = -40, .ratio = 10};
-  settings.pre = {{.gain = 12}};
-  settings.bypass = true;
-  PlayedStrip strip(settings);
-  const std::vector<float> output = strip.play(0.5f, 4800);
-  EXPECT_EQ(std::ranges::count(output, 0.5f), 4800);
-  EXPECT_LT(strip.state().compGain, -10);
-}
-
-TEST(PlayedModes, KeyOpensTheDynamicsWhereItIsEnabledAndThere) {
-  StripSettings settings;
-  settings.compressor = {.threshold = -20, .ratio = 4, .knee = 0, .attack = 0};
-  settings.detector = kImmediate;
-  settings.key_enable = true;
-  const std::vector<float> audio(4800, linear(-40)), key(4800, linear(-8));
-  EXPECT_NEAR(db(PlayedStrip(settings).play(audio, key).back()), -49, kConversions);
-  EXPECT_NEAR(db(PlayedStrip(settings).play(audio).back()), -40, kConversions);
-  settings.key_enable = false;
-  EXPECT_NEAR(db(PlayedStrip(settings).play(audio, key).back()), -40, kConversions);
-}
-
-TEST(PlayedModes, ListeningGivesTheFilteredKey) {
-  StripSettings settings;
-  settings.key_filter = {.type = BandType::kLowShelf, .frequency = 1000, .gain = 6};
-  settings.key_enable = settings.key_listen = true;
-  const std::vector<float> audio(48000, 0.5f), key(48000, 0.1f);
-  EXPECT_NEAR(db(PlayedStrip(settings).play(audio, key).back()), -20 + 6, kConversions);
-}
-
-TEST(PlayedModes, InputMeterGainMovesTheInputMeterAlone) {
-  StripSettings settings;
-  PlayedStrip plain(settings);
-  settings.input_meter_gain = 6;
-  PlayedStrip scaled(settings);
-  EXPECT_EQ(scaled.play(0.25f, 16), plain.play(0.25f, 16));
-  EXPECT_NEAR(db(scaled.meters().input_peak[0]), db(plain.meters().input_peak[0]) + 6, 1e-5);
-  EXPECT_EQ(scaled.meters().output_peak[0], plain.meters().output_peak[0]);
 }
 
 }  // namespace

@@ -5,8 +5,10 @@
 #include <ChannelStrip/frame/entry_points.h>
 
 #include <cstddef>
+#include <numbers>
 #include <vector>
 
+#include "host/design/dynamics.h"
 #include "host/design/strip_coefficients.h"
 #include "host/instance.h"
 #include "host/library.h"
@@ -52,5 +54,25 @@ class PlayedStrip {
 
   host::Instance instance_;
 };
+
+inline constexpr double kOneOverE = 1 / std::numbers::e;
+
+// Decibels of a resting level in and its gain out: 3e-6 and 7e-6 octaves, and the term's floats.
+inline constexpr double kConversions = 2e-4;
+
+// Passes the level as it is.
+inline constexpr host::DetectorSettings kImmediate{host::DetectorMode::kSmooth, 0};
+
+inline float linear(double db) {
+  return static_cast<float>(host::db_to_linear(db));
+}
+inline double db(float linear) {
+  return host::linear_to_db(static_cast<double>(linear));
+}
+
+// The gain in dB of a level that has rested for a second.
+inline double settled_gain(PlayedStrip& strip, double level) {
+  return db(strip.play(linear(level), 48000).back()) - level;
+}
 
 }  // namespace channelstrip::test
