@@ -7,18 +7,17 @@
 #include <fmt/format.h>
 #include <host/denormals.h>
 #include <host/library.h>
-#include <host/text_output.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <exception>
 #include <optional>
-#include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "console.h"
+#include "json_file.h"
 #include "plain_strip.h"
 #include "report.h"
 #include "turns.h"
@@ -131,15 +130,11 @@ int run(int argc, char** argv) {
   }
 
   const host::Library library(path);
-  std::optional<host::TextOutput> file;
-  if (json) file.emplace(json, std::span<const std::string>{});
+  JsonFile file(json);
   const Report report{
       .library = path, .turns = turns, .rows = measure(contests(library, filters), turns)};
   fmt::print("{}", as_table(report));
-  if (file) {
-    file->write(as_json(report));
-    file->commit();
-  }
+  file.write(as_json(report));
   return 0;
 }
 

@@ -3,14 +3,13 @@
 //
 //   peers LIBRARY [--json FILE]
 
+#include <bench/json_file.h>
 #include <bench/turns.h>
 #include <fmt/format.h>
-#include <host/text_output.h>
 
 #include <CLI/CLI.hpp>
 #include <exception>
 #include <optional>
-#include <span>
 #include <string>
 
 #include "comparison.h"
@@ -30,16 +29,12 @@ int run(int argc, char** argv) {
   } catch (const CLI::Success& help) {
     return program.exit(help);
   }
-  std::optional<host::TextOutput> file;
-  if (json) file.emplace(json, std::span<const std::string>{});
+  JsonFile file(json);
 
   stay_on_this_processor();
   const std::vector<Subject> subjects = Comparison(library).run();
   fmt::print("{}", as_table(subjects));
-  if (file) {
-    file->write(as_json(subjects));
-    file->commit();
-  }
+  file.write(as_json(subjects));
   return 0;
 }
 
