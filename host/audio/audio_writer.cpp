@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <limits>
 #include <utility>
@@ -81,13 +82,28 @@ void AudioWriter::open() {
 
 void AudioWriter::set_channel_map() {
   // Up to two channels every container says enough by their number.
-  if (format_.channels <= 2 || format_.channel_map.empty()) return;
+  if (format_.channels <= 2) return;
   std::vector<int> map = format_.channel_map;
-  keeps_channel_map_ = sf_command(file_.get(), SFC_SET_CHANNEL_MAP_INFO, map.data(),
-                                  static_cast<int>(map.size() * sizeof(int))) == SF_TRUE;
-  // Without a mask of our own libsndfile would write one by the number of channels.
-  const bool guessed = format_.container == SF_FORMAT_WAVEX || format_.container == SF_FORMAT_RF64;
-  if (!keeps_channel_map_ && guessed) fail_on(name_, "a WAV mask can't express the channel order");
+  const bool is_set =
+      !map.empty() && sf_command(file_.get(), SFC_SET_CHANNEL_MAP_INFO, map.data(),
+                                 static_cast<int>(map.size() * sizeof(int))) == SF_TRUE;
+  keeps_channel_map_ = is_set || map.empty();
+  guesses_mask_ =
+      !is_set && (format_.container == SF_FORMAT_WAVEX || format_.container == SF_FORMAT_RF64);
+}
+
+// libsndfile fills the mask of an extensible WAV header by the number of channels, whatever they
+// are. Without speakers it is 0.
+void AudioWriter::clear_mask() {
+  std::array<char, 128> header = {};
+  const ssize_t got = pread(place_->descriptor(), header.data(), header.size(), 0);
+  const std::size_t end = chunks_offset(
+      ChunkFamily::kRiff, {header.data(), static_cast<std::size_t>(std::max<ssize_t>(got, 0))});
+  constexpr std::size_t kToTheEnd = 20;  // the mask's four bytes and the sub-format
+  if (end < kToTheEnd ||
+      pwrite(place_->descriptor(), "\0\0\0\0", 4, static_cast<off_t>(end - kToTheEnd)) != 4) {
+    fail_on(name_, "the channel mask can't be cleared");
+  }
 }
 
 void AudioWriter::write(std::span<const float> frames) {
@@ -123,6 +139,7 @@ void AudioWriter::commit() {
   if (error != SF_ERR_NO_ERROR) fail_on(name_, sf_error_number(error));
   output_.finish();
   check();
+  if (guesses_mask_) clear_mask();
   // libsndfile gives FLAC its header with the first samples.
   if (lseek(place_->descriptor(), 0, SEEK_END) == 0) {
     fail_on(name_, libsndfile_name(format_.container) + " can't be without samples");

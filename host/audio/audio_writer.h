@@ -46,6 +46,7 @@ class AudioWriter {
  private:
   void open();
   void set_channel_map();
+  void clear_mask();
   void check() const;
 
   std::string name_;
@@ -55,6 +56,7 @@ class AudioWriter {
   SndfileOutput output_;
   Sndfile file_;
   bool keeps_channel_map_ = true;
+  bool guesses_mask_ = false;  // libsndfile, of a file that names no speakers
   std::vector<std::string> lost_metadata_;
   long long clipped_ = 0;
   std::uint32_t written_ = 0;  // samples, of all channels, wrapping

@@ -53,14 +53,6 @@ AudioFormat output_format(const AudioFormat& input, const std::string& path,
   if (output.container == SF_FORMAT_WAV || output.container == SF_FORMAT_WAVEX) {
     output.container = output.channel_map.empty() ? SF_FORMAT_WAV : SF_FORMAT_WAVEX;
   }
-  // An RF64 file always has a mask; libsndfile's for 8 channels has a front centre pair, the layout
-  // of 7.1 two pairs of surrounds.
-  if (output.container == SF_FORMAT_RF64 && output.channel_map.empty() && output.channels == 8) {
-    output.channel_map = {SF_CHANNEL_MAP_LEFT,      SF_CHANNEL_MAP_RIGHT,
-                          SF_CHANNEL_MAP_CENTER,    SF_CHANNEL_MAP_LFE,
-                          SF_CHANNEL_MAP_REAR_LEFT, SF_CHANNEL_MAP_REAR_RIGHT,
-                          SF_CHANNEL_MAP_SIDE_LEFT, SF_CHANNEL_MAP_SIDE_RIGHT};
-  }
   // Containers disagree on the sign of 8-bit samples, but not on their values.
   if (integer_bits(output) == 8 && !can_be_written(output)) {
     output.sample_type =
