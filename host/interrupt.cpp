@@ -18,7 +18,7 @@ std::atomic<int> caught = 0;
 static_assert(std::atomic<int>::is_always_lock_free);
 
 // Readable from then on: a signal wakes one thread, but many may wait. Below 0, which poll() skips,
-// as long as nothing is caught.
+// until catch_interrupts().
 std::atomic<int> wake = -1;
 
 void note(int signal) {

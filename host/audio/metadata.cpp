@@ -60,17 +60,16 @@ void read_chunks(SNDFILE* file, Metadata& metadata) {
   }
 }
 
-// libsndfile keeps the "software" tag of AIFF in a chunk of its own, and reading it takes what lies
-// in memory behind the chunk along.
+// libsndfile takes the text behind the four bytes of an application's signature in AIFF for the
+// "software" tag, and what lies in memory behind the chunk along with it.
 void end_software_tag_with_its_chunk(Metadata& metadata) {
-  constexpr std::string_view kSignature = "m3ga";
+  constexpr std::size_t kSignature = 4;
   const auto tag = metadata.tags.find(SF_STR_SOFTWARE);
   if (tag == metadata.tags.end()) return;
   for (const Chunk& chunk : metadata.chunks) {
-    if (chunk.id == "APPL" && chunk.data.starts_with(kSignature)) {
-      const std::string whole = chunk.data.substr(kSignature.size());
-      if (tag->second.starts_with(whole)) tag->second = whole;
-    }
+    if (chunk.id != "APPL" || chunk.data.size() <= kSignature) continue;
+    const std::string whole = chunk.data.substr(kSignature);
+    if (tag->second.starts_with(whole)) tag->second = whole;
   }
 }
 

@@ -73,22 +73,6 @@ std::string wav_with_chunks(const std::string& path) {
   return path;
 }
 
-std::string tagged(const std::string& path, int format) {
-  SF_INFO info = {};
-  info.samplerate = 48000;
-  info.channels = 1;
-  info.format = format | SF_FORMAT_PCM_16;
-  const host::Sndfile file(sf_open(path.c_str(), SFM_WRITE, &info));
-  for (const int type :
-       {SF_STR_TITLE, SF_STR_COPYRIGHT, SF_STR_SOFTWARE, SF_STR_ARTIST, SF_STR_COMMENT, SF_STR_DATE,
-        SF_STR_ALBUM, SF_STR_LICENSE, SF_STR_TRACKNUMBER, SF_STR_GENRE}) {
-    sf_set_string(file.get(), type, ("value " + std::to_string(type)).c_str());
-  }
-  const std::vector<float> samples = noise(1000, 0.5f);
-  sf_write_float(file.get(), samples.data(), std::ssize(samples));
-  return path;
-}
-
 TEST(Metadata, IsCopiedByteForByteWithinAFamily) {
   const TemporaryFolder folder;
   const std::string input = wav_with_chunks(folder.file("in.wav"));
@@ -147,45 +131,6 @@ TEST(Metadata, ThatAnotherContainerCannotHoldIsNamed) {
   }
   all.insert(all.begin(), {"title", "software"});
   EXPECT_EQ(copy_audio(input, folder.file("out.w64")), all);
-}
-
-struct Tagged {
-  const char* name;
-  int format;
-};
-const Tagged kTagged[] = {{"wav", SF_FORMAT_WAV},
-                          {"rf64", SF_FORMAT_RF64},
-                          {"aiff", SF_FORMAT_AIFF},
-                          {"caf", SF_FORMAT_CAF},
-                          {"flac", SF_FORMAT_FLAC}};
-
-TEST(Metadata, OfTagsIsKeptOrNamedFromEveryContainerToEvery) {
-  const TemporaryFolder folder;
-  for (const Tagged& from : kTagged) {
-    const std::string input = tagged(folder.file(std::string("in.") + from.name), from.format);
-    const auto before = AudioReader(input).metadata().tags;
-    ASSERT_GE(before.size(), 5u);
-    for (const Tagged& to : kTagged) {
-      SCOPED_TRACE(std::string(from.name) + " to " + to.name);
-      const std::string output = folder.file(std::string("out.") + to.name);
-      const Names lost = copy_audio(input, output);
-      const auto after = AudioReader(output).metadata().tags;
-      std::size_t kept = 0;
-      for (const auto& [type, text] : before)
-        kept += after.contains(type) && after.at(type) == text;
-      EXPECT_EQ(kept + lost.size(), before.size());
-      EXPECT_EQ(read_audio(output).integers, read_audio(input).integers);
-      if (from.format == to.format) {
-        EXPECT_EQ(after, before);
-      }
-    }
-  }
-}
-
-TEST(Metadata, OfTagsThatAiffDoesNotKnowIsNamed) {
-  const TemporaryFolder folder;
-  EXPECT_EQ(copy_audio(tagged(folder.file("in.flac"), SF_FORMAT_FLAC), folder.file("out.aiff")),
-            (Names{"date", "album", "license", "track number", "genre"}));
 }
 
 TEST(Metadata, OfAnUntaggedFileIsNothing) {
