@@ -3,8 +3,8 @@
 #pragma once
 
 #include <ChannelStrip/frame/entry_points.h>
+#include <host/design/stem_format.h>
 #include <host/design/strip_coefficients.h>
-#include <host/stem_format.h>
 
 #include <span>
 #include <vector>

@@ -5,7 +5,7 @@
 //   denormals
 
 #include <fmt/format.h>
-#include <host/denormals.h>
+#include <host/strip/denormals.h>
 #include <tests/support/busy_strip.h>
 
 #include <exception>

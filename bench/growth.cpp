@@ -4,8 +4,8 @@
 //   growth LIBRARY
 
 #include <fmt/format.h>
-#include <host/denormals.h>
-#include <host/library.h>
+#include <host/strip/denormals.h>
+#include <host/strip/library.h>
 
 #include <exception>
 #include <string_view>

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include <host/text_output.h>
+#include <host/system/text_output.h>
 
 #include <optional>
 #include <span>

@@ -7,10 +7,10 @@
 //   render_speed LIBRARY
 
 #include <fmt/format.h>
-#include <host/denormals.h>
-#include <host/instance.h>
-#include <host/library.h>
 #include <host/render/render.h>
+#include <host/strip/denormals.h>
+#include <host/strip/instance.h>
+#include <host/strip/library.h>
 #include <sndfile.h>
 #include <stdlib.h>
 

@@ -5,7 +5,7 @@
 
 #include <ChannelStrip/frame/channel_strip.h>
 #include <fmt/format.h>
-#include <host/denormals.h>
+#include <host/strip/denormals.h>
 
 #include <exception>
 #include <string_view>

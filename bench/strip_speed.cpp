@@ -5,8 +5,8 @@
 //   strip_speed LIBRARY [--filter WORD]... [--turns N] [--json FILE]
 
 #include <fmt/format.h>
-#include <host/denormals.h>
-#include <host/library.h>
+#include <host/strip/denormals.h>
+#include <host/strip/library.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>

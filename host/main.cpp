@@ -5,16 +5,10 @@
 #include <exception>
 #include <string_view>
 
-#include "command_line.h"
-#include "help_style.h"
-#include "import/import_command.h"
-#include "info/info_command.h"
-#include "interrupt.h"
-#include "meters/meters_command.h"
-#include "pictures/curves_command.h"
-#include "render/render.h"
-#include "render/render_command.h"
-#include "report/report_command.h"
+#include "command/command_line.h"
+#include "command/commands.h"
+#include "command/help_style.h"
+#include "system/interrupt.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #pragma once
 
-#include <host/library.h>
 #include <host/preset/preset.h>
+#include <host/strip/library.h>
 
 #include <memory>
 #include <string>

@@ -1,7 +1,7 @@
 #include "measure.h"
 
 #include <bench/turns.h>
-#include <host/denormals.h>
+#include <host/strip/denormals.h>
 
 #include <algorithm>
 

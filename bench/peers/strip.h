@@ -2,9 +2,9 @@
 
 #pragma once
 
-#include <host/instance.h>
-#include <host/library.h>
 #include <host/preset/preset.h>
+#include <host/strip/instance.h>
+#include <host/strip/library.h>
 
 #include <vector>
 

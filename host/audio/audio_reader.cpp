@@ -4,9 +4,9 @@
 
 #include <algorithm>
 
+#include "../system/standard_streams.h"
 #include "flac_blocks.h"
 #include "pcm.h"
-#include "standard_streams.h"
 
 namespace channelstrip::host {
 AudioReader::AudioReader(const std::string& path) : name_(input_name(path)) {

@@ -8,10 +8,10 @@
 #include <limits>
 #include <utility>
 
+#include "../system/standard_streams.h"
 #include "containers.h"
 #include "cue_chunks.h"
 #include "pcm.h"
-#include "standard_streams.h"
 
 namespace channelstrip::host {
 namespace {

@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
+#include "../system/output_file.h"
 #include "audio_format.h"
 #include "dither.h"
 #include "metadata.h"
-#include "output_file.h"
 #include "sndfile_handle.h"
 #include "sndfile_output.h"
 

@@ -92,11 +92,6 @@ std::optional<ChannelLayout> named_layout(std::vector<Speaker> speakers,
   return layout;
 }
 
-template <typename... Arguments>
-[[noreturn]] void refuse(fmt::format_string<Arguments...> format, Arguments&&... arguments) {
-  throw std::invalid_argument(fmt::format(format, std::forward<Arguments>(arguments)...));
-}
-
 }  // namespace
 
 std::string_view partner(std::string_view label) {

@@ -82,6 +82,15 @@ double expander_gain(const ExpanderSettings& settings, double level) {
   return std::max(gain, settings.range);
 }
 
+StaticGain static_gain(const StripSettings& settings, double level, bool gate_open) {
+  StaticGain gain;
+  if (settings.compressor) gain.compressor = compressor_gain(*settings.compressor, level);
+  if (const auto& expander = settings.expander) {
+    gain.expander = gate_open ? expander_gain(*expander, level) : expander->range;
+  }
+  return gain;
+}
+
 double auto_makeup(const CompressorSettings& settings) {
   return -compressor_gain(settings, 0) / 2;
 }

@@ -28,6 +28,15 @@ Curve expander_curve(const ExpanderSettings& settings);
 double compressor_gain(const CompressorSettings& settings, double level);
 double expander_gain(const ExpanderSettings& settings, double level);
 
+// Gain terms in dB, makeup excepted.
+struct StaticGain {
+  double compressor = 0, expander = 0;
+};
+
+// For a detector level in dB that has lasted. A gate has two states between its thresholds; an
+// expander without hysteresis is always open. Throws std::invalid_argument as the curves do.
+StaticGain static_gain(const StripSettings& settings, double level, bool gate_open);
+
 // Makeup in dB, 0 or more: half of what the compressor takes from a level at full scale. All of it
 // would make everything below full scale louder and push the peaks that the attack lets through
 // beyond it; with half, loud sound stays softer and soft sound becomes louder by the same amount.

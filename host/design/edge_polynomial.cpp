@@ -6,10 +6,6 @@
 namespace channelstrip::host {
 namespace {
 
-double squared(double value) {
-  return value * value;
-}
-
 std::array<double, 3> coefficients(const EdgePolynomial& p) {
   const double sum = (p.low + p.high) / 2;  // c0 + c2
   return {(sum + p.skew) / 2, (p.low - p.high) / 2, (sum - p.skew) / 2};

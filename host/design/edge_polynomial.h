@@ -7,6 +7,10 @@
 
 namespace channelstrip::host {
 
+inline double squared(double value) {
+  return value * value;
+}
+
 // c0 + c1 z^-1 + c2 z^-2. On the unit circle, at w radians per sample, its squared magnitude is
 //   (low cos^2(w/2) - high sin^2(w/2))^2 + (skew sin w)^2
 // free of the cancellation that c0, c1 and c2 suffer at low frequencies. With all three above 0

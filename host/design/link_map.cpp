@@ -1,24 +1,18 @@
 #include "link_map.h"
 
-#include <fmt/format.h>
 #include <fmt/ranges.h>
 
 #include <algorithm>
 #include <iterator>
 #include <sstream>
-#include <stdexcept>
-#include <utility>
 #include <vector>
+
+#include "require.h"
 
 namespace channelstrip::host {
 namespace {
 
 using Labels = std::vector<std::string>;
-
-template <typename... Arguments>
-[[noreturn]] void refuse(fmt::format_string<Arguments...> format, Arguments&&... arguments) {
-  throw std::invalid_argument(fmt::format(format, std::forward<Arguments>(arguments)...));
-}
 
 std::vector<std::string_view> split(std::string_view text, char separator) {
   std::vector<std::string_view> parts;

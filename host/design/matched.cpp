@@ -12,10 +12,6 @@ namespace {
 
 constexpr double kPi = std::numbers::pi;
 
-double squared(double value) {
-  return value * value;
-}
-
 double squared_magnitude(const Polynomial& p, double frequency) {
   return squared(p.c0 - p.c2 * frequency * frequency) + squared(p.c1 * frequency);
 }

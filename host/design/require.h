@@ -6,16 +6,21 @@
 
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 namespace channelstrip::host {
+
+// Throws std::invalid_argument, a phrase saying what can't be had.
+template <typename... Arguments>
+[[noreturn]] void refuse(fmt::format_string<Arguments...> format, Arguments&&... arguments) {
+  throw std::invalid_argument(fmt::format(format, std::forward<Arguments>(arguments)...));
+}
 
 // Throws std::invalid_argument "<setting> <value> <unit> is not <rule>" unless `holds`. Written as
 // what must be true, a condition refuses NaN by itself.
 inline void require(bool holds, std::string_view setting, double value, std::string_view unit,
                     std::string_view rule) {
-  if (holds) return;
-  throw std::invalid_argument(
-      fmt::format("{} {}{}{} is not {}", setting, value, unit.empty() ? "" : " ", unit, rule));
+  if (!holds) refuse("{} {}{}{} is not {}", setting, value, unit.empty() ? "" : " ", unit, rule);
 }
 
 // Calls `design` and puts `setting` before the message of what it refuses.

@@ -6,8 +6,8 @@
 #include <span>
 #include <vector>
 
-#include "../stem_format.h"
 #include "link_map.h"
+#include "stem_format.h"
 #include "strip_coefficients.h"
 
 namespace channelstrip::host {

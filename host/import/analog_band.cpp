@@ -3,7 +3,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "refuse.h"
+#include "../design/require.h"
 
 namespace channelstrip::host {
 

@@ -12,10 +12,10 @@
 #include <vector>
 
 #include "../design/band.h"
+#include "../design/require.h"
 #include "analog_band.h"
 #include "filter_parameters.h"
 #include "number_text.h"
-#include "refuse.h"
 
 namespace channelstrip::host {
 namespace {

@@ -5,9 +5,10 @@
 #include <stdexcept>
 #include <utility>
 
+#include "../text/text_file.h"
+#include "../text/wording.h"
 #include "filter_line.h"
 #include "number_text.h"
-#include "text_file.h"
 
 namespace channelstrip::host {
 namespace {
@@ -26,10 +27,6 @@ std::string upper(std::string_view text) {
     return 'a' <= c && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
   });
   return result;
-}
-
-bool is_digit(char c) {
-  return '0' <= c && c <= '9';
 }
 
 // What some countries' numbers separate thousands with, and what it is elsewhere in a line.
@@ -51,9 +48,7 @@ std::string plain(std::string text) {
       if (!inside) at += elsewhere.size();
     }
   }
-  std::ranges::replace_if(
-      text, [](unsigned char c) { return c < ' ' || c == 127; }, ' ');
-  return std::string(trimmed(text));
+  return std::string(trimmed(one_line(text, ' ')));
 }
 
 // Takes the first word off the text.

@@ -3,8 +3,8 @@
 #include <string_view>
 #include <utility>
 
+#include "../design/require.h"
 #include "number_text.h"
-#include "refuse.h"
 
 namespace channelstrip::host {
 namespace {

@@ -5,16 +5,12 @@
 #include <cmath>
 #include <utility>
 
-#include "refuse.h"
+#include "../design/require.h"
 
 namespace channelstrip::host {
 namespace {
 
 constexpr std::string_view kMinus = "\u2212";
-
-bool is_digit(char c) {
-  return '0' <= c && c <= '9';
-}
 
 }  // namespace
 

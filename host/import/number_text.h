@@ -8,6 +8,10 @@
 
 namespace channelstrip::host {
 
+inline bool is_digit(char c) {
+  return '0' <= c && c <= '9';
+}
+
 // In capitals; a unit that sticks to its number is a word of its own.
 std::vector<std::string> capital_words(std::string_view text);
 

@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-#include "../library.h"
-#include "../stem_format.h"
+#include "../design/stem_format.h"
+#include "../strip/library.h"
 
 namespace channelstrip::host {
 

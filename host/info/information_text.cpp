@@ -3,7 +3,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "../command_line.h"
+#include "../text/wording.h"
 #include "information.h"
 
 namespace channelstrip::host {

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "../meter_reading.h"
+#include "../strip/instance.h"
 
 namespace channelstrip::host {
 

@@ -4,10 +4,10 @@
 #include <cmath>
 #include <vector>
 
-#include "../interrupt.h"
 #include "../render/render.h"
-#include "../strip_run.h"
-#include "../text_output.h"
+#include "../run/strip_run.h"
+#include "../system/interrupt.h"
+#include "../system/text_output.h"
 
 namespace channelstrip::host {
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "../strip_options.h"
+#include "../run/strip_options.h"
 #include "meter_rows.h"
 
 namespace channelstrip::host {

@@ -5,7 +5,7 @@
 #include <cstddef>
 
 #include "../design/dynamics.h"
-#include "../strip_stream.h"
+#include "../strip/strip_stream.h"
 
 namespace channelstrip::host {
 namespace {

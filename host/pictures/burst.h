@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "../design/settings.h"
-#include "../library.h"
+#include "../strip/library.h"
 
 namespace channelstrip::host {
 

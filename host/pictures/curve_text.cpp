@@ -8,9 +8,9 @@
 #include <iterator>
 #include <optional>
 
+#include "../design/dynamics.h"
 #include "../design/dynamics_coefficients.h"
 #include "../design/link_map.h"
-#include "static_curve.h"
 #include "strip_curves.h"
 
 namespace channelstrip::host {

@@ -9,7 +9,7 @@
 namespace channelstrip::host {
 namespace {
 
-constexpr double kSwatch = 30, kGap = 6, kBetween = 16;  // px
+constexpr double kSwatch = 30, kSwatchGap = 6, kBetween = 16;  // px
 
 std::string swatch(const Series& series, double left, double middle) {
   const double right = left + kSwatch, top = middle - 5, bottom = middle + 5;
@@ -28,7 +28,7 @@ Legend legend(const std::vector<Series>& series, double left, double right, doub
   double x = left;
   for (const Series& each : series) {
     if (each.label.empty()) continue;
-    const double width = kSwatch + kGap + kCharacter * length(each.label);
+    const double width = kSwatch + kSwatchGap + kCharacter * length(each.label);
     const bool starts_row = result.rows == 0 || x + width > right;
     if (starts_row) {
       ++result.rows;
@@ -36,7 +36,7 @@ Legend legend(const std::vector<Series>& series, double left, double right, doub
     }
     const double middle = top + (result.rows - 0.5) * kLegendRow;
     result.elements += swatch(each, x, middle);
-    result.elements += text(x + kSwatch + kGap, middle + 5, Anchor::kStart, each.label);
+    result.elements += text(x + kSwatch + kSwatchGap, middle + 5, Anchor::kStart, each.label);
     x += width + kBetween;
   }
   return result;

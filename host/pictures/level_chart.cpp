@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "static_curve.h"
+#include "../design/dynamics.h"
 #include "strip_curves.h"
 
 namespace channelstrip::host {

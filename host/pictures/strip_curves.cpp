@@ -7,7 +7,7 @@
 #include <stdexcept>
 
 #include "../design/strip_coefficients.h"
-#include "../duration.h"
+#include "../text/wording.h"
 
 namespace channelstrip::host {
 namespace {

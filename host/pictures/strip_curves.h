@@ -11,7 +11,7 @@
 #include "../design/channel_layout.h"
 #include "../design/dynamics.h"
 #include "../preset/preset.h"
-#include "../strip_options.h"
+#include "../run/strip_options.h"
 #include "band_filter.h"
 #include "burst.h"
 #include "chart.h"

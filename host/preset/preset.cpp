@@ -8,6 +8,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "../design/band.h"
+#include "../design/link_map.h"
 #include "assignment.h"
 #include "automation.h"
 #include "draft.h"
@@ -79,6 +81,16 @@ Preset parse_preset(std::string_view text, const std::string& file) {
 Preset load_preset(const std::optional<std::string>& path,
                    const std::vector<std::string>& assignments) {
   return build(path ? contents(*path) : "", path.value_or(""), assignments);
+}
+
+void check_fits(const Preset& preset, double sample_rate, const ChannelLayout& layout) {
+  for (const auto& [place, band] : preset.bands) {
+    placing(place, [&band = band, sample_rate] { design_stored_band(band, sample_rate); });
+  }
+  for (const auto& [place, format, map] : preset.links) {
+    if (format != layout.format->name) continue;
+    placing(place, [&map = map, &layout] { parse_link_map(map, layout); });
+  }
 }
 
 }  // namespace channelstrip::host

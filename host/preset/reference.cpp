@@ -1,10 +1,13 @@
-#include "reference.h"
+// Prints docs/presets.md, from the tables of keys and the first comments of presets:
+//
+//   preset_reference FOLDER_OF_PRESETS
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -119,8 +122,6 @@ std::string presets(const std::string& folder) {
   return fmt::format("{}", fmt::join(rows, ""));
 }
 
-}  // namespace
-
 std::string preset_reference(const std::string& folder) {
   std::string text(kIntroduction);
   for (const Table& table : kTables) {
@@ -134,4 +135,13 @@ std::string preset_reference(const std::string& folder) {
                      kAboutAssignments, presets(folder));
 }
 
+}  // namespace
 }  // namespace channelstrip::host
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::fputs("usage: preset_reference FOLDER_OF_PRESETS\n", stderr);
+    return 1;
+  }
+  std::fputs(channelstrip::host::preset_reference(argv[1]).c_str(), stdout);
+}

@@ -1,22 +1,13 @@
 #include "value.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <cmath>
-#include <stdexcept>
 #include <vector>
 
+#include "../design/require.h"
 #include "nearest.h"
 
 namespace channelstrip::host {
-namespace {
-
-[[noreturn]] void refuse(const std::string& what) {
-  throw std::invalid_argument(what);
-}
-
-}  // namespace
 
 bool Range::contains(double value) const {
   if (or_zero && value == 0) return true;
@@ -42,8 +33,8 @@ double number_of(const toml::node& node) {
 double number_of(const toml::node& node, const Range& range) {
   const double value = number_of(node);
   if (!range.contains(value)) {
-    refuse(fmt::format("must be {}{}{}{}{}", limits(range), range.unit.empty() ? "" : " ",
-                       range.unit, range.reason.empty() ? "" : ": ", range.reason));
+    refuse("must be {}{}{}{}{}", limits(range), range.unit.empty() ? "" : " ", range.unit,
+           range.reason.empty() ? "" : ": ", range.reason);
   }
   return value;
 }
@@ -51,11 +42,11 @@ double number_of(const toml::node& node, const Range& range) {
 double word_of(const toml::node& node, std::span<const std::string_view> words) {
   const std::vector<std::string_view> known(words.begin(), words.end());
   const std::string rule = fmt::format("must be {}", alternatives(known, "\""));
-  if (!node.is_string()) refuse(rule);
+  if (!node.is_string()) refuse("{}", rule);
   const std::string& word = text_of(node);
   const auto found = std::ranges::find(words, word);
   if (found == words.end()) {
-    refuse(fmt::format("unknown value \"{}\"{}", word, suggestion(word, known, rule)));
+    refuse("unknown value \"{}\"{}", word, suggestion(word, known, rule));
   }
   return static_cast<double>(found - words.begin());
 }

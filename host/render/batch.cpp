@@ -7,8 +7,8 @@
 #include <thread>
 #include <utility>
 
-#include "../audio/standard_streams.h"
-#include "../interrupt.h"
+#include "../system/interrupt.h"
+#include "../system/standard_streams.h"
 
 namespace channelstrip::host {
 namespace {

@@ -8,6 +8,8 @@
 #include <cstdio>
 #include <numeric>
 
+#include "../text/wording.h"
+
 namespace channelstrip::host {
 namespace {
 
@@ -41,11 +43,8 @@ std::string progress_line(const ProgressState& state, std::size_t width) {
   std::string line = state.part < 0 ? "" : fmt::format("{:3.0f} %  ", 100 * state.part);
   if (state.files > 1) line += fmt::format("{} of {} done  ", state.done, state.files);
   line += fmt::format("{:.0f} x realtime  ", state.speed);
-  std::string name = state.name;
-  std::ranges::replace_if(
-      name, [](unsigned char c) { return c < ' ' || c == 127; }, '?');
   if (line.size() >= width) return line.substr(0, width);
-  return line + shortened(name, width - line.size());
+  return line + shortened(one_line(state.name), width - line.size());
 }
 
 Progress::Progress(std::size_t files, bool wanted)

@@ -7,9 +7,9 @@
 
 #include "../audio/audio_writer.h"
 #include "../audio/broadcast_loudness.h"
-#include "../audio/standard_streams.h"
-#include "../interrupt.h"
-#include "../strip_run.h"
+#include "../run/strip_run.h"
+#include "../system/interrupt.h"
+#include "../system/standard_streams.h"
 
 namespace channelstrip::host {
 namespace {

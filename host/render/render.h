@@ -11,9 +11,9 @@
 #include "../audio/dither.h"
 #include "../audio/output_format.h"
 #include "../design/channel_layout.h"
-#include "../interrupt.h"
-#include "../strip_options.h"
-#include "../strip_stream.h"
+#include "../run/strip_options.h"
+#include "../strip/strip_stream.h"
+#include "../system/interrupt.h"
 
 namespace channelstrip::host {
 

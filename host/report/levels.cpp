@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "../design/dynamics.h"
+#include "../text/wording.h"
 #include "html.h"
 #include "page_parts.h"
-#include "words.h"
 
 namespace channelstrip::host {
 namespace {

@@ -16,7 +16,7 @@ namespace {
 
 constexpr int kMeasures = EBUR128_MODE_I | EBUR128_MODE_LRA | EBUR128_MODE_TRUE_PEAK;
 
-constexpr std::array<std::pair<std::string_view, int>, 13> kPositions{{
+constexpr std::array<std::pair<std::string_view, int>, 13> kSpeakers{{
     {"M", EBUR128_Mp000},
     {"L", EBUR128_Mp030},
     {"R", EBUR128_Mm030},
@@ -35,8 +35,8 @@ constexpr std::array<std::pair<std::string_view, int>, 13> kPositions{{
 int position(std::string_view label, bool has_back_pair) {
   if (has_back_pair && label == "Ls") return EBUR128_Mp090;
   if (has_back_pair && label == "Rs") return EBUR128_Mm090;
-  const auto found = std::ranges::find(kPositions, label, &decltype(kPositions)::value_type::first);
-  return found == kPositions.end() ? int{EBUR128_Mp000} : found->second;
+  const auto found = std::ranges::find(kSpeakers, label, &decltype(kSpeakers)::value_type::first);
+  return found == kSpeakers.end() ? int{EBUR128_Mp000} : found->second;
 }
 
 // libebur128 gives -infinity for what the gate leaves nothing of.

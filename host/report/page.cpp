@@ -7,13 +7,12 @@
 #include <filesystem>
 
 #include "../design/dynamics.h"
-#include "../duration.h"
 #include "../pictures/xml.h"
+#include "../text/wording.h"
 #include "html.h"
 #include "page_parts.h"
 #include "page_style.h"
 #include "report_charts.h"
-#include "words.h"
 
 namespace channelstrip::host {
 namespace {

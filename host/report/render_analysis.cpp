@@ -8,9 +8,9 @@
 
 #include "../design/dynamics_coefficients.h"
 #include "../design/strip_coefficients.h"
-#include "../interrupt.h"
 #include "../render/render.h"
-#include "../strip_run.h"
+#include "../run/strip_run.h"
+#include "../system/interrupt.h"
 
 namespace channelstrip::host {
 namespace {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "../preset/preset.h"
-#include "../strip_options.h"
+#include "../run/strip_options.h"
 #include "comparison.h"
 #include "reduction_track.h"
 #include "signal_analysis.h"

@@ -6,9 +6,8 @@
 #include <cmath>
 
 #include "../design/dynamics.h"
-#include "../duration.h"
-#include "../strip_stream.h"
-#include "words.h"
+#include "../strip/strip_stream.h"
+#include "../text/wording.h"
 
 namespace channelstrip::host {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "../duration.h"
+#include "../text/wording.h"
 #include "html.h"
 #include "page_parts.h"
 #include "settings_tables.h"

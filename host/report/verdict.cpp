@@ -2,8 +2,8 @@
 
 #include "../design/dynamics.h"
 #include "../pictures/xml.h"
+#include "../text/wording.h"
 #include "page_parts.h"
-#include "words.h"
 
 namespace channelstrip::host {
 namespace {

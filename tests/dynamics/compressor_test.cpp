@@ -1,7 +1,7 @@
 #include "every_group.h"
 #include "roundings.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::compressor_test {
 namespace {
 
 constexpr float kKnee = -3;  // the polynomial, here a constant
@@ -208,4 +208,4 @@ TEST_P(CompressorBallistics, RangeInUseIsTheGlidingOne) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::compressor_test

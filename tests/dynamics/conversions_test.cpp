@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <limits>
 
-namespace channelstrip::test {
+namespace channelstrip::test::conversions_test {
 namespace {
 
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
@@ -124,4 +124,4 @@ TEST(DbToGain, NaNStaysNaN) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::conversions_test

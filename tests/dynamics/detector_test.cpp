@@ -2,7 +2,7 @@
 
 #include "every_group.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::detector_test {
 namespace {
 
 class PeakDetector : public EveryGroup {
@@ -159,4 +159,4 @@ TEST_P(DetectorMode, NaNSmoothedLevelIsAtTheFloor) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::detector_test

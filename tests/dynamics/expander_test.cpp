@@ -1,7 +1,7 @@
 #include "every_group.h"
 #include "roundings.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::expander_test {
 namespace {
 
 constexpr float kKnee = -3;  // the polynomial, here a constant
@@ -169,4 +169,4 @@ TEST_P(ExpanderBallistics, TermMayPassTheFloor) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::expander_test

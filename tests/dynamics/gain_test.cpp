@@ -3,7 +3,7 @@
 #include "every_group.h"
 #include "roundings.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::gain_test {
 namespace {
 
 class Gain : public EveryGroup {
@@ -74,4 +74,4 @@ TEST_P(Gain, OfASampleComesFromThatSample) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::gain_test

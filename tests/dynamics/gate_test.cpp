@@ -1,6 +1,6 @@
 #include "every_group.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::gate_test {
 namespace {
 
 constexpr float kFloor = -40;
@@ -123,4 +123,4 @@ TEST_P(Gate, ClosedTakesTheTermToTheRangeInUse) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::gate_test

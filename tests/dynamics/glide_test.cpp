@@ -3,7 +3,7 @@
 #include "every_group.h"
 #include "roundings.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::glide_test {
 namespace {
 
 constexpr float kRate = 0.3f;
@@ -98,4 +98,4 @@ TEST_P(Glide, RateOfZeroKeepsEverything) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::glide_test

@@ -2,7 +2,7 @@
 
 #include "every_group.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::group_readouts_test {
 namespace {
 
 constexpr int kChannelGain = CHANNELSTRIP_METER_CHANNEL_GAIN;
@@ -71,4 +71,4 @@ TEST_P(FollowersReadouts, CopyTheirLeadersEvenWhenTheyStoodHigher) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::group_readouts_test

@@ -1,6 +1,6 @@
 #include "every_group.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::hold_test {
 namespace {
 
 constexpr float kFloor = -40;
@@ -131,4 +131,4 @@ TEST_P(Hold, NegativeCountOfTheStateIsALargeUnsignedOne) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::hold_test

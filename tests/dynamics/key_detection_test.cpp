@@ -2,7 +2,7 @@
 
 #include "every_group.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::key_detection_test {
 namespace {
 
 constexpr float kOwn = 0.25f, kKey = 0.5f;
@@ -110,4 +110,4 @@ TEST_P(KeyDetection, OfAllGroupsIsOneButTheirBallisticsAreNot) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::key_detection_test

@@ -2,7 +2,7 @@
 
 #include "every_group.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::key_listen_test {
 namespace {
 
 constexpr float kOwn = 0.25f, kKey = 0.5f;
@@ -93,4 +93,4 @@ TEST_P(KeyListen, FilterKeepsItsMemoryBetweenCalls) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::key_listen_test

@@ -5,7 +5,7 @@
 
 #include "every_group.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::library_conversions_test {
 namespace {
 
 // The inputs are silent and the peak doesn't decay, so the detector stays where it is put, which
@@ -113,4 +113,4 @@ TEST_P(LibraryDbToGain, KeepsNaN) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::library_conversions_test

@@ -2,7 +2,7 @@
 
 #include "every_group.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::linking_test {
 namespace {
 
 constexpr float kLoud = 0.5f, kQuiet = 0.001f;
@@ -150,4 +150,4 @@ TEST(LinkExamples, FiveOneInFourGroupsIsLedByItsChannels0And2And3And5) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::linking_test

@@ -11,7 +11,7 @@
 #include <cmath>
 #include <cstdint>
 
-namespace channelstrip::test {
+namespace channelstrip::test::log2_sweep_test {
 namespace {
 
 constexpr int kMantissas = 1 << 23;
@@ -139,4 +139,4 @@ TEST(LevelToDbSweep, PutsEveryNegativeAtTheFloor) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::log2_sweep_test

@@ -10,7 +10,7 @@
 #include <cstdint>
 #include <map>
 
-namespace channelstrip::test {
+namespace channelstrip::test::pow2_sweep_test {
 namespace {
 
 // The ends of the range of normal results.
@@ -142,4 +142,4 @@ TEST(DbToGainSweep, IsAStaircaseTwiceAsCoarseFrom2Up) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::pow2_sweep_test

@@ -2,7 +2,7 @@
 
 #include "every_group.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::readouts_test {
 namespace {
 
 constexpr int kMeterLevel = CHANNELSTRIP_METER_LEVEL;
@@ -166,4 +166,4 @@ TEST_P(Readouts, NaNThatIsThereStays) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::readouts_test

@@ -2,7 +2,7 @@
 
 #include "every_group.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::records_test {
 namespace {
 
 // A record that no processing would leave behind; its key filter is at rest.
@@ -82,4 +82,4 @@ TEST_P(Records, UnnamedWordsAreNotRead) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::records_test

@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <iterator>
 
-namespace channelstrip::test {
+namespace channelstrip::test::tables_test {
 namespace {
 
 // Rounded once from 64 significant bits; for none of the entries do these lie on a tie.
@@ -94,4 +94,4 @@ TEST(Tables, EveryProductOfPowersIsInOneOctave) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::tables_test

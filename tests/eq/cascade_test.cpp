@@ -7,7 +7,7 @@
 #include <cmath>
 #include <limits>
 
-namespace channelstrip::test {
+namespace channelstrip::test::cascade_test {
 namespace {
 
 class EqCascade : public EveryFormat {};
@@ -145,4 +145,4 @@ TEST_P(EqCascade, EmptyPassesLeaveAllMemoryUntouched) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::cascade_test

@@ -6,7 +6,7 @@
 
 #include <array>
 
-namespace channelstrip::test {
+namespace channelstrip::test::filter_test {
 namespace {
 
 class EqFilter : public EveryFormat {};
@@ -145,4 +145,4 @@ TEST_P(EqFilter, NothingIsClipped) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::filter_test

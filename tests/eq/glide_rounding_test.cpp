@@ -7,7 +7,7 @@
 
 #include <cmath>
 
-namespace channelstrip::test {
+namespace channelstrip::test::glide_rounding_test {
 namespace {
 
 class EqGlideRounding : public EveryFormat {};
@@ -168,4 +168,4 @@ TEST_P(EqGlideRounding, CoefficientsAreSetAgainBeforeTheMetersRun) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::glide_rounding_test

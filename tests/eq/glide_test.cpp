@@ -7,7 +7,7 @@
 #include <cmath>
 #include <limits>
 
-namespace channelstrip::test {
+namespace channelstrip::test::glide_test {
 namespace {
 
 class EqGlide : public EveryFormat {};
@@ -164,4 +164,4 @@ TEST_P(EqGlide, CoefficientsDontInfluenceEachOther) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::glide_test

@@ -6,7 +6,7 @@
 
 #include <cmath>
 
-namespace channelstrip::test {
+namespace channelstrip::test::memory_test {
 namespace {
 
 class EqMemory : public EveryFormat {};
@@ -142,4 +142,4 @@ TEST_P(EqMemory, ThatIsNotANumberStaysUntilTheHostClearsIt) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::memory_test

@@ -4,7 +4,7 @@
 #include <tests/support/compare.h>
 #include <tests/support/every_format.h>
 
-namespace channelstrip::test {
+namespace channelstrip::test::blocks_test {
 namespace {
 
 class Blocks : public EveryFormat {};
@@ -119,4 +119,4 @@ TEST_P(Blocks, CountIsReadOncePerCall) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::blocks_test

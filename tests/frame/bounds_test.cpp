@@ -7,7 +7,7 @@
 
 #include <memory>
 
-namespace channelstrip::test {
+namespace channelstrip::test::bounds_test {
 namespace {
 
 class Bounds : public EveryFormat {};
@@ -113,4 +113,4 @@ TEST_P(Bounds, NothingBeforeARecordOrBufferIsTouched) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::bounds_test

@@ -6,7 +6,7 @@
 
 #include <cmath>
 
-namespace channelstrip::test {
+namespace channelstrip::test::formats_test {
 namespace {
 
 class Formats : public EveryFormat {};
@@ -109,4 +109,4 @@ TEST(FormatPairs, SixOneAndSevenZeroEqualiseTheSame) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::formats_test

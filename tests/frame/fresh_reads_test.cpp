@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <tests/support/strip.h>
 
-namespace channelstrip::test {
+namespace channelstrip::test::fresh_reads_test {
 namespace {
 
 void process(const SChannelStrip_Alg_Context& context) {
@@ -38,4 +38,4 @@ TEST(FreshReads, DynamicsCoefficientsAreReadForEveryBlock) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::fresh_reads_test

@@ -4,7 +4,7 @@
 #include <tests/support/compare.h>
 #include <tests/support/every_format.h>
 
-namespace channelstrip::test {
+namespace channelstrip::test::instances_test {
 namespace {
 
 class Instances : public EveryFormat {};
@@ -53,4 +53,4 @@ TEST_P(Instances, TwiceInOneRangeEqualsTwoCalls) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::instances_test

@@ -6,7 +6,7 @@
 
 #include <cmath>
 
-namespace channelstrip::test {
+namespace channelstrip::test::key_test {
 namespace {
 
 class Key : public EveryFormat {};
@@ -100,4 +100,4 @@ TEST_P(Key, IndexIsReadOncePerCall) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::key_test

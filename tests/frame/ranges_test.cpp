@@ -6,7 +6,7 @@
 
 #include <memory>
 
-namespace channelstrip::test {
+namespace channelstrip::test::ranges_test {
 namespace {
 
 class Ranges : public EveryFormat {};
@@ -161,4 +161,4 @@ TEST_P(Ranges, MetersMayBeShared) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::ranges_test

@@ -7,7 +7,7 @@
 
 #include <cmath>
 
-namespace channelstrip::test {
+namespace channelstrip::test::shared_buffers_test {
 namespace {
 
 class SharedBuffers : public EveryFormat {};
@@ -115,4 +115,4 @@ TEST_P(SharedBuffers, AllInputsMayBeOneBuffer) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::shared_buffers_test

@@ -4,7 +4,7 @@
 #include <tests/support/compare.h>
 #include <tests/support/every_format.h>
 
-namespace channelstrip::test {
+namespace channelstrip::test::wiring_test {
 namespace {
 
 class Wiring : public EveryFormat {};
@@ -104,4 +104,4 @@ TEST_P(Wiring, ChannelsMayBeAlignedDifferently) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::wiring_test

@@ -3,7 +3,7 @@
 #pragma once
 
 #include <ChannelStrip/frame/entry_points.h>
-#include <host/stem_format.h>
+#include <host/design/stem_format.h>
 
 #include <cstddef>
 #include <iterator>

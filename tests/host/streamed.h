@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "host/design/dynamics.h"
-#include "host/library.h"
-#include "host/strip_stream.h"
+#include "host/strip/library.h"
+#include "host/strip/strip_stream.h"
 #include "support/audio.h"
 
 namespace channelstrip::test {

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <cstdint>
 
-namespace channelstrip {
+namespace channelstrip::conversions_sweep_test {
 namespace {
 
 using test::bits;
@@ -61,4 +61,4 @@ TEST(FourDbToGains, AreThoseOfEachAloneInSeveralOctaves) {
 }
 
 }  // namespace
-}  // namespace channelstrip
+}  // namespace channelstrip::conversions_sweep_test

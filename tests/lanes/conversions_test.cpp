@@ -10,7 +10,7 @@
 #include <span>
 #include <vector>
 
-namespace channelstrip {
+namespace channelstrip::conversions_test {
 namespace {
 
 using test::bits;
@@ -122,4 +122,4 @@ TEST(DbToGainsInLanes, TakeTheLowTableFromAParabola) {
 }
 
 }  // namespace
-}  // namespace channelstrip
+}  // namespace channelstrip::conversions_test

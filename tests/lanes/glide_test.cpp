@@ -5,7 +5,7 @@
 
 #include "beside.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::glide_test {
 namespace {
 
 class GlidesBeside : public BesideEachOther {};
@@ -149,4 +149,4 @@ TEST_P(GlidesBeside, MayHaveZerosOfEitherSign) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::glide_test

@@ -11,7 +11,7 @@
 #include <type_traits>
 #include <vector>
 
-namespace channelstrip {
+namespace channelstrip::helpers_test {
 namespace {
 
 using test::bits;
@@ -189,4 +189,4 @@ TEST(Lanes, QuadsGoFromBuffersToBuffers) {
 }
 
 }  // namespace
-}  // namespace channelstrip
+}  // namespace channelstrip::helpers_test

@@ -9,7 +9,7 @@
 
 #include "rack.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::independence_test {
 namespace {
 
 constexpr std::size_t kStrips = 4;
@@ -160,4 +160,4 @@ TEST_F(Independence, EndsWhereAPointerLiesInWhatIsWritten) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::independence_test

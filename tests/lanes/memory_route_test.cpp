@@ -5,7 +5,7 @@
 #include <tests/support/compare.h>
 #include <tests/support/every_format.h>
 
-namespace channelstrip::test {
+namespace channelstrip::test::memory_route_test {
 namespace {
 
 class MemoryRoute : public EveryFormat {
@@ -66,4 +66,4 @@ TEST_P(MemoryRoute, HasThemFarBeyondTheGainsRange) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::memory_route_test

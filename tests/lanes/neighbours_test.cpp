@@ -5,7 +5,7 @@
 
 #include "beside.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::neighbours_test {
 namespace {
 
 class Neighbours : public BesideEachOther {};
@@ -104,4 +104,4 @@ TEST_P(Neighbours, KeepTheirNaNsAndInfinitiesToThemselves) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::neighbours_test

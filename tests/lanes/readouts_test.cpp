@@ -11,7 +11,7 @@
 
 #include "beside.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::readouts_test {
 namespace {
 
 class ReadoutsBeside : public BesideEachOther {};
@@ -163,4 +163,4 @@ TEST_P(EqualGains, ToTheReadoutsStartLeaveItsLevel) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::readouts_test

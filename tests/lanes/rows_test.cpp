@@ -5,7 +5,7 @@
 
 #include <array>
 
-namespace channelstrip {
+namespace channelstrip::rows_test {
 namespace {
 
 template <int Width, int Stride>
@@ -106,4 +106,4 @@ TEST(Rows, MapTellsHowManyLanesMatter) {
 }
 
 }  // namespace
-}  // namespace channelstrip
+}  // namespace channelstrip::rows_test

@@ -2,7 +2,7 @@
 
 #include "beside.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::sharing_test {
 namespace {
 
 class Sharing : public BesideEachOther {};
@@ -142,4 +142,4 @@ TEST_P(Sharing, OfInputsAmongNeighboursOneOfWhichIsInPlace) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::sharing_test

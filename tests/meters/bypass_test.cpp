@@ -6,7 +6,7 @@
 
 #include <cmath>
 
-namespace channelstrip::test {
+namespace channelstrip::test::bypass_test {
 namespace {
 
 class Bypass : public EveryFormat {};
@@ -146,4 +146,4 @@ TEST_P(Bypass, GoesChannelByChannelInAscendingOrder) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::bypass_test

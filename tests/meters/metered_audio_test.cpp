@@ -5,7 +5,7 @@
 
 #include <cmath>
 
-namespace channelstrip::test {
+namespace channelstrip::test::metered_audio_test {
 namespace {
 
 class MeteredAudio : public EveryFormat {};
@@ -56,4 +56,4 @@ TEST_P(MeteredAudio, InPlaceBothMeasureTheProcessedAudio) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::metered_audio_test

@@ -5,7 +5,7 @@
 
 #include <cmath>
 
-namespace channelstrip::test {
+namespace channelstrip::test::output_meters_test {
 namespace {
 
 class OutputMeters : public EveryFormat {};
@@ -184,4 +184,4 @@ TEST_P(OutputMeters, NotANumberStaysOnItsChannel) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::output_meters_test

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-namespace channelstrip::test {
+namespace channelstrip::test::edge_counts_test {
 namespace {
 
 // Every edge at -140 dB, met on it and on both sides.
@@ -36,4 +36,4 @@ TEST(EdgeCounts, CountOnlyComparisonsThatAreMade) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::edge_counts_test

@@ -10,7 +10,7 @@
 #include "conversions.h"
 #include "tables.h"
 
-namespace channelstrip::model {
+namespace channelstrip::model::model_conversions_test {
 namespace {
 
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
@@ -92,4 +92,4 @@ TEST(ModelConversions, FloatStaysNearDouble) {
 }
 
 }  // namespace
-}  // namespace channelstrip::model
+}  // namespace channelstrip::model::model_conversions_test

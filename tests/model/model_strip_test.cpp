@@ -12,7 +12,7 @@
 #include "scene.h"
 #include "strip.h"
 
-namespace channelstrip::model {
+namespace channelstrip::model::model_strip_test {
 namespace {
 
 using test::Instance;
@@ -156,4 +156,4 @@ TEST(ModelStrip, DoubleLiesWithinFloatsErrors) {
 }
 
 }  // namespace
-}  // namespace channelstrip::model
+}  // namespace channelstrip::model::model_strip_test

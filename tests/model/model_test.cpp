@@ -15,7 +15,7 @@
 #include "section.h"
 #include "strip_state.h"
 
-namespace channelstrip::model {
+namespace channelstrip::model::model_test {
 namespace {
 
 class ModelSection : public testing::TestWithParam<SumOrder> {
@@ -204,4 +204,4 @@ TEST(ModelMeters, ScaleTheInputAndCopyInBypass) {
 }
 
 }  // namespace
-}  // namespace channelstrip::model
+}  // namespace channelstrip::model::model_test

@@ -10,7 +10,7 @@
 #include "sweep.h"
 #include "tests/support/strip.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::planted_faults_test {
 namespace {
 
 constexpr int64_t kQuads = 20'000;
@@ -93,4 +93,4 @@ TEST(SweepReport, SaysWhenAFailureIsNotMetAgain) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::planted_faults_test

@@ -13,7 +13,7 @@
 #include "run_scene.h"
 #include "tests/support/strip.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::precision_test {
 namespace {
 
 // The outputs are the gain, and single precision knows the level exactly: the audio is 1
@@ -72,4 +72,4 @@ TEST(SinglePrecision, GainLiesWithinItsRoundings) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::precision_test

@@ -4,7 +4,7 @@
 #pragma once
 
 #include <ChannelStrip/frame/entry_points.h>
-#include <host/stem_format.h>
+#include <host/design/stem_format.h>
 
 #include "level_watch.h"
 #include "scene.h"

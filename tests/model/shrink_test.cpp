@@ -14,7 +14,7 @@
 #include "run_scene.h"
 #include "tests/support/strip.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::shrink_test {
 namespace {
 
 // Processes instances seven times or more.
@@ -129,4 +129,4 @@ TEST(Shrinker, DescriptionNamesWhatIsNotNeutral) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::shrink_test

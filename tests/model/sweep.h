@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include <host/stem_format.h>
+#include <host/design/stem_format.h>
 
 #include <cstdint>
 #include <functional>

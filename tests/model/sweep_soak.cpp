@@ -4,7 +4,7 @@
 //   sweep_soak FORMAT QUADS [FIRST_SEED]
 
 #include <fmt/format.h>
-#include <host/library.h>
+#include <host/strip/library.h>
 
 #include <cstdint>
 #include <cstdlib>

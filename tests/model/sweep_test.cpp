@@ -7,7 +7,7 @@
 #include "tests/support/every_format.h"
 #include "tests/support/strip.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::sweep_test {
 namespace {
 
 constexpr uint32_t kFirstSeed = 1;
@@ -47,4 +47,4 @@ TEST_P(Sweep, GeneralDynamicsStayWithinTheSpreadOfLegalOrders) {
 INSTANTIATE_TEST_SUITE_P(Formats, Sweep, every_format(), format_name);
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::sweep_test

@@ -5,7 +5,7 @@
 
 #include "scenes.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::alignment_test {
 namespace {
 
 class Alignment : public EveryFormat {};
@@ -42,4 +42,4 @@ TEST_P(Alignment, OfEachBufferMayBeAnyFloats) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::alignment_test

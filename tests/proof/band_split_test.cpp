@@ -8,7 +8,7 @@
 
 #include <memory>
 
-namespace channelstrip::test {
+namespace channelstrip::test::band_split_test {
 namespace {
 
 class BandSplit : public EveryFormat {};
@@ -68,4 +68,4 @@ TEST_P(BandSplit, AroundAGainOfOneHalfEqualsTheUnsplitCascade) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::band_split_test

@@ -11,7 +11,7 @@
 
 #include "scenes.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::control_word_test {
 namespace {
 
 class ControlWord : public EveryFormat {};
@@ -83,4 +83,4 @@ TEST_P(ControlWord, DecidesWhatBecomesOfDenormals) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::control_word_test

@@ -7,7 +7,7 @@
 
 #include "scenes.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::cutting_test {
 namespace {
 
 class Cutting : public EveryFormat {};
@@ -80,4 +80,4 @@ TEST_P(Cutting, APieceMayAskForLessThanItsLastBlock) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::cutting_test

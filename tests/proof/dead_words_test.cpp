@@ -12,7 +12,7 @@
 
 #include "scenes.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::dead_words_test {
 namespace {
 
 class DeadWords : public EveryFormat {};
@@ -102,4 +102,4 @@ TEST_P(DeadWords, AreNeitherReadNorWritten) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::dead_words_test

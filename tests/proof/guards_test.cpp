@@ -8,7 +8,7 @@
 #include "guarded_scene.h"
 #include "wirings.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::guards_test {
 namespace {
 
 class Guards : public EveryFormat {
@@ -59,4 +59,4 @@ TEST_P(Guards, NothingBeforeIsTouchedHoweverBuffersAreWired) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::guards_test

@@ -8,7 +8,7 @@
 #include "poison.h"
 #include "scenes.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::harm_test {
 namespace {
 
 class Harm : public EveryFormat {};
@@ -131,4 +131,4 @@ TEST_P(Harm, OfANanInTheKeyIsThatTheKeyCountsAsSilent) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::harm_test

@@ -10,7 +10,7 @@
 
 #include "scenes.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::permutation_test {
 namespace {
 
 class Permutation : public EveryFormat {};
@@ -181,4 +181,4 @@ TEST(StemFormats, FiveOneAndSixZeroAgreeOnAnyScene) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::permutation_test

@@ -11,7 +11,7 @@
 
 #include "scenes.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::poison_test {
 namespace {
 
 template <typename Put>
@@ -102,4 +102,4 @@ TEST_P(Poison, InMeters) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::poison_test

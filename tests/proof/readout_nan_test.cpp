@@ -9,7 +9,7 @@
 #include "poison.h"
 #include "scenes.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::readout_nan_test {
 namespace {
 
 class ReadoutNan : public EveryFormat {};
@@ -147,4 +147,4 @@ TEST_P(ReadoutNan, EntersNoOtherMeter) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::readout_nan_test

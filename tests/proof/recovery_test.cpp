@@ -9,7 +9,7 @@
 #include "poison.h"
 #include "scenes.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::recovery_test {
 namespace {
 
 class Recovery : public EveryFormat {};
@@ -88,4 +88,4 @@ TEST_P(Recovery, FromAudioNeedsFilterMemoryAndPeakResetAlone) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::recovery_test

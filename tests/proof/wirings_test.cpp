@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 #include <tests/support/every_format.h>
 
-namespace channelstrip::test {
+namespace channelstrip::test::wirings_test {
 namespace {
 
 class Wirings : public EveryFormat {
@@ -81,4 +81,4 @@ TEST_P(Wirings, EachInstanceAgainAtTheEnd) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::wirings_test

@@ -2,7 +2,7 @@
 
 #include "painted_stack.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::stack_test {
 namespace {
 
 class Stack : public EveryFormat {};
@@ -30,4 +30,4 @@ TEST(PaintedStack, SeesTheDeepestByteOfACall) {
 INSTANTIATE_TEST_SUITE_P(Formats, Stack, every_format(), format_name);
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::stack_test

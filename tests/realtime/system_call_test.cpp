@@ -16,7 +16,7 @@
 
 #include "every_mode.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::system_call_test {
 namespace {
 
 struct End {
@@ -75,4 +75,4 @@ TEST(SystemCalls, OneInTheSamePlaceKills) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::system_call_test

@@ -8,7 +8,7 @@
 #include <thread>
 #include <vector>
 
-namespace channelstrip::test {
+namespace channelstrip::test::thread_test {
 namespace {
 
 constexpr size_t kThreads = 8;
@@ -74,4 +74,4 @@ TEST(Threads, DisjointInstancesComeOutAsInTurn) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::thread_test

@@ -3,7 +3,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <host/stem_format.h>
+#include <host/design/stem_format.h>
 
 #include <algorithm>
 #include <ostream>

@@ -7,7 +7,7 @@
 
 #include "rendered_file.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::audio_file_test {
 namespace {
 
 TEST_F(RenderedFile, IsOfTheContainerItsExtensionNames) {
@@ -103,4 +103,4 @@ TEST_F(RenderedFile, IsRefusedForSamplesThatAreNotFinite) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::audio_file_test

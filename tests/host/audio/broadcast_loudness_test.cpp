@@ -10,7 +10,7 @@
 #include "host/audio/audio_writer.h"
 #include "rendered_file.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::broadcast_loudness_test {
 namespace {
 
 using namespace host;
@@ -55,4 +55,4 @@ TEST_F(RenderedFile, LeavesOutTheLoudnessOfItsInput) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::broadcast_loudness_test

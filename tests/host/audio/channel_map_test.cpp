@@ -5,7 +5,7 @@
 
 #include "rendered_file.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::channel_map_test {
 namespace {
 
 class ChannelMap : public RenderedFile {};
@@ -107,4 +107,4 @@ TEST_F(ChannelMap, IsNoneOfAnInputThatNamesNone) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::channel_map_test

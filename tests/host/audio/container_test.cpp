@@ -10,7 +10,7 @@
 #include "../support/copy.h"
 #include "../support/temporary_folder.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::container_test {
 namespace {
 
 struct Container {
@@ -110,4 +110,4 @@ TEST(Container, KeepsTheSpeakersOfSurround) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::container_test

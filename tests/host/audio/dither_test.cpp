@@ -12,7 +12,7 @@
 #include "../support/temporary_folder.h"
 #include "host/audio/pcm.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::dither_test {
 namespace {
 
 using host::Dither;
@@ -131,4 +131,4 @@ TEST(Dither, GivesTheSameFileEveryTime) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::dither_test

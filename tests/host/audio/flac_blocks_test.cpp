@@ -9,7 +9,7 @@
 
 #include "rendered_file.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::flac_blocks_test {
 namespace {
 
 using namespace host;
@@ -58,4 +58,4 @@ TEST_F(FlacBlocks, LeaveTheSamplesAsTheyAre) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::flac_blocks_test

@@ -13,7 +13,7 @@
 #include "../support/copy.h"
 #include "../support/temporary_folder.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::marker_test {
 namespace {
 
 using host::AudioReader;
@@ -146,4 +146,4 @@ TEST(ListEntry, ThatIsMoreThanAMarkersNameIsNamed) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::marker_test

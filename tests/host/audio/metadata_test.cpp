@@ -13,7 +13,7 @@
 #include "../support/copy.h"
 #include "../support/temporary_folder.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::metadata_test {
 namespace {
 
 using host::AudioReader;
@@ -142,4 +142,4 @@ TEST(Metadata, OfAnUntaggedFileIsNothing) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::metadata_test

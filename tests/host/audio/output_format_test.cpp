@@ -8,7 +8,7 @@
 #include "host/audio/containers.h"
 #include "refusal.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::output_format_test {
 namespace {
 
 using host::AudioFormat;
@@ -68,4 +68,4 @@ TEST(OutputFormat, RefusesBitsAndContainersItDoesNotKnow) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::output_format_test

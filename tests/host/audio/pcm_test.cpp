@@ -8,7 +8,7 @@
 
 #include "../support/audio.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::pcm_test {
 namespace {
 
 using host::Dither;
@@ -76,4 +76,4 @@ TEST(Pcm, NotANumberIsSilence) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::pcm_test

@@ -13,7 +13,7 @@
 #include "../support/copy.h"
 #include "../support/temporary_folder.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::tags_test {
 namespace {
 
 using host::AudioReader;
@@ -97,4 +97,4 @@ TEST(Tags, OfAiffEndWithTheirChunks) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::tags_test

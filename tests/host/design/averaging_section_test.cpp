@@ -11,7 +11,7 @@
 #include "played_strip.h"
 #include "refusal.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::averaging_section_test {
 namespace {
 
 using namespace host;
@@ -175,4 +175,4 @@ TEST(RmsDetector, ReadsARestingLevelWithinAFifthOfADecibel) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::averaging_section_test

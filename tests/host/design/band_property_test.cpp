@@ -8,7 +8,7 @@
 
 #include "bands.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::band_property_test {
 namespace {
 
 using namespace host;
@@ -67,4 +67,4 @@ RC_GTEST_PROP(BandProperty, EveryBandThatIsNotRefusedIsStableInFloats, ()) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::band_property_test

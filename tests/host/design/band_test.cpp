@@ -8,7 +8,7 @@
 #include "bands.h"
 #include "refusal.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::band_test {
 namespace {
 
 using namespace host;
@@ -167,4 +167,4 @@ TEST(Band, RefusalInSinglePrecisionNamesWhatTheBandIsMadeOf) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::band_test

@@ -4,7 +4,7 @@
 
 #include "bands.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::butterworth_test {
 namespace {
 
 using namespace host;
@@ -84,4 +84,4 @@ TEST(Butterworth, TakesASectionForTwoOrders) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::butterworth_test

@@ -5,7 +5,7 @@
 
 #include "refusal.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::channel_layout_test {
 namespace {
 
 using namespace host;
@@ -191,4 +191,4 @@ TEST(ForcedLayout, RefusesAnotherCount) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::channel_layout_test

@@ -6,7 +6,7 @@
 #include "bands.h"
 #include "host/design/bilinear.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::cookbook_test {
 namespace {
 
 using namespace host;
@@ -108,4 +108,4 @@ TEST(Cookbook, ResponseIsTheAnalogOneAtTheBentFrequency) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::cookbook_test

@@ -7,7 +7,7 @@
 #include "host/design/dynamics.h"
 #include "refusal.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::curve_test {
 namespace {
 
 using namespace host;
@@ -198,4 +198,4 @@ TEST(ExpanderCurve, RefusesWhatIsNoCurve) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::curve_test

@@ -7,7 +7,7 @@
 #include "host/design/strip_coefficients.h"
 #include "records.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::dynamics_coefficients_test {
 namespace {
 
 using namespace host;
@@ -149,4 +149,4 @@ TEST(DynamicsCoefficients, WithoutHysteresisTheGateIsOpenAtEveryLevel) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::dynamics_coefficients_test

@@ -8,7 +8,7 @@
 #include "records.h"
 #include "refusal.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::eq_coefficients_test {
 namespace {
 
 using namespace host;
@@ -86,4 +86,4 @@ TEST(EqCoefficients, KeyFilterIsOneSection) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::eq_coefficients_test

@@ -6,7 +6,7 @@
 
 #include "bands.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::glide_path_test {
 namespace {
 
 using namespace host;
@@ -56,4 +56,4 @@ TEST(GlidePath, OverSeveralOctavesSwells) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::glide_path_test

@@ -9,7 +9,7 @@
 #include "records.h"
 #include "refusal.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::link_map_test {
 namespace {
 
 using namespace host;
@@ -142,4 +142,4 @@ TEST(ParsedLinkMap, RefusesWhatIsNoMapOfTheLayout) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::link_map_test

@@ -8,7 +8,7 @@
 
 #include "bands.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::matched_test {
 namespace {
 
 using namespace host;
@@ -159,4 +159,4 @@ TEST(Matched, ZerosLieNowhereOutsideTheUnitCircle) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::matched_test

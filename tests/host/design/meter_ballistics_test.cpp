@@ -11,7 +11,7 @@
 #include "host/design/dynamics.h"
 #include "refusal.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::meter_ballistics_test {
 namespace {
 
 using namespace host;
@@ -177,4 +177,4 @@ TEST(OverCounter, CountsNothingBelowFullScale) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::meter_ballistics_test

@@ -3,7 +3,7 @@
 #include "host/design/strip_coefficients.h"
 #include "records.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::neutral_strip_test {
 namespace {
 
 using namespace host;
@@ -56,4 +56,4 @@ TEST(NeutralStrip, LeavesTheModesOff) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::neutral_strip_test

@@ -10,7 +10,7 @@
 #include "host/design/dynamics.h"
 #include "played_strip.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::played_dynamics_test {
 namespace {
 
 using namespace host;
@@ -143,4 +143,4 @@ TEST(PlayedDetector, RmsReadsASine) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::played_dynamics_test

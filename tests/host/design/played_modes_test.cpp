@@ -6,7 +6,7 @@
 
 #include "played_strip.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::played_modes_test {
 namespace {
 
 using namespace host;
@@ -88,4 +88,4 @@ TEST(PlayedModes, InputMeterGainMovesTheInputMeterAlone) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::played_modes_test

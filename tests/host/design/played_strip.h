@@ -10,8 +10,8 @@
 
 #include "host/design/dynamics.h"
 #include "host/design/strip_coefficients.h"
-#include "host/instance.h"
-#include "host/library.h"
+#include "host/strip/instance.h"
+#include "host/strip/library.h"
 #include "records.h"
 
 namespace channelstrip::test {

@@ -10,7 +10,7 @@
 #include "bands.h"
 #include "refusal.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::prototype_test {
 namespace {
 
 using namespace host;
@@ -171,4 +171,4 @@ TEST(Prototype, RefusesABandsFrequencyThatIsNotAboveZero) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::prototype_test

@@ -11,7 +11,7 @@
 #include "bands.h"
 #include "refusal.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::section_test {
 namespace {
 
 using namespace host;
@@ -110,4 +110,4 @@ TEST(Section, ResponseIsTheSpectrumOfTheRecurrencesImpulseResponse) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::section_test

@@ -9,7 +9,7 @@
 #include "host/design/averaging_section.h"
 #include "host/design/band.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::single_precision_test {
 namespace {
 
 using namespace host;
@@ -168,4 +168,4 @@ TEST(SinglePrecision, FloatsStayAsTheyAre) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::single_precision_test

@@ -1,8 +1,8 @@
-#include "host/stem_format.h"
+#include "host/design/stem_format.h"
 
 #include <gtest/gtest.h>
 
-namespace channelstrip::test {
+namespace channelstrip::test::stem_format_test {
 namespace {
 
 using namespace host;
@@ -43,4 +43,4 @@ TEST(StemFormat, UnknownNamesFindNothing) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::stem_format_test

@@ -7,7 +7,7 @@
 #include "host/design/band.h"
 #include "records.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::strip_coefficients_test {
 namespace {
 
 using namespace host;
@@ -89,4 +89,4 @@ TEST(StripCoefficients, LinkStyleHoldsWhereTheFormatHasNoMapOfItsOwn) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::strip_coefficients_test

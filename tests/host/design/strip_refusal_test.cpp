@@ -6,7 +6,7 @@
 #include "host/design/strip_coefficients.h"
 #include "refusal.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::strip_refusal_test {
 namespace {
 
 using namespace host;
@@ -162,4 +162,4 @@ TEST(StripRefusal, AcceptsTheDefaultsAndTheEndsOfTheRanges) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::strip_refusal_test

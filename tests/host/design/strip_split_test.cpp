@@ -10,7 +10,7 @@
 #include "records.h"
 #include "refusal.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::strip_split_test {
 namespace {
 
 using namespace host;
@@ -87,4 +87,4 @@ TEST(StripSplit, LeavesOfTheLinkMapWhatTheStripLinks) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::strip_split_test

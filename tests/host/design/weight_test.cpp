@@ -6,7 +6,7 @@
 
 #include "host/design/dynamics.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::weight_test {
 namespace {
 
 using namespace host;
@@ -54,4 +54,4 @@ TEST(Decibels, AreThoseOfAmplitude) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::weight_test

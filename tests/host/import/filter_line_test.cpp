@@ -10,7 +10,7 @@
 #include "host/import/analog_band.h"
 #include "host/import/number_text.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::filter_line_test {
 namespace {
 
 using namespace host;
@@ -196,4 +196,4 @@ TEST(FilterLine, PreampIsANumberOfDecibels) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::filter_line_test

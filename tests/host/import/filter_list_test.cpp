@@ -8,10 +8,10 @@
 
 #include "../support/temporary_folder.h"
 #include "host/import/imported_preset.h"
-#include "host/import/text_file.h"
 #include "host/preset/preset.h"
+#include "host/text/text_file.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::filter_list_test {
 namespace {
 
 using namespace host;
@@ -197,4 +197,4 @@ TEST(FilterList, PreampsAddUpInTheMakeupGain) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::filter_list_test

@@ -8,7 +8,7 @@
 
 #include "../support/command.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::import_program_test {
 namespace {
 
 class Import : public Command {
@@ -93,4 +93,4 @@ TEST_F(Import, LeavesTheOlderPresetWhenThereIsNoRoom) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::import_program_test

@@ -8,7 +8,7 @@
 
 #include "../support/command.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::info_program_test {
 namespace {
 
 using Info = Command;
@@ -62,4 +62,4 @@ TEST_F(Info, RefusesWhatThereIsNot) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::info_program_test

@@ -12,7 +12,7 @@
 #include "host/design/link_map.h"
 #include "host/info/wav_mask.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::information_test {
 namespace {
 
 using namespace host;
@@ -97,4 +97,4 @@ TEST(Information, AFileNameOfAnyBytesLeavesJsonWhole) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::information_test

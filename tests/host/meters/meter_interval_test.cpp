@@ -6,7 +6,7 @@
 
 #include "host/meters/meters.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::meter_interval_test {
 namespace {
 
 using namespace host;
@@ -77,4 +77,4 @@ TEST(Meters, RowIsTheNearestWholeNumberOfPeriods) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::meter_interval_test

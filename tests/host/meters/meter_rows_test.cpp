@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace channelstrip::test {
+namespace channelstrip::test::meter_rows_test {
 namespace {
 
 using namespace host;
@@ -55,4 +55,4 @@ TEST(MeterRows, ReductionDeeperThanSinglePrecisionIsInfinite) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::meter_rows_test

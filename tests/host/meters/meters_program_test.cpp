@@ -15,7 +15,7 @@
 #include "../support/audio.h"
 #include "../support/command.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::meters_program_test {
 namespace {
 
 using Rows = std::vector<std::vector<std::string>>;
@@ -153,4 +153,4 @@ TEST_F(MetersProgram, LeavesNothingWhenThereIsNoRoom) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::meters_program_test

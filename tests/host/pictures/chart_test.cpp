@@ -11,7 +11,7 @@
 #include "../design/refusal.h"
 #include "golden.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::chart_test {
 namespace {
 
 using namespace host;
@@ -176,4 +176,4 @@ TEST(Chart, RefusesAnAreaWithALineOfAnotherLength) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::chart_test

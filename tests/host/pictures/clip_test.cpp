@@ -5,7 +5,7 @@
 #include <random>
 #include <vector>
 
-namespace channelstrip::test {
+namespace channelstrip::test::clip_test {
 namespace {
 
 using namespace host;
@@ -62,4 +62,4 @@ TEST(Clip, StaysInsideAndKeepsEveryPointThatIsInside) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::clip_test

@@ -7,7 +7,7 @@
 #include "../support/command.h"
 #include "golden.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::curve_changes_test {
 namespace {
 
 class CurveChanges : public Command {
@@ -89,4 +89,4 @@ TEST_F(CurveChanges, RefuseATimeBeforeTheBeginning) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::curve_changes_test

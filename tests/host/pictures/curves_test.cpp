@@ -9,7 +9,7 @@
 #include "../support/command.h"
 #include "golden.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::curves_test {
 namespace {
 
 class Curves : public Command {
@@ -143,4 +143,4 @@ TEST_F(Curves, LeaveTheOlderPictureWhenThereIsNoRoom) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::curves_test

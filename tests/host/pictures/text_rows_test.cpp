@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace channelstrip::test {
+namespace channelstrip::test::text_rows_test {
 namespace {
 
 using host::text_rows;
@@ -29,4 +29,4 @@ TEST(TextRows, EmptyTextHasNone) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::text_rows_test

@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace channelstrip::test {
+namespace channelstrip::test::ticks_test {
 namespace {
 
 using namespace host;
@@ -53,4 +53,4 @@ TEST(EngineersNumber, HasNoMoreDigitsThanItNeeds) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::ticks_test

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace channelstrip::test {
+namespace channelstrip::test::xml_test {
 namespace {
 
 using namespace host;
@@ -35,4 +35,4 @@ TEST(Length, CountsCharacters) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::xml_test

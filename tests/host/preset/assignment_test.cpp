@@ -10,7 +10,7 @@
 #include "../support/temporary_folder.h"
 #include "refusal.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::assignment_test {
 namespace {
 
 using namespace host;
@@ -157,4 +157,4 @@ TEST(Assignment, GrownBandIsBlamedForWhatNoLongerFits) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::assignment_test

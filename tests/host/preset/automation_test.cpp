@@ -9,7 +9,7 @@
 #include "../support/temporary_folder.h"
 #include "refusal.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::automation_test {
 namespace {
 
 using namespace host;
@@ -139,4 +139,4 @@ TEST(Automation, RefusalsNameFileLineColumnAndKey) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::automation_test

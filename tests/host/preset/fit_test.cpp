@@ -6,7 +6,7 @@
 
 #include "refusal.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::fit_test {
 namespace {
 
 using namespace host;
@@ -63,4 +63,4 @@ TEST(PresetFit, LinkMapOfOtherChannelsIsRefused) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::fit_test

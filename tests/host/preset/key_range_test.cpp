@@ -15,7 +15,7 @@
 #include "host/preset/preset_keys.h"
 #include "refusal.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::key_range_test {
 namespace {
 
 using namespace host;
@@ -165,4 +165,4 @@ TEST(EveryKey, HasADefaultWithinItsRange) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::key_range_test

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace channelstrip::test {
+namespace channelstrip::test::nearest_test {
 namespace {
 
 using namespace host;
@@ -45,4 +45,4 @@ TEST(Nearest, ReadsAsASentence) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::nearest_test

@@ -10,7 +10,7 @@
 
 #include "host/preset/preset.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::reading_test {
 namespace {
 
 using namespace host;
@@ -194,4 +194,4 @@ TEST(Preset, HardKneeIsZero) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::reading_test

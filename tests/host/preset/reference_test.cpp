@@ -7,7 +7,7 @@
 #include "../support/temporary_folder.h"
 #include "refusal.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::reference_test {
 namespace {
 
 using namespace host;
@@ -27,4 +27,4 @@ TEST(PresetReference, ExampleIsAPreset) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::reference_test

@@ -8,7 +8,7 @@
 
 #include "../support/temporary_folder.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::refusal_test {
 namespace {
 
 using namespace host;
@@ -185,4 +185,4 @@ TEST(PresetRefusal, FileThatIsNotThereIsNamed) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::refusal_test

@@ -18,7 +18,7 @@
 #include "host/design/strip_coefficients.h"
 #include "refusal.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::shipped_presets_test {
 namespace {
 
 using namespace host;
@@ -128,4 +128,4 @@ TEST(KickGatePreset, ShutsOnWhatIsNoKickDrum) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::shipped_presets_test

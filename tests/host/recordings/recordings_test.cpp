@@ -17,7 +17,7 @@
 #include "recordings.h"
 #include "through_strip.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::recordings_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -211,4 +211,4 @@ TEST(NeutralPreset, NullsAgainstTheInput) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::recordings_test

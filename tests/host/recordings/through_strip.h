@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "../support/audio.h"
-#include "host/library.h"
 #include "host/preset/preset.h"
-#include "host/strip_stream.h"
+#include "host/strip/library.h"
+#include "host/strip/strip_stream.h"
 
 namespace channelstrip::test {
 

@@ -11,7 +11,7 @@
 
 #include "program.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::automation_test {
 namespace {
 
 constexpr int kRate = 48000;
@@ -111,4 +111,4 @@ TEST_F(Automated, GainOfASineChangesWithoutAClick) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::automation_test

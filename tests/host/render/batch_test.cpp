@@ -10,7 +10,7 @@
 
 #include "program.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::batch_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -139,4 +139,4 @@ TEST_F(Batch, RefusesSeveralInputsWithoutAFolder) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::batch_test

@@ -15,7 +15,7 @@
 #include "../support/streams.h"
 #include "program.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::interrupt_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -146,4 +146,4 @@ TEST_F(Interrupt, ByForceLeavesNoOutput) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::interrupt_test

@@ -9,7 +9,7 @@
 
 #include "program.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::key_test {
 namespace {
 
 class Key : public Program {
@@ -121,4 +121,4 @@ TEST_F(Key, RefusesAChannelThatIsNotThere) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::key_test

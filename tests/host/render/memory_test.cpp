@@ -7,7 +7,7 @@
 #include "host/audio/sndfile_handle.h"
 #include "program.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::memory_test {
 namespace {
 
 class Memory : public Program {
@@ -40,4 +40,4 @@ TEST_F(Memory, DoesNotGrowWithTheFile) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::memory_test

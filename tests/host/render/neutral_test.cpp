@@ -11,7 +11,7 @@
 #include "../support/render.h"
 #include "../support/temporary_folder.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::neutral_test {
 namespace {
 
 constexpr double kUnity = 2.7e-6;  // bound of the relative error
@@ -76,4 +76,4 @@ TEST(NeutralStrip, ReturnsFloatsWithinItsUnityGain) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::neutral_test

@@ -10,7 +10,7 @@
 
 #include "program.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::order_test {
 namespace {
 
 struct Layout {
@@ -120,4 +120,4 @@ TEST_F(Order, OfTheFileHoldsWhereNoneIsStated) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::order_test

@@ -7,7 +7,7 @@
 
 #include "program.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::output_test {
 namespace {
 
 class Output : public Program {};
@@ -45,4 +45,4 @@ TEST_F(Output, RefusesWhatItCannotBe) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::output_test

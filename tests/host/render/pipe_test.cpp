@@ -12,7 +12,7 @@
 #include "../support/streams.h"
 #include "program.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::pipe_test {
 namespace {
 
 class Piped : public Program {
@@ -111,4 +111,4 @@ TEST_F(Piped, ReaderThatGoesAwayIsOneLineAndLeavesNothing) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::pipe_test

@@ -9,7 +9,7 @@
 
 #include "program.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::program_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -70,4 +70,4 @@ TEST_F(Program, GivesOrdinaryPermissions) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::program_test

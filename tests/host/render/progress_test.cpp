@@ -13,7 +13,7 @@
 #include "../support/streams.h"
 #include "program.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::progress_test {
 namespace {
 
 using host::progress_line;
@@ -105,4 +105,4 @@ TEST_F(Progress, MayLoseItsTerminal) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::progress_test

@@ -9,7 +9,7 @@
 
 #include "program.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::refusal_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -131,4 +131,4 @@ TEST_F(Program, SaysItInOneLineWhateverTheFileIsCalled) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::refusal_test

@@ -10,7 +10,7 @@
 
 #include "program.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::summary_test {
 namespace {
 
 using nlohmann::json;
@@ -71,4 +71,4 @@ TEST_F(Summary, QuietSaysNothing) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::summary_test

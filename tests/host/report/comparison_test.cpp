@@ -5,7 +5,7 @@
 #include <cmath>
 #include <vector>
 
-namespace channelstrip::test {
+namespace channelstrip::test::comparison_test {
 namespace {
 
 using namespace host;
@@ -61,4 +61,4 @@ TEST(Comparison, KeepsTheGreatestDifference) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::comparison_test

@@ -8,7 +8,7 @@
 
 #include "../support/audio.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::envelope_test {
 namespace {
 
 using namespace host;
@@ -63,4 +63,4 @@ TEST(Envelope, SeesItsChannelsAlone) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::envelope_test

@@ -10,7 +10,7 @@
 #include "../design/refusal.h"
 #include "signals.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::loudness_test {
 namespace {
 
 using namespace host;
@@ -121,4 +121,4 @@ TEST(Loudness, RefusesARateThatCannotBeMeasured) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::loudness_test

@@ -13,7 +13,7 @@
 #include "browser.h"
 #include "host/pictures/xml.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::page_test {
 namespace {
 
 // Shows `page` in a frame 390 wide, so high that it has no scroll bar, and measures it there.
@@ -96,4 +96,4 @@ TEST(ReportPage, HasItsHeadingsAndNumbers) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::page_test

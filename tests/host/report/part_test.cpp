@@ -7,7 +7,7 @@
 
 #include "../design/records.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::part_test {
 namespace {
 
 using namespace host;
@@ -43,4 +43,4 @@ TEST(Part, MoreThanTwoChannelsArePicturedByGroup) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::part_test

@@ -8,10 +8,10 @@
 
 #include "../design/records.h"
 #include "host/design/dynamics.h"
-#include "host/library.h"
-#include "host/strip_stream.h"
+#include "host/strip/library.h"
+#include "host/strip/strip_stream.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::reduction_track_test {
 namespace {
 
 using namespace host;
@@ -76,4 +76,4 @@ TEST(ReductionTrack, FollowsTheAttackOfAConstantLevel) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::reduction_track_test

@@ -11,7 +11,7 @@
 #include "../support/render.h"
 #include "signals.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::report_program_test {
 namespace {
 
 constexpr const char* kPreset =
@@ -198,4 +198,4 @@ TEST_F(ReportProgram, RefusesARateAtWhichLoudnessCannotBeMeasured) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::report_program_test

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace channelstrip::test {
+namespace channelstrip::test::settings_tables_test {
 namespace {
 
 using namespace host;
@@ -89,5 +89,14 @@ TEST(SettingsTables, LinkMapsStandBesideTheStyle) {
   EXPECT_EQ(value(settings, "link", "5.1"), "L R C | LFE | Ls Rs");
 }
 
+TEST(Html, TextIsEscapedAndTheFirstColumnNamesRows) {
+  EXPECT_EQ(html({.caption = "a<b", .columns = {"", "x"}, .rows = {{"r&d", "\"1\""}}}),
+            "<div class=\"wide\" tabindex=\"0\">\n<table class=\"numbers\">\n"
+            "<caption>a&lt;b</caption>\n"
+            "<thead><tr><th scope=\"col\"></th><th scope=\"col\">x</th></tr></thead>\n<tbody>\n"
+            "<tr><th scope=\"row\">r&amp;d</th><td>&quot;1&quot;</td></tr>\n"
+            "</tbody>\n</table>\n</div>\n");
+}
+
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::settings_tables_test

@@ -10,7 +10,7 @@
 #include "../support/audio.h"
 #include "signals.h"
 
-namespace channelstrip::test {
+namespace channelstrip::test::spectrum_test {
 namespace {
 
 using namespace host;
@@ -107,4 +107,4 @@ TEST(Spectrum, StrangeRatesHaveBandsOrNone) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test
+}  // namespace channelstrip::test::spectrum_test

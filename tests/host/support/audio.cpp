@@ -9,7 +9,7 @@
 namespace channelstrip::test {
 namespace {
 
-host::Sndfile open(const std::string& path, int mode, SF_INFO& info) {
+host::Sndfile open_sndfile(const std::string& path, int mode, SF_INFO& info) {
   host::Sndfile file(sf_open(path.c_str(), mode, &info));
   if (!file) throw std::runtime_error(path + ": " + sf_strerror(nullptr));
   return file;
@@ -35,7 +35,7 @@ std::string write_audio(const std::string& path, const TestAudio& audio) {
   info.samplerate = audio.sample_rate;
   info.channels = audio.channels;
   info.format = audio.format;
-  const host::Sndfile file = open(path, SFM_WRITE, info);
+  const host::Sndfile file = open_sndfile(path, SFM_WRITE, info);
   if (!audio.map.empty()) {
     std::vector<int> map = audio.map;
     if (!sf_command(file.get(), SFC_SET_CHANNEL_MAP_INFO, map.data(), bytes(map))) {
@@ -49,7 +49,7 @@ std::string write_audio(const std::string& path, const TestAudio& audio) {
 
 TestAudio read_audio(const std::string& path) {
   SF_INFO info = {};
-  const host::Sndfile file = open(path, SFM_READ, info);
+  const host::Sndfile file = open_sndfile(path, SFM_READ, info);
   TestAudio audio{.format = info.format, .channels = info.channels, .sample_rate = info.samplerate};
   audio.map.resize(static_cast<std::size_t>(info.channels));
   if (!sf_command(file.get(), SFC_GET_CHANNEL_MAP_INFO, audio.map.data(), bytes(audio.map))) {

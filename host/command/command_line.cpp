@@ -1,0 +1,24 @@
+#include "command_line.h"
+
+#include <fmt/format.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <stdexcept>
+
+#include "../text/wording.h"
+
+namespace channelstrip::host {
+
+void print_message(std::string_view what) {
+  std::fputs((one_line(fmt::format("channelstrip: {}", what)) + '\n').c_str(), stderr);
+}
+
+void print_output(std::string_view text) {
+  if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
+    throw std::runtime_error(fmt::format("standard output: {}", std::strerror(errno)));
+  }
+}
+
+}  // namespace channelstrip::host

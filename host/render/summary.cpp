@@ -1,0 +1,88 @@
+#include "summary.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "../design/dynamics.h"
+#include "../system/standard_streams.h"
+#include "../text/wording.h"
+
+namespace channelstrip::host {
+namespace {
+
+double decibels(float linear) {
+  return linear_to_db(static_cast<double>(linear));
+}
+
+// A gain of 1 reduces by 0, not -0, dB.
+double reduction(float gain) {
+  return std::max(0.0, -decibels(gain));
+}
+
+std::string sample_types(const RenderReport& report) {
+  const std::string input = sample_type_name(report.format);
+  const std::string output = sample_type_name(report.output_format);
+  return input == output ? output : fmt::format("{} -> {}", input, output);
+}
+
+nlohmann::json finite_or_null(double value) {
+  return std::isfinite(value) ? nlohmann::json(value) : nlohmann::json(nullptr);
+}
+
+}  // namespace
+
+std::string summary_text(const RenderFile& file, const RenderReport& report) {
+  const StripMeters& meters = report.meters;
+  std::string text = fmt::format("{} -> {}\n", input_name(file.input), output_name(file.output));
+  text += fmt::format("{}, {} Hz, {}, {}{}{}\n\n", report.layout.format->name,
+                      report.format.sample_rate, sample_types(report),
+                      duration(static_cast<double>(report.frames) / report.format.sample_rate),
+                      report.preset_name.empty() ? "" : ", ", report.preset_name);
+
+  constexpr const char* kHeading = "{:<9}{:>12}{:>14}{:>12}\n";
+  text += fmt::format(kHeading, "channel", "input peak", "output peak", "reduction");
+  text += fmt::format(kHeading, "", "dBFS", "dBFS", "dB");
+  for (std::size_t c = 0; c < report.layout.labels.size(); ++c) {
+    text += fmt::format("{:<9}{:>12.1f}{:>14.1f}{:>12.1f}\n", report.layout.labels[c],
+                        decibels(meters.input_peak[c]), decibels(meters.output_peak[c]),
+                        reduction(meters.least_gain[c]));
+  }
+  text += fmt::format("\ngreatest reduction: compressor {:.1f} dB, expander {:.1f} dB\n",
+                      reduction(1 - meters.compressor_reduction),
+                      reduction(1 - meters.expander_reduction));
+  for (const std::string& warning : report.warnings) {
+    text += fmt::format("\nwarning: {}\n", warning);
+  }
+  return text;
+}
+
+nlohmann::json summary_json(const RenderFile& file, const RenderReport& report) {
+  const StripMeters& meters = report.meters;
+  auto channels = nlohmann::json::array();
+  for (std::size_t c = 0; c < report.layout.labels.size(); ++c) {
+    channels.push_back({{"channel", report.layout.labels[c]},
+                        {"input_peak", finite_or_null(decibels(meters.input_peak[c]))},
+                        {"output_peak", finite_or_null(decibels(meters.output_peak[c]))},
+                        {"reduction", finite_or_null(reduction(meters.least_gain[c]))}});
+  }
+  const auto seconds = static_cast<double>(report.frames) / report.format.sample_rate;
+  return {{"input", file.input},
+          {"output", file.output},
+          {"preset", report.preset_name},
+          {"format", report.layout.format->name},
+          {"sample_rate", report.format.sample_rate},
+          {"sample_type", sample_type_name(report.output_format)},
+          {"frames", report.frames},
+          {"seconds", seconds},
+          {"channels", channels},
+          {"compressor_reduction", finite_or_null(reduction(1 - meters.compressor_reduction))},
+          {"expander_reduction", finite_or_null(reduction(1 - meters.expander_reduction))},
+          {"clipped", report.clipped},
+          {"warnings", report.warnings}};
+}
+
+}  // namespace channelstrip::host

@@ -1,0 +1,33 @@
+// The side-chain's samples, in step with the audio.
+
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "../audio/audio_reader.h"
+#include "strip_options.h"
+
+namespace channelstrip::host {
+
+class KeySource {
+ public:
+  // For audio of `format` read from `input`. Throws std::runtime_error, one line for the user, when
+  // there is no such key or it has another sample rate.
+  KeySource(const StripOptions& options, const std::string& input, const AudioFormat& format);
+
+  // A sample for each of the next `frames` of the audio, interleaved; fewer once the key has ended,
+  // none without a key. A view, valid until the next call.
+  std::span<const float> next(std::span<const float> frames);
+
+ private:
+  std::optional<AudioReader> file_;
+  std::size_t input_channels_;
+  std::size_t channels_;                // of what the key is picked from
+  std::optional<std::size_t> channel_;  // of these, from 0
+  std::vector<float> frames_, key_;
+};
+
+}  // namespace channelstrip::host

@@ -1,0 +1,34 @@
+// What every command that runs a strip takes.
+
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "../design/channel_layout.h"
+#include "../strip/library.h"
+
+namespace CLI {
+class App;
+}
+
+namespace channelstrip::host {
+
+struct StripOptions {
+  std::optional<std::string> preset = {};     // none: everything neutral
+  std::vector<std::string> assignments = {};  // over the preset, "compressor.ratio=4"
+  std::optional<std::string> format = {};     // none: as the file's channels suggest
+  std::optional<ChannelOrder> order = {};     // none: as the file says, or WAV's
+  std::optional<std::string> key = {};        // a file
+  std::optional<int> key_channel = {};  // from 1; of the key file or, without one, of the input
+  bool listen_to_key = false;
+  std::string library = Library::default_path();
+
+  bool has_key() const { return key || key_channel; }
+};
+
+// The options are filled when `command` is parsed.
+void add_strip_options(CLI::App& command, StripOptions& options);
+
+}  // namespace channelstrip::host

@@ -1,0 +1,60 @@
+// An audio file on its way through a strip, piece by piece.
+
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "../audio/audio_reader.h"
+#include "../design/channel_layout.h"
+#include "../preset/preset.h"
+#include "../strip/strip_stream.h"
+#include "key_source.h"
+#include "strip_options.h"
+
+namespace channelstrip::host {
+
+// Throws std::runtime_error, one line for the user, for what no input can make right.
+void check_strip_options(const StripOptions& options);
+
+// Throws likewise from any of its calls. All settings, those that the preset changes to included,
+// are designed before the first frame is read.
+class StripRun {
+ public:
+  StripRun(const std::string& input, const StripOptions& options);
+
+  // With the options' assignments and key.
+  const Preset& preset() const { return preset_; }
+  const AudioFormat& format() const { return reader_.format(); }
+  const Metadata& metadata() const { return reader_.metadata(); }
+  const ChannelLayout& layout() const { return layout_; }
+  StripStream& stream() { return stream_; }
+  sf_count_t frames_read() const { return reader_.position(); }
+  // Of the whole input, 0 .. 1; below 0: its length isn't known before its end.
+  double part_read() const;
+
+  // The next frames of the input and what the strip has completed since, which lags behind by less
+  // than a window and is as long as the input in the end. Views, valid until the next call.
+  struct Piece {
+    std::span<const float> input, output;
+  };
+
+  // False when there is nothing more.
+  bool next(Piece& piece);
+
+ private:
+  // Errors of a setting name the culprit.
+  StripStream make_stream(const std::string& culprit) const;
+
+  AudioReader reader_;
+  Preset preset_;
+  ChannelLayout layout_;
+  Library library_;
+  KeySource key_;
+  StripStream stream_;
+  std::vector<float> input_, output_;
+  bool ended_ = false;
+};
+
+}  // namespace channelstrip::host

@@ -1,0 +1,141 @@
+#include "strip_stream.h"
+
+#include <algorithm>
+
+#include "../design/dynamics_coefficients.h"
+#include "interleave.h"
+
+namespace channelstrip::host {
+namespace {
+
+const StripCoefficients& start(const StripCoefficients& coefficients,
+                               const std::vector<StripStream::Change>& changes) {
+  const StripCoefficients* last = &coefficients;
+  for (const StripStream::Change& change : changes) {
+    if (change.frame < StripStream::kPeriod) last = &change.coefficients;
+  }
+  return *last;
+}
+
+bool uses_key(const StripCoefficients& coefficients,
+              const std::vector<StripStream::Change>& changes) {
+  const auto enabled = [](const StripCoefficients& some) { return some.dynamics.keyEnable == 1; };
+  return enabled(coefficients) ||
+         std::ranges::any_of(changes, enabled, &StripStream::Change::coefficients);
+}
+
+std::vector<LinkMap> maps_of(const StripCoefficients& coefficients,
+                             const std::vector<StripStream::Change>& changes) {
+  std::vector<LinkMap> maps{links_of(coefficients.dynamics)};
+  for (const auto& change : changes) maps.push_back(links_of(change.coefficients.dynamics));
+  return maps;
+}
+
+}  // namespace
+
+StripStream::StripStream(const Library& library, const StemFormat& format,
+                         const StripCoefficients& coefficients, std::vector<Change> changes)
+    : strips_(library, format, start(coefficients, changes), maps_of(coefficients, changes)),
+      channels_(static_cast<std::size_t>(format.channels)),
+      keyed_(uses_key(coefficients, changes)),
+      inputs_((channels_ + keyed_) * kWindow),
+      outputs_(channels_ * kWindow),
+      input_pointers_(channels_ + keyed_),
+      output_pointers_(channels_),
+      changes_(std::move(changes)),
+      window_gain_(channels_) {
+  meters_.input_peak.resize(channels_);
+  meters_.output_peak.resize(channels_);
+  meters_.least_gain.assign(channels_, 1.0f);
+}
+
+void StripStream::process(std::span<const float> frames, std::span<const float> key,
+                          std::vector<float>& output) {
+  while (!frames.empty()) {
+    const std::size_t count = std::min(frames.size() / channels_, kWindow - pending_);
+    deinterleave(frames.data(), channels_, count, inputs_.data() + pending_, kWindow);
+    frames = frames.subspan(count * channels_);
+    if (keyed_) {
+      const std::span<const float> there = key.first(std::min(key.size(), count));
+      float* const place = inputs_.data() + channels_ * kWindow + pending_;
+      std::fill(std::ranges::copy(there, place).out, place + count, 0.0f);
+      key = key.subspan(there.size());
+    }
+    pending_ += count;
+    if (pending_ == kWindow) run(output);
+  }
+}
+
+void StripStream::finish(std::vector<float>& output) {
+  if (pending_ == 0) return;
+  for (std::size_t at = 0; at < inputs_.size(); at += kWindow) {
+    std::fill_n(inputs_.begin() + static_cast<std::ptrdiff_t>(at + pending_), kWindow - pending_,
+                0.0f);
+  }
+  run(output);
+}
+
+void StripStream::run(std::vector<float>& output) {
+  for (std::size_t begin = 0; begin < pending_;) begin = call_from(begin);
+  if (!observer_) read_meters();
+  end_window();
+  output.resize(output.size() + pending_ * channels_);
+  interleave(outputs_.data(), kWindow, channels_, pending_,
+             output.data() + output.size() - pending_ * channels_);
+  position_ += pending_;
+  pending_ = 0;
+}
+
+// As far as nothing changes; only an observer needs every period. Returns where the call ended.
+std::size_t StripStream::call_from(std::size_t begin) {
+  std::size_t end = pending_;
+  if (observer_) end = std::min(end, begin + kPeriod);
+  for (; next_change_ < changes_.size(); ++next_change_) {
+    const Change& change = changes_[next_change_];
+    const std::uint64_t period = change.frame / kPeriod * kPeriod;
+    if (period > position_ + begin) {
+      end = std::min<std::uint64_t>(end, period - position_);
+      break;
+    }
+    strips_.set_coefficients(change.coefficients);
+  }
+  call(begin, end);
+  if (observer_) read_meters();
+  return end;
+}
+
+void StripStream::call(std::size_t begin, std::size_t end) {
+  for (std::size_t i = 0; i < input_pointers_.size(); ++i) {
+    input_pointers_[i] = inputs_.data() + i * kWindow + begin;
+  }
+  for (std::size_t c = 0; c < channels_; ++c) {
+    output_pointers_[c] = outputs_.data() + c * kWindow + begin;
+  }
+  strips_.process(input_pointers_.data(), output_pointers_.data(), static_cast<int>(end - begin),
+                  keyed_);
+}
+
+void StripStream::read_meters() {
+  const MeterReading& reading = strips_.read_meters();
+  const auto raise = [](float& held, float value) { held = std::max(held, value); };
+  for (std::size_t c = 0; c < channels_; ++c) {
+    raise(meters_.input_peak[c], reading.input_peak[c]);
+    raise(meters_.output_peak[c], reading.output_peak[c]);
+    raise(window_gain_[c], reading.channel_gain[c]);
+  }
+  raise(meters_.compressor_reduction, reading.compressor_reduction);
+  raise(meters_.expander_reduction, reading.expander_reduction);
+  if (observer_) observer_(reading);
+  strips_.reset_meters();
+}
+
+// The library shows the greatest gain since its last reset. The least of these, window by window,
+// is a reduction that lasted for a whole window.
+void StripStream::end_window() {
+  for (std::size_t c = 0; c < channels_; ++c) {
+    meters_.least_gain[c] = std::min(meters_.least_gain[c], window_gain_[c]);
+    window_gain_[c] = 0;
+  }
+}
+
+}  // namespace channelstrip::host

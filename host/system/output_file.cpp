@@ -1,0 +1,100 @@
+#include "output_file.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <random>
+#include <stdexcept>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "standard_streams.h"
+
+namespace channelstrip::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void fail(const std::string& path, std::string_view what) {
+  throw std::runtime_error(fmt::format("{}: {}", path, what));
+}
+
+constexpr mode_t kPermissions = 0666;  // before the process's mask
+
+// By which a file that has no name can be given one.
+std::string path_of(int descriptor) {
+  return fmt::format("/proc/self/fd/{}", descriptor);
+}
+
+// No two files share it.
+std::string temporary_name() {
+  std::random_device random;
+  return fmt::format(".channelstrip-{:08x}{:08x}", random(), random());
+}
+
+}  // namespace
+
+ReplacementFile::ReplacementFile(const std::string& path) : path_(path), target_(path) {
+  if (path.empty()) throw std::runtime_error("the output has no name");
+  std::error_code error;
+  const fs::file_status status = fs::status(path, error);
+  if (!fs::status_known(status)) fail(path, error.message());
+  if (fs::exists(status)) {
+    if (fs::is_directory(status)) fail(path, std::strerror(EISDIR));
+    if (!fs::is_regular_file(status)) fail(path, "Not a regular file");
+    if (access(path.c_str(), W_OK) != 0) fail(path, std::strerror(errno));
+    target_ = fs::canonical(path).string();
+  }
+  fs::path folder = fs::path(target_).parent_path();
+  if (folder.empty()) folder = ".";
+  temporary_ = (folder / temporary_name()).string();
+  open_nameless(folder.string());
+  if (descriptor_ < 0) open_named();
+  if (descriptor_ < 0) fail(path, std::strerror(errno));
+}
+
+ReplacementFile::~ReplacementFile() {
+  if (descriptor_ >= 0) close(descriptor_);
+  if (named_) unlink(temporary_.c_str());
+}
+
+void ReplacementFile::open_nameless(const std::string& folder) {
+  const int descriptor = open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, kPermissions);
+  if (descriptor < 0) return;
+  if (access(path_of(descriptor).c_str(), F_OK) == 0) {
+    descriptor_ = descriptor;
+  } else {
+    close(descriptor);
+  }
+}
+
+void ReplacementFile::open_named() {
+  descriptor_ = open(temporary_.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, kPermissions);
+  named_ = descriptor_ >= 0;
+}
+
+void ReplacementFile::commit() {
+  // A link can't replace a file, a name can.
+  if (!named_) {
+    named_ = linkat(AT_FDCWD, path_of(descriptor_).c_str(), AT_FDCWD, temporary_.c_str(),
+                    AT_SYMLINK_FOLLOW) == 0;
+    if (!named_) fail(path_, std::strerror(errno));
+  }
+  // Some file systems report a full disk only here.
+  if (close(std::exchange(descriptor_, -1)) != 0) fail(path_, std::strerror(errno));
+  if (std::rename(temporary_.c_str(), target_.c_str()) != 0) fail(path_, std::strerror(errno));
+  named_ = false;
+}
+
+std::unique_ptr<OutputFile> open_output(const std::string& path) {
+  if (path == kStandardStream) return std::make_unique<StandardOutput>();
+  return std::make_unique<ReplacementFile>(path);
+}
+
+}  // namespace channelstrip::host

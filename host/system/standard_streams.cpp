@@ -1,0 +1,159 @@
+#include "standard_streams.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "../audio/chunks.h"
+#include "../audio/sndfile_handle.h"
+#include "interrupt.h"
+
+namespace channelstrip::host {
+namespace {
+
+constexpr const char* kInput = "standard input";
+constexpr const char* kOutput = "standard output";
+
+// Not every file system knows O_TMPFILE.
+int open_nameless(const std::string& for_whom) {
+  std::error_code error;
+  const std::filesystem::path folder = std::filesystem::temp_directory_path(error);
+  if (error) fail_on(for_whom, "TMPDIR is not a folder");
+  int descriptor = open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+  if (descriptor < 0) {
+    std::string name = (folder / "channelstrip-XXXXXX").string();
+    descriptor = mkostemp(name.data(), O_CLOEXEC);
+    if (descriptor >= 0) unlink(name.c_str());
+  }
+  if (descriptor < 0) fail_on(for_whom, folder.string() + ": " + std::strerror(errno));
+  return descriptor;
+}
+
+class Descriptor {
+ public:
+  explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
+  ~Descriptor() {
+    if (descriptor_ >= 0) close(descriptor_);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  int get() const { return descriptor_; }
+  int release() { return std::exchange(descriptor_, -1); }
+
+ private:
+  int descriptor_;
+};
+
+bool is_regular(int descriptor) {
+  struct stat status = {};
+  return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+// Of a regular file; 0: there is none.
+off_t open_size_of(int descriptor) {
+  std::vector<char> header(1 << 16);
+  const ssize_t got = pread(descriptor, header.data(), header.size(), 0);
+  struct stat status = {};
+  if (got < 0 || fstat(descriptor, &status) != 0) return 0;
+  const std::string_view bytes(header.data(), static_cast<std::size_t>(got));
+  return static_cast<off_t>(open_size(bytes, static_cast<std::uint64_t>(status.st_size)));
+}
+
+// libsndfile takes the largest size for "up to the end" and 0 for nothing.
+bool fill_in_size(int descriptor) {
+  const off_t offset = open_size_of(descriptor);
+  return offset == 0 || pwrite(descriptor, "\xFF\xFF\xFF\xFF", 4, offset) == 4;
+}
+
+// Of a descriptor that doesn't wait and found nothing to do after all.
+bool is_to_be_retried() {
+  return errno == EAGAIN || errno == EINTR;
+}
+
+// A read or write that waits goes on after a signal that is only noted down, so nothing here waits
+// but by wait_for(). What follows are false, with errno, when they fail.
+bool write_all(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    wait_for(descriptor, POLLOUT);
+    const ssize_t step = ::write(descriptor, bytes.data(), bytes.size());
+    if (step >= 0) {
+      bytes.remove_prefix(static_cast<std::size_t>(step));
+    } else if (!is_to_be_retried()) {
+      return false;
+    }
+  }
+  return true;
+}
+
+bool copy(int from, int to) {
+  std::array<char, PIPE_BUF> bytes = {};  // what a pipe that is ready takes without waiting
+  for (;;) {
+    wait_for(from, POLLIN);
+    const ssize_t got = ::read(from, bytes.data(), bytes.size());
+    if (got == 0) return true;
+    if (got < 0 && is_to_be_retried()) continue;
+    if (got < 0 || !write_all(to, {bytes.data(), static_cast<std::size_t>(got)})) return false;
+  }
+}
+
+}  // namespace
+
+std::string input_name(const std::string& path) {
+  return path == kStandardStream ? kInput : path;
+}
+
+std::string output_name(const std::string& path) {
+  return path == kStandardStream ? kOutput : path;
+}
+
+int open_input(const std::string& path) {
+  const std::string name = input_name(path);
+  const bool standard = path == kStandardStream;
+  if (standard && isatty(STDIN_FILENO)) fail_on(name, "is a terminal");
+  // A named pipe is there at once; it is the first read that waits for somebody to write.
+  const int given = standard ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0)
+                             : open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  if (given < 0) fail_on(name, std::strerror(errno));
+  Descriptor input(given);
+  const bool is_whole =
+      is_regular(given) && lseek(given, 0, SEEK_CUR) == 0 && open_size_of(given) == 0;
+  if (is_whole) return input.release();
+
+  Descriptor spool(open_nameless(name));
+  if (!copy(given, spool.get()) || !fill_in_size(spool.get()) ||
+      lseek(spool.get(), 0, SEEK_SET) != 0) {
+    fail_on(name, std::strerror(errno));
+  }
+  return spool.release();
+}
+
+StandardOutput::StandardOutput() {
+  if (isatty(STDOUT_FILENO)) fail_on(kOutput, "is a terminal; redirect it to a file or a program");
+  descriptor_ = open_nameless(kOutput);
+}
+
+StandardOutput::~StandardOutput() {
+  close(descriptor_);
+}
+
+void StandardOutput::commit() {
+  if (lseek(descriptor_, 0, SEEK_SET) != 0 || !copy(descriptor_, STDOUT_FILENO)) {
+    fail_on(kOutput, std::strerror(errno));
+  }
+}
+
+}  // namespace channelstrip::host

@@ -1,0 +1,33 @@
+// Text for standard output, or for a file that appears only when it is complete.
+
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "output_file.h"
+
+namespace channelstrip::host {
+
+// All errors are std::runtime_error and begin with the path, or with "standard output".
+class TextOutput {
+ public:
+  // Without a path: standard output. Refuses to replace one of the files that are read meanwhile.
+  TextOutput(const std::optional<std::string>& path, std::span<const std::string> inputs);
+
+  void write(std::string_view text);
+
+  // Writes out what is left; a file takes its place now or never.
+  void commit();
+
+ private:
+  void flush();
+
+  std::string name_;
+  std::optional<ReplacementFile> file_;
+  std::string pending_;
+};
+
+}  // namespace channelstrip::host

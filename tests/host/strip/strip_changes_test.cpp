@@ -1,0 +1,168 @@
+// Settings that change while the strip plays.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <span>
+#include <utility>
+#include <vector>
+
+#include "../streamed.h"
+
+namespace channelstrip::test::strip_changes_test {
+namespace {
+
+using namespace host;
+
+StripSettings makeup(double db, double glide = 0) {
+  StripSettings settings;
+  settings.compressor = {.ratio = 1, .makeup = db};
+  settings.glide = glide;
+  return settings;
+}
+
+TEST(StripChanges, TakeEffectFromTheirPeriodOn) {
+  const std::vector<float> input(2000, 0.25f);
+  const auto gain_at = [&](std::size_t frame, std::uint64_t change, std::size_t frames_per_call) {
+    const Stream stream{.format = "Mono", .input = input, .changes = {{change, makeup(6)}}};
+    return play(stream, frames_per_call).samples[frame] / 0.25f;
+  };
+  for (const std::uint64_t change : {960u, 1000u, 1023u}) {
+    for (const std::size_t frames_per_call : {0u, 1u, 100u}) {
+      EXPECT_NEAR(gain_at(959, change, frames_per_call), 1, 1e-5);
+      EXPECT_NEAR(gain_at(960, change, frames_per_call), db_to_linear(6), 1e-4);
+    }
+  }
+  EXPECT_NEAR(gain_at(1023, 1024, 0), 1, 1e-5);
+}
+
+TEST(StripChanges, OfTheFirstPeriodAreWhereTheStreamStarts) {
+  const std::vector<float> input(200, 0.25f);
+  const Streamed started = play({.format = "Mono", .input = input, .settings = makeup(6, 1000)});
+  const Stream changed{
+      .format = "Mono", .input = input, .changes = {{0, makeup(-6)}, {63, makeup(6, 1000)}}};
+  EXPECT_EQ(play(changed).bits, started.bits);
+}
+
+TEST(StripChanges, TheLastOfAPeriodCounts) {
+  const std::vector<float> input(200, 0.25f);
+  const Stream stream{.format = "Mono",
+                      .input = input,
+                      .changes = {{64, makeup(6)}, {70, makeup(-6)}, {127, makeup(12)}}};
+  EXPECT_NEAR(play(stream).samples[64] / 0.25f, db_to_linear(12), 1e-4);
+}
+
+TEST(StripChanges, OutputAndMetersDependOnNeitherCuttingNorObserver) {
+  StripSettings other = busy_settings();
+  other.pre[1].gain = -6;
+  other.compressor->threshold = -30;
+  const std::vector<float> input = bursts(5003, 6);
+  Stream stream{.format = "5.1",
+                .input = input,
+                .settings = busy_settings(),
+                .changes = {{700, other}, {1500, busy_settings()}, {4999, other}, {9000, other}}};
+  const Streamed whole = play(stream);
+  for (const std::size_t frames : {1u, 64u, 100u, 257u}) {
+    EXPECT_EQ(play(stream, frames).bits, whole.bits) << frames;
+    EXPECT_EQ(play(stream, frames).meters, whole.meters) << frames;
+  }
+  stream.observer = [](const MeterReading&) {};
+  EXPECT_EQ(play(stream).bits, whole.bits);
+  EXPECT_EQ(play(stream).meters, whole.meters);
+}
+
+double greatest_step(std::span<const float> samples) {
+  double greatest = 0;
+  for (std::size_t i = 1; i < samples.size(); ++i) {
+    greatest = std::max(greatest, std::abs(static_cast<double>(samples[i] - samples[i - 1])));
+  }
+  return greatest;
+}
+
+StripSettings band(const BandSettings& settings) {
+  StripSettings strip;
+  strip.pre = {settings};
+  return strip;
+}
+
+constexpr std::size_t kHalf = 24000;  // frames; every onset, change and glide is past after as many
+
+class Sine {
+ public:
+  // The greatest step once everything has settled on `settings`, or on coefficients that are `part`
+  // of the way to others.
+  double settled(const StripSettings& settings) const { return settled(settings, settings, 0); }
+  double settled(const StripSettings& settings, const StripSettings& others, float part) const {
+    const Streamed result = play({.format = "Mono",
+                                  .input = input_,
+                                  .settings = settings,
+                                  .mixed_with = others,
+                                  .mix = part});
+    return greatest_step(std::span(result.samples).last(kHalf));
+  }
+
+  // The greatest step on the way, wherever in a period of the sine it begins.
+  double gliding(const StripSettings& from, const StripSettings& to) const {
+    double greatest = 0;
+    for (std::size_t at = kHalf; at < kHalf + 256; at += StripStream::kPeriod) {
+      const Streamed result =
+          play({.format = "Mono", .input = input_, .settings = from, .changes = {{at, to}}});
+      greatest = std::max(greatest, greatest_step(std::span(result.samples).last(kHalf + 256)));
+    }
+    return greatest;
+  }
+
+ private:
+  std::vector<float> input_ = tone(-20, 2 * kHalf, 440);
+};
+
+// The sine is rounded to single precision at both ends of a step, 2^-25 of at most 1 each; a click
+// would be up to seventeen times the sine's greatest step at 440 Hz.
+constexpr double kRounding = 0x1p-24;
+
+TEST(StripChanges, OfAGainNeverStepMoreThanTheLouderSettingDoes) {
+  const auto peak = [](double gain) { return band({.frequency = 440, .q = 1, .gain = gain}); };
+  const auto shelf = [](double gain) {
+    return band({.type = BandType::kLowShelf, .frequency = 300, .gain = gain});
+  };
+  const Sine sine;
+  for (const auto& [from, to] : {std::pair{peak(0), peak(12)},
+                                 {peak(-12), peak(6)},
+                                 {shelf(-12), shelf(12)},
+                                 {makeup(0, 20), makeup(20, 20)}}) {
+    const double louder = std::max(sine.settled(from), sine.settled(to));
+    EXPECT_LE(sine.gliding(from, to), louder + kRounding);
+    EXPECT_LE(sine.gliding(to, from), louder + kRounding);
+  }
+}
+
+// Coefficients glide along the straight line from one filter to the other, whose filters may be
+// louder than both ends.
+double loudest_on_the_line(const Sine& sine, const StripSettings& from, const StripSettings& to) {
+  double loudest = 0;
+  for (int i = 0; i <= 32; ++i)
+    loudest = std::max(loudest, sine.settled(from, to, static_cast<float>(i) / 32));
+  return loudest;
+}
+
+// Between two of the line's 33 filters, and for what the moving filter's memory adds: 0.5 %.
+constexpr double kOnTheMove = 1.005;
+
+TEST(StripChanges, OfAFrequencyNeverStepMoreThanAFilterOnTheWay) {
+  const auto with = [](BandType type, double frequency) {
+    return band({.type = type, .frequency = frequency, .gain = 12});
+  };
+  const Sine sine;
+  for (const BandType type : {BandType::kPeak, BandType::kHighShelf, BandType::kLowPass}) {
+    const StripSettings from = with(type, 400), to = with(type, 600);
+    const double loudest = loudest_on_the_line(sine, from, to);
+    EXPECT_LE(loudest, 1.04 * std::max(sine.settled(from), sine.settled(to)));
+    EXPECT_LE(sine.gliding(from, to), kOnTheMove * loudest);
+    EXPECT_LE(sine.gliding(to, from), kOnTheMove * loudest);
+  }
+}
+
+}  // namespace
+}  // namespace channelstrip::test::strip_changes_test
