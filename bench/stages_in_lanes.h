@@ -81,7 +81,7 @@ std::vector<Stage> stages_in_lanes(const SChannelStrip_Alg_Context* const* strip
       {"attack, release, gate, hold",
        every_quad([=](int32_t) { smooth_terms(it->groups, it->state, it->rate, it->quad); })},
       {"decibels to gains", every_quad([=](int32_t) { channelstrip::find_gains(it->quad); })},
-      {"readouts", every_quad([=](int32_t) { it->readouts.raise_by(it->quad); })},
+      {"readouts", every_quad([=](int32_t) { it->readouts.update(it->quad); })},
       {"peak meters", every_quad([=](int32_t) { it->meters.meter(it->detection, it->audio); })},
   };
 }

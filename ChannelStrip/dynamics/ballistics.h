@@ -20,7 +20,7 @@ CHANNELSTRIP_INLINE V approach(V x, V target, V weight) {
 template <typename Coefs, typename V>
 CHANNELSTRIP_INLINE V compressor_term(const Coefs& coefs, V previous, V target, V range) {
   const V weight = select(target <= previous, coefs.compAttack, coefs.compRelease);
-  return raise(approach(previous, target, weight), range);
+  return maximum(approach(previous, target, weight), range);
 }
 
 // Hysteresis: the threshold depends on the gate's own state.
@@ -32,7 +32,7 @@ CHANNELSTRIP_INLINE MaskOf<V> gate_stays_open(const Coefs& coefs, MaskOf<V> open
 // The target is limited by the range, the smoothed term is not.
 template <typename V>
 CHANNELSTRIP_INLINE V expander_target(V curve, MaskOf<V> open, V range) {
-  return select(open, raise(curve, range), range);
+  return select(open, maximum(curve, range), range);
 }
 
 // The hold as loaded into the count. It passes through single precision, which takes the lowest

@@ -36,7 +36,7 @@ void Dynamics_AlgorithmProcessFunction(const SChannelStrip_Alg_Context* context,
   }
   for (int c = 0; c < Channels; ++c) {
     float(&levels)[kQuad] = groupLevels[coefs.linkGroup[c]];
-    for (int k = 0; k < kQuad; ++k) levels[k] = raise(levels[k], magnitude(detection[c][k]));
+    for (int k = 0; k < kQuad; ++k) levels[k] = maximum(levels[k], magnitude(detection[c][k]));
   }
 
   for (int c = 0; c < Channels; ++c) {

@@ -93,28 +93,28 @@ CHANNELSTRIP_INLINE void find_gains(Quad& quad) {
 
 // A gain readout of 0 counts as empty: there the loudest sample so far gives the level.
 template <typename Quad>
-void raise_gain_and_level(float* dynMeters, const Quad& quad, int lane) {
+void update_gain_and_level(float* dynMeters, const Quad& quad, int lane) {
   float* const level = &dynMeters[CHANNELSTRIP_METER_LEVEL];
   float* const gain = &dynMeters[CHANNELSTRIP_METER_GAIN];
   for (int k = 0; k < kQuad; ++k) {
-    const float raised = lane_of(quad.gains.row(k), lane);
+    const float sample_gain = lane_of(quad.gains.row(k), lane);
     const float detected = lane_of(quad.detected.row(k), lane);
-    if (raised > *gain || (*gain == 0.0f && detected > *level)) {
-      *gain = raised;
+    if (sample_gain > *gain || (*gain == 0.0f && detected > *level)) {
+      *gain = sample_gain;
       *level = detected;
     }
   }
 }
 
 // Raises the four readouts of all groups and the group's own.
-inline void raise_readouts(float* dynMeters, int32_t meterSlot, const GainQuad<float, 1>& quad) {
-  raise_gain_and_level(dynMeters, quad, 0);
+inline void update_readouts(float* dynMeters, int32_t meterSlot, const GainQuad<float, 1>& quad) {
+  update_gain_and_level(dynMeters, quad, 0);
   float* const compReduction = &dynMeters[CHANNELSTRIP_METER_COMP_REDUCTION];
   float* const expReduction = &dynMeters[CHANNELSTRIP_METER_EXP_REDUCTION];
   for (int k = 0; k < kQuad; ++k) {
-    dynMeters[meterSlot] = raise(dynMeters[meterSlot], quad.gains.row(k));
-    *compReduction = raise(*compReduction, 1.0f - quad.comp.row(k));
-    *expReduction = raise(*expReduction, 1.0f - quad.exp.row(k));
+    dynMeters[meterSlot] = maximum(dynMeters[meterSlot], quad.gains.row(k));
+    *compReduction = maximum(*compReduction, 1.0f - quad.comp.row(k));
+    *expReduction = maximum(*expReduction, 1.0f - quad.exp.row(k));
   }
 }
 
@@ -135,7 +135,7 @@ void ProcessAudioGain(float (&levels)[Samples], Dyn_SState* state,
   find_gains(quad);
   for (int k = 0; k < kQuad; ++k) levels[k] = quad.makeup * quad.gains.row(k);
   store_group_state(*state, running);
-  raise_readouts(dynMeters, meterSlot, quad);
+  update_readouts(dynMeters, meterSlot, quad);
 }
 
 }  // namespace channelstrip

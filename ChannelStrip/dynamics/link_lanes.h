@@ -51,16 +51,16 @@ class LinkLanes {
   // The greatest magnitude among the group's channels.
   CHANNELSTRIP_INLINE Group levels(Channel magnitudes) const {
     if constexpr (Layout::kChannels == 1) {
-      return raise(Group{}, magnitudes);
+      return maximum(Group{}, magnitudes);
     } else if constexpr (Layout::kStrips * Layout::kGroups == 1) {
       static_assert(Layout::kChannels == 2);
       const Channel other = __builtin_shufflevector(magnitudes, magnitudes, 1, 0, 3, 2);
-      return raise(raise(Group{}, magnitudes), other);
+      return maximum(maximum(Group{}, magnitudes), other);
     } else {
-      Group level = raise(Group{}, pick_lanes<Group>(magnitudes, member_[0]));
+      Group level = maximum(Group{}, pick_lanes<Group>(magnitudes, member_[0]));
       const int rounds = Layout::kGroups == 1 ? Layout::kChannels : rounds_;
       for (int round = 1; round < rounds; ++round) {
-        level = raise(level, pick_lanes<Group>(magnitudes, member_[round]));
+        level = maximum(level, pick_lanes<Group>(magnitudes, member_[round]));
       }
       return level;
     }

@@ -32,21 +32,21 @@ class ReadoutLanes {
     start_shared();
   }
 
-  CHANNELSTRIP_INLINE void raise_by(const Quad& quad) {
-    if (!shared_is_positive_) return raise_in_order(quad);
+  CHANNELSTRIP_INLINE void update(const Quad& quad) {
+    if (!shared_is_positive_) return update_in_order(quad);
     Group gain = gain_, level = level_;
     IntsOf<Group> since = since_;
     for (int k = 0; k < kRows; ++k) {
       const auto greater = quad.gains.row(k) > gain;
       level = select(greater, quad.detected.row(k), level);
       since = select(greater, now_, since);
-      gain = raise(gain, quad.gains.row(k));
+      gain = maximum(gain, quad.gains.row(k));
     }
     gain_ = gain;
     level_ = level;
     since_ = since;
     now_ += kSamples;
-    raise_others(quad);
+    update_others(quad);
   }
 
   CHANNELSTRIP_INLINE void store() const {
@@ -66,12 +66,12 @@ class ReadoutLanes {
         const int group = links_.group_lane(strip * Layout::kChannelStride + channel);
         float own_gain = own[group];
         for (int lane = group; lane < group + kSamples; ++lane) {
-          own_gain = raise(own_gain, own[lane]);
+          own_gain = maximum(own_gain, own[lane]);
           if (links_.leader(group) != channel) continue;
           float& comp_reduction = meters[CHANNELSTRIP_METER_COMP_REDUCTION];
           float& exp_reduction = meters[CHANNELSTRIP_METER_EXP_REDUCTION];
-          comp_reduction = raise(comp_reduction, 1.0f - comp[lane]);
-          exp_reduction = raise(exp_reduction, 1.0f - exp[lane]);
+          comp_reduction = maximum(comp_reduction, 1.0f - comp[lane]);
+          exp_reduction = maximum(exp_reduction, 1.0f - exp[lane]);
           float& gain = meters[CHANNELSTRIP_METER_GAIN];
           if (gains[lane] > gain || (gains[lane] == gain && since[lane] < first)) {
             gain = gains[lane];
@@ -101,12 +101,12 @@ class ReadoutLanes {
     shared_is_positive_ = !any_bit(gain_ <= Group{});
   }
 
-  CHANNELSTRIP_INLINE void raise_others(const Quad& quad) {
+  CHANNELSTRIP_INLINE void update_others(const Quad& quad) {
     Group gain = channel_gain_, comp = least_comp_, exp = least_exp_;
     for (int k = 0; k < kRows; ++k) {
-      gain = raise(gain, quad.gains.row(k));
-      comp = lower(comp, quad.comp.row(k));
-      exp = lower(exp, quad.exp.row(k));
+      gain = maximum(gain, quad.gains.row(k));
+      comp = minimum(comp, quad.comp.row(k));
+      exp = minimum(exp, quad.exp.row(k));
     }
     channel_gain_ = gain;
     least_comp_ = comp;
@@ -114,15 +114,15 @@ class ReadoutLanes {
   }
 
   // Group after group, as the scalar strip does it.
-  void raise_in_order(const Quad& quad) {
+  void update_in_order(const Quad& quad) {
     for (int strip = 0; strip < Layout::kStrips; ++strip) {
       for (int channel = 0; channel < Layout::kChannels; ++channel) {
         const int lane = links_.group_lane(strip * Layout::kChannelStride + channel);
         if (links_.leader(lane) != channel) continue;
-        raise_gain_and_level(dyn_meters(lane), quad, lane);
+        update_gain_and_level(dyn_meters(lane), quad, lane);
       }
     }
-    raise_others(quad);
+    update_others(quad);
     start_shared();
   }
 

@@ -120,11 +120,11 @@ class MonoStrip {
     if (coefs_.bypass > 0) y = x;
     meter(input_peak_, output_peak_, x, y, broadcast<V>(coefs_.inputMeterGain));
     channelstrip::store(to + q * kQuad, y);
-    readouts_.raise_by(passing(q).gain);
+    readouts_.update(passing(q).gain);
   }
 
   CHANNELSTRIP_INLINE static float greatest(V x) {
-    return raise(raise(raise(x[0], x[1]), x[2]), x[3]);
+    return maximum(maximum(maximum(x[0], x[1]), x[2]), x[3]);
   }
 
   const SChannelStrip_Alg_Context* const* strip_;

@@ -112,7 +112,7 @@ class WideStrip {
   // Gain, equaliser after the dynamics, meters.
   CHANNELSTRIP_INLINE void finish(int32_t q) {
     Passing& quad = passing(q);
-    readouts_.raise_by(quad.gain);
+    readouts_.update(quad.gain);
     Channel audio[kQuad];
     for (int k = 0; k < kQuad; ++k) {
       const Group gain = quad.gain.makeup * quad.gain.gains.row(k);

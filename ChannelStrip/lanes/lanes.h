@@ -149,11 +149,11 @@ CHANNELSTRIP_INLINE V magnitude(V x) {
 
 // The running maximum of every meter and readout. Strictly greater, so a NaN never enters and one
 // that is there stays until the host resets it.
-CHANNELSTRIP_INLINE float raise(float held, float value) {
+CHANNELSTRIP_INLINE float maximum(float held, float value) {
   return value > held ? value : held;
 }
 template <typename V>
-CHANNELSTRIP_INLINE V raise(V held, V value) {
+CHANNELSTRIP_INLINE V maximum(V held, V value) {
 #if defined(__AVX__)
   if constexpr (kWidth<V> == 8) return _mm256_max_ps(value, held);
   if constexpr (kWidth<V> == 4) return _mm_max_ps(value, held);
@@ -163,7 +163,7 @@ CHANNELSTRIP_INLINE V raise(V held, V value) {
 
 // The running minimum, likewise.
 template <typename V>
-CHANNELSTRIP_INLINE V lower(V held, V value) {
+CHANNELSTRIP_INLINE V minimum(V held, V value) {
 #if defined(__AVX__)
   if constexpr (kWidth<V> == 8) return _mm256_min_ps(value, held);
   if constexpr (kWidth<V> == 4) return _mm_min_ps(value, held);

@@ -12,8 +12,8 @@ namespace channelstrip {
 // Raises both peaks by one input and one output, of one channel or of one a lane.
 template <typename V>
 CHANNELSTRIP_INLINE void meter(V& inputPeak, V& outputPeak, V x, V y, V inputGain) {
-  inputPeak = raise(inputPeak, magnitude(x * inputGain));
-  outputPeak = raise(outputPeak, magnitude(y));
+  inputPeak = maximum(inputPeak, magnitude(x * inputGain));
+  outputPeak = maximum(outputPeak, magnitude(y));
 }
 
 template <int Channels, int Block, bool Bypass>

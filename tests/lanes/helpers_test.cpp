@@ -80,14 +80,14 @@ TEST(Lanes, FusedRoundsLikeOneNumber) {
 }
 
 // To the bit, so that a zero's sign and a NaN that is there stay.
-TEST(Lanes, RaiseAndLowerTakeWhatIsStrictlyBeyond) {
+TEST(Lanes, MaximumAndMinimumTakeWhatIsStrictlyBeyond) {
   for_every_three([](const auto& held, const auto& value, const auto&) {
-    const auto raised = plain(raise(lanes(held), lanes(value)));
-    const auto lowered = plain(lower(lanes(held), lanes(value)));
+    const auto greater = plain(maximum(lanes(held), lanes(value)));
+    const auto less = plain(minimum(lanes(held), lanes(value)));
     for (size_t i = 0; i < held.size(); ++i) {
-      ASSERT_EQ(bits(raised[i]), bits(value[i] > held[i] ? value[i] : held[i]));
-      ASSERT_EQ(bits(raise(held[i], value[i])), bits(raised[i]));
-      ASSERT_EQ(bits(lowered[i]), bits(value[i] < held[i] ? value[i] : held[i]));
+      ASSERT_EQ(bits(greater[i]), bits(value[i] > held[i] ? value[i] : held[i]));
+      ASSERT_EQ(bits(maximum(held[i], value[i])), bits(greater[i]));
+      ASSERT_EQ(bits(less[i]), bits(value[i] < held[i] ? value[i] : held[i]));
     }
   });
 }

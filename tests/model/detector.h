@@ -34,8 +34,9 @@ void process_dynamics(const Dyn_SCoefsBlock& c, DynMemory<Real>* memory, Real* c
   int leader[kMaxGroups];
   std::fill_n(leader, groups, -1);
   for (int ch = 0; ch < channels; ++ch) {
+    Real* group_levels = levels[c.linkGroup[ch]];
     for (int s = 0; s < kQuad; ++s) {
-      raise(levels[c.linkGroup[ch]][s], std::fabs(detection[ch][s]));
+      group_levels[s] = maximum(group_levels[s], std::fabs(detection[ch][s]));
     }
   }
 

@@ -14,10 +14,10 @@
 
 namespace channelstrip::model {
 
-// A running maximum; a NaN never enters.
+// The running maximum: keeps what is held unless the value is greater, so a NaN never enters.
 template <typename Real>
-void raise(Real& maximum, Real value) {
-  if (value > maximum) maximum = value;
+Real maximum(Real held, Real value) {
+  return value > held ? value : held;
 }
 
 // `levels` hold detector levels before and gains with makeup after. `meters` are the dynamics
@@ -65,9 +65,11 @@ void process_gain(Real (&levels)[kQuad], DynMemory<Real>& s, const Dyn_SCoefsBlo
       meter_gain = gain;
       meter_level = detected;
     }
-    raise(meters[slot], gain);
-    raise(meters[CHANNELSTRIP_METER_COMP_REDUCTION], Real(1) - compressor_gain);
-    raise(meters[CHANNELSTRIP_METER_EXP_REDUCTION], Real(1) - expander_gain);
+    Real& compressor_reduction = meters[CHANNELSTRIP_METER_COMP_REDUCTION];
+    Real& expander_reduction = meters[CHANNELSTRIP_METER_EXP_REDUCTION];
+    meters[slot] = maximum(meters[slot], gain);
+    compressor_reduction = maximum(compressor_reduction, Real(1) - compressor_gain);
+    expander_reduction = maximum(expander_reduction, Real(1) - expander_gain);
   }
 }
 

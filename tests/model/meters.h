@@ -20,8 +20,8 @@ void process_meters(const Dyn_SCoefsBlock& c, const Real* const* inputs, Real* c
       const Real input = inputs[ch][i];
       if (c.bypass > 0) outputs[ch][i] = input;
       const Real output = c.bypass > 0 ? input : outputs[ch][i];
-      raise(input_peaks[ch], std::fabs(input * Real(c.inputMeterGain)));
-      raise(output_peaks[ch], std::fabs(output));
+      input_peaks[ch] = maximum(input_peaks[ch], std::fabs(input * Real(c.inputMeterGain)));
+      output_peaks[ch] = maximum(output_peaks[ch], std::fabs(output));
     }
   }
 }

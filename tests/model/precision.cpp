@@ -40,7 +40,7 @@ double gain_error(const Instance& single, const Instance& exact) {
 
 }  // namespace
 
-void PrecisionError::raise(const PrecisionError& other) {
+void PrecisionError::keep_maximum(const PrecisionError& other) {
   signal = std::max(signal, other.signal);
   gain = std::max(gain, other.gain);
 }
@@ -48,8 +48,8 @@ void PrecisionError::raise(const PrecisionError& other) {
 PrecisionError precision_error(const Scene& single, const Scene& exact) {
   PrecisionError error;
   for (std::size_t i = 0; i < single.instances.size(); ++i) {
-    error.raise({signal_error(single, exact, exact.instances[i]),
-                 gain_error(single.instances[i], exact.instances[i])});
+    error.keep_maximum({signal_error(single, exact, exact.instances[i]),
+                        gain_error(single.instances[i], exact.instances[i])});
   }
   return error;
 }

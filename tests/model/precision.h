@@ -12,7 +12,8 @@ struct PrecisionError {
   double signal = 0.0;
   double gain = 0.0;  // dB; of either gain term and of the gain readouts
 
-  void raise(const PrecisionError& other);
+  // Keeps the greater of each field.
+  void keep_maximum(const PrecisionError& other);
 };
 
 // Between two runs of one scene whose instances share neither buffers nor records.

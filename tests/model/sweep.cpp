@@ -57,7 +57,7 @@ class Trials {
       const Deviation seen = judge(scene, after, &found_.edges);
       found_.deviation = std::max(found_.deviation, seen.largest);
       if (bounded()) {
-        found_.error.raise(precision_error(after, by_model<double>(format_, scene)));
+        found_.error.keep_maximum(precision_error(after, by_model<double>(format_, scene)));
       }
       if (!seen.first_excess.empty()) {
         note_failure(
