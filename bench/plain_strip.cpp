@@ -18,7 +18,7 @@ void by_model(const SChannelStrip_Alg_Context* const* begin, const void* end) {
 template <int Channels, int Groups>
 void in_memory(const SChannelStrip_Alg_Context* const* begin, const void* end) {
   for (auto context = begin; context != end; ++context) {
-    process_instance<Channels, 16, Groups>(*context);
+    process_instance<Channels, Groups>(*context);
   }
 }
 

@@ -18,7 +18,6 @@
 namespace channelstrip::bench {
 namespace {
 
-constexpr int kBlock = 16;
 template <typename Work>
 std::function<void()> every_quad(Work work) {
   return [work] {
@@ -47,17 +46,17 @@ std::vector<Stage> stages_of(const SChannelStrip_Alg_Context& strip) {
       for (int k = 0; k < kQuad; ++k) {
         levels[k] = __builtin_fabsf(strip.inputs[g][block + quad + k]);
       }
-      ProcessAudioGain<kQuad>(levels, strip.dynState + g, &strip, rate,
-                              CHANNELSTRIP_METER_CHANNEL_GAIN + g, readouts);
+      ProcessAudioGain(levels, strip.dynState + g, &strip, rate,
+                       CHANNELSTRIP_METER_CHANNEL_GAIN + g, readouts);
     }
   };
   const auto meter = [=] {
     for (int32_t block = 0; block < kSamples; block += kBlock) {
-      OutputMeters_AlgorithmProcessFunction<Channels, kBlock>(
-          strip.inputs, strip.outputs, meters, meters + Channels, strip.dynCoefs, block);
+      OutputMeters_AlgorithmProcessFunction<Channels>(strip.inputs, strip.outputs, meters,
+                                                      meters + Channels, strip.dynCoefs, block);
     }
   };
-  return {{"whole strip", [=] { process_instance<Channels, kBlock, Groups>(&strip); }},
+  return {{"whole strip", [=] { process_instance<Channels, Groups>(&strip); }},
           {"glide step", every_quad([=](int32_t, int32_t) {
              eq_dezip_step(strip.eqDezipCoefs, strip.eqTargetCoefs, rate);
            })},

@@ -47,7 +47,7 @@ struct LaneStages {
   EqLanes<Layout, 1> eq;
   KeyLanes<Layout> key;
   LinkLanes<Layout> links;
-  CurveCoefs<Lanes<kLanes>> curves;
+  CurveCoefs curves;
   GroupCoefs<Group> groups;
   GroupState<Group> state;
   Group rate{};

@@ -42,8 +42,8 @@ void Dynamics_AlgorithmProcessFunction(const SChannelStrip_Alg_Context* context,
   for (int c = 0; c < Channels; ++c) {
     const int32_t g = coefs.linkGroup[c];
     if (groupLeader[g] < 0) {
-      ProcessAudioGain<kQuad>(groupLevels[g], &state[c], context, state[0].dezipRate,
-                              CHANNELSTRIP_METER_CHANNEL_GAIN + c, dynMeters);
+      ProcessAudioGain(groupLevels[g], &state[c], context, state[0].dezipRate,
+                       CHANNELSTRIP_METER_CHANNEL_GAIN + c, dynMeters);
       groupLeader[g] = c;
     }
     float quad[kQuad];

@@ -121,11 +121,9 @@ inline void update_readouts(float* dynMeters, int32_t meterSlot, const GainQuad<
 // levels: in, the group's linear levels, not negative; out, its linear gains, makeup included.
 // state is the record of the group's lowest channel; dynMeters element 2N of the meter array;
 // meterSlot the index in it of that channel's gain readout.
-template <int Samples>
-void ProcessAudioGain(float (&levels)[Samples], Dyn_SState* state,
-                      const SChannelStrip_Alg_Context* context, float dezipRate, int32_t meterSlot,
-                      float* dynMeters) {
-  static_assert(Samples == kQuad);
+inline void ProcessAudioGain(float (&levels)[kQuad], Dyn_SState* state,
+                             const SChannelStrip_Alg_Context* context, float dezipRate,
+                             int32_t meterSlot, float* dynMeters) {
   const Dyn_SCoefsBlock& coefs = *context->dynCoefs;
   GroupState<float> running = group_state(*state);
   GainQuad<float, 1> quad;

@@ -18,10 +18,10 @@ CHANNELSTRIP_INLINE V coefs_of_lanes(const SChannelStrip_Alg_Context* const* str
 }
 
 template <typename Layout>
-CHANNELSTRIP_INLINE void load_curve_coefs(CurveCoefs<Lanes<kLanes>>& coefs,
+CHANNELSTRIP_INLINE void load_curve_coefs(CurveCoefs& coefs,
                                           const SChannelStrip_Alg_Context* const* strips) {
   const auto number = [&](float Dyn_SCoefsBlock::*field) {
-    return coefs_of_lanes<Lanes<kLanes>, Layout>(strips, field);
+    return coefs_of_lanes<CurveCoefs::V, Layout>(strips, field);
   };
   coefs.compSlope = number(&Dyn_SCoefsBlock::compSlope);
   coefs.compKneeA = number(&Dyn_SCoefsBlock::compKneeA);

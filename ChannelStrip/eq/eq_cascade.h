@@ -13,11 +13,11 @@
 
 namespace channelstrip {
 
-// The pass after the dynamics takes quad q - PostDelay when the one before takes quad q.
-template <int PostDelay>
 class EqCascade {
  public:
   static constexpr int kDelay = 2;
+  // The pass after the dynamics takes quad q - kPostDelay when the one before takes quad q.
+  static constexpr int kPostDelay = 8;
 
   CHANNELSTRIP_INLINE EqCascade(const SChannelStrip_Alg_Context& strip, int32_t quads)
       : quads_(quads), moves_(eq_moves(strip)), rate_(strip.dynState[0].dezipRate) {
@@ -40,7 +40,7 @@ class EqCascade {
       is_empty_[pass] = first[pass] >= end;
       if (is_empty_[pass]) first[pass] = kNever;
       for (int band = first[pass]; band < end; ++band) {
-        begin[band] = 4 * PostDelay * pass + band - first[pass];
+        begin[band] = 4 * kPostDelay * pass + band - first[pass];
       }
       last_[pass] = static_cast<uint32_t>(end - 1);
       late_[pass] = static_cast<uint32_t>(end - 1 - first[pass]);
@@ -59,14 +59,14 @@ class EqCascade {
     y_ = V{};
   }
 
-  // Takes quad q into the pass before and quad q - PostDelay into the pass after the dynamics; what
-  // lies outside the call may be anything.
+  // Takes quad q into the pass before and quad q - kPostDelay into the pass after the dynamics;
+  // what lies outside the call may be anything.
   CHANNELSTRIP_INLINE void take(int32_t q, Lanes<4> before, Lanes<4> after) {
     if (moves_) glide(q);
     const auto number = static_cast<uint32_t>(q);
     const V both = taken_[number % kTaken] = join(before, after);
     V* const given = given_ + 4 * number % kSteps;
-    const bool all_at_work = q >= PostDelay + kBands / 4 && q < quads_;
+    const bool all_at_work = q >= kPostDelay + kBands / 4 && q < quads_;
     V y = y_, z1 = z1_, z2 = z2_;
     for (int step = 0; step < 4; ++step) {
       y = select(is_first_, pick_lanes<V>(both, fed_[step]), shifted(y));
@@ -88,7 +88,7 @@ class EqCascade {
 
   // Quad q out of a pass, more than kDelay quads after it went in.
   CHANNELSTRIP_INLINE Lanes<4> given(int pass, int32_t q) const {
-    const auto taken = static_cast<uint32_t>(q + PostDelay * pass);
+    const auto taken = static_cast<uint32_t>(q + kPostDelay * pass);
     if (is_empty_[pass]) {
       const V both = taken_[taken % kTaken];
       return pass == 0 ? low_half(both) : high_half(both);

@@ -18,14 +18,12 @@
 
 namespace channelstrip {
 
-constexpr int kBlock = 16;
-
 // The samples that a count above 0 processes; up to 2^31.
 constexpr int64_t whole_blocks(int32_t count) {
   return (int64_t{count} + kBlock - 1) / kBlock * kBlock;
 }
 
-template <int Channels, int Block, int Groups>
+template <int Channels, int Groups>
 void process_block(const SChannelStrip_Alg_Context* context, const float* key, float dezipRate,
                    float* meters, int32_t blockOffset) {
   const EQ_SCoefs* const targets = context->eqTargetCoefs;
@@ -33,7 +31,7 @@ void process_block(const SChannelStrip_Alg_Context* context, const float* key, f
   EQ_SState* const state = context->eqState;
   float* const* const outputs = context->outputs;
 
-  for (int32_t quadOffset = 0; quadOffset < Block; quadOffset += kQuad) {
+  for (int32_t quadOffset = 0; quadOffset < kBlock; quadOffset += kQuad) {
     eq_dezip_step(coefs, targets, dezipRate);
     EQ_AlgorithmProcessFunction<Channels>(coefs, state, context->inputs, outputs, quadOffset,
                                           targets->firstBand[0], targets->endBand[0], blockOffset);
@@ -43,12 +41,12 @@ void process_block(const SChannelStrip_Alg_Context* context, const float* key, f
                                           targets->firstBand[1], targets->endBand[1], blockOffset);
   }
   eq_resynchronise(coefs);
-  OutputMeters_AlgorithmProcessFunction<Channels, Block>(
+  OutputMeters_AlgorithmProcessFunction<Channels>(
       context->inputs, outputs, meters, meters + Channels, context->dynCoefs, blockOffset);
 }
 
 // What is read here is read once per call; everything else is read anew for every quad or block.
-template <int Channels, int Block, int Groups>
+template <int Channels, int Groups>
 void process_instance(const SChannelStrip_Alg_Context* context) {
   const int32_t keyIndex = *context->keyInputIndex;
   const int32_t sampleCount = *context->sampleCount;
@@ -58,9 +56,8 @@ void process_instance(const SChannelStrip_Alg_Context* context) {
   const float dezipRate = context->dynState[0].dezipRate;
   float* const meters = *context->meterOutputs;
 
-  for (int64_t offset = 0; offset < whole_blocks(sampleCount); offset += Block) {
-    process_block<Channels, Block, Groups>(context, key, dezipRate, meters,
-                                           static_cast<int32_t>(offset));
+  for (int64_t offset = 0; offset < whole_blocks(sampleCount); offset += kBlock) {
+    process_block<Channels, Groups>(context, key, dezipRate, meters, static_cast<int32_t>(offset));
   }
 }
 
@@ -116,23 +113,21 @@ CHANNELSTRIP_INLINE int process_first(const SChannelStrip_Alg_Context* const* st
   if constexpr (Strips > 1) {
     return process_first<Channels, Groups, Strips / 2>(strips, count);
   } else {
-    process_instance<Channels, kBlock, Groups>(*strips);
+    process_instance<Channels, Groups>(*strips);
     return 1;
   }
 }
 
 // Instances that are independent go through lanes, everything else one after the other, stage by
 // stage in memory.
-template <int Inputs, int Outputs, int Block, int Groups>
+template <int Channels, int Groups>
 void ChannelStrip_AlgorithmProcessFunction(const SChannelStrip_Alg_Context* const* begin,
                                            const void* end) {
-  static_assert(Inputs == Outputs, "a strip has as many outputs as inputs");
-  static_assert(Block == kBlock && Block % kQuad == 0, "blocks are whole quads");
-  constexpr int kFitting = kLanes / power_of_two_from(Inputs);
+  constexpr int kFitting = kLanes / power_of_two_from(Channels);
   constexpr int kStrips = kFitting < 1 ? 1 : kFitting;
   const auto last = static_cast<const SChannelStrip_Alg_Context* const*>(end);
   while (begin != last) {
-    begin += process_first<Inputs, Groups, kStrips>(begin, last - begin);
+    begin += process_first<Channels, Groups, kStrips>(begin, last - begin);
   }
 }
 

@@ -62,11 +62,10 @@ class MonoStrip {
   using V = Lanes<kQuad>;
 
   // How many quads behind the first other stages are.
-  static constexpr int kKey = 3, kDetect = 4, kTargets = 5, kSmooth = 6, kGains = 7, kGained = 8,
-                       kLeave = 11;
+  static constexpr int kKey = 3, kDetect = 4, kTargets = 5, kSmooth = 6, kGains = 7,
+                       kGained = EqCascade::kPostDelay, kLeave = 11;
   static constexpr int kPassing = 16;  // a power of two above kLeave
-  using Equaliser = EqCascade<kGained>;
-  static_assert(kKey > Equaliser::kDelay && kLeave > kGained + Equaliser::kDelay);
+  static_assert(kKey > EqCascade::kDelay && kLeave > kGained + EqCascade::kDelay);
 
   // A quad on its way through the strip.
   struct Passing {
@@ -130,10 +129,10 @@ class MonoStrip {
   const SChannelStrip_Alg_Context* const* strip_;
   int32_t quads_;
   Passing passing_[kPassing];
-  Equaliser eq_;
+  EqCascade eq_;
   KeyLanes<Mono> key_;
   LinkLanes<Mono> links_;
-  CurveCoefs<Lanes<kLanes>> curves_;
+  CurveCoefs curves_;
   GroupCoefs<V> groups_;
   GroupState<V> group_state_;
   V rate_;  // of range and makeup

@@ -131,7 +131,7 @@ class WideStrip {
   EqLanes<Layout, kPassing> eq_;
   KeyLanes<Layout> key_;
   LinkLanes<Layout> links_;
-  CurveCoefs<Lanes<kLanes>> curves_;
+  CurveCoefs curves_;
   GroupCoefs<Group> groups_;
   GroupState<Group> group_state_;
   Group rate_;  // of range and makeup

@@ -6,6 +6,7 @@
 
 #include "../dynamics/dyn_records.h"
 #include "../lanes/lanes.h"
+#include "../lanes/quad.h"
 
 namespace channelstrip {
 
@@ -16,14 +17,14 @@ CHANNELSTRIP_INLINE void meter(V& inputPeak, V& outputPeak, V x, V y, V inputGai
   outputPeak = maximum(outputPeak, magnitude(y));
 }
 
-template <int Channels, int Block, bool Bypass>
+template <int Channels, bool Bypass>
 void meter_block(const float* const* inputs, float* const* outputs, float* inputPeaks,
                  float* outputPeaks, float inputGain, int32_t blockOffset) {
   for (int c = 0; c < Channels; ++c) {
     const float* const in = inputs[c] + blockOffset;
     float* const out = outputs[c] + blockOffset;
     float inputPeak = inputPeaks[c], outputPeak = outputPeaks[c];
-    for (int i = 0; i < Block; ++i) {
+    for (int i = 0; i < kBlock; ++i) {
       const float x = in[i];
       if constexpr (Bypass) out[i] = x;
       const float y = Bypass ? x : out[i];
@@ -34,19 +35,17 @@ void meter_block(const float* const* inputs, float* const* outputs, float* input
   }
 }
 
-// Raises the N input and N output peaks by samples blockOffset to + Block - 1. Bypass is a hard
+// Raises the N input and N output peaks by samples blockOffset to + kBlock - 1. Bypass is a hard
 // switch: the outputs become the inputs, after all other stages have run and moved their state.
-template <int Channels, int Block>
+template <int Channels>
 void OutputMeters_AlgorithmProcessFunction(const float* const* inputs, float* const* outputs,
                                            float* inputPeaks, float* outputPeaks,
                                            const Dyn_SCoefsBlock* coefs, int32_t blockOffset) {
   const float inputGain = coefs->inputMeterGain;
   if (coefs->bypass > 0) {
-    meter_block<Channels, Block, true>(inputs, outputs, inputPeaks, outputPeaks, inputGain,
-                                       blockOffset);
+    meter_block<Channels, true>(inputs, outputs, inputPeaks, outputPeaks, inputGain, blockOffset);
   } else {
-    meter_block<Channels, Block, false>(inputs, outputs, inputPeaks, outputPeaks, inputGain,
-                                        blockOffset);
+    meter_block<Channels, false>(inputs, outputs, inputPeaks, outputPeaks, inputGain, blockOffset);
   }
 }
 
