@@ -1,6 +1,6 @@
-// How gain terms move over time, in decibels, one sample a call: attack and release, gate, hold.
+// How gain terms move over time, in decibels, one sample per call: attack and release, gate, hold.
 //
-// V is float, with the host's record for coefficients, or lanes, with GroupCoefs.
+// V is float and Coefs the host's record, or V is lanes and Coefs is GroupCoefs.
 
 #pragma once
 
@@ -35,14 +35,15 @@ CHANNELSTRIP_INLINE V expander_target(V curve, MaskOf<V> open, V range) {
   return select(open, maximum(curve, range), range);
 }
 
-// The hold as loaded into the count. It passes through single precision, which takes the lowest
-// bits of counts above 2^24 and rounds the largest to 2^31, out of int32's range but not uint32's.
+// What the hold counter is loaded with, in samples. The host's count is rounded to single
+// precision: counts above 2^24 lose their lowest bits, and the largest become 2^31, which fits a
+// uint32 only.
 inline uint32_t hold_samples(const Dyn_SCoefsBlock& coefs) {
   return static_cast<uint32_t>(static_cast<int64_t>(static_cast<float>(coefs.expHoldSamples)));
 }
 
-// A rising sample attacks and loads the hold; a falling or resting one holds while the count
-// lasts, then releases.
+// While the term rises, it moves with the attack weight and the hold counter is loaded. Otherwise
+// the term is held until the counter has run down to 0, and then moves with the release weight.
 template <typename Coefs, typename V>
 CHANNELSTRIP_INLINE void expander_term(const Coefs& coefs, V& gain, WordsOf<V>& hold, V target) {
   const MaskOf<V> rising = target > gain;

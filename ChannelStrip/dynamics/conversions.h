@@ -1,7 +1,7 @@
-// The decibel conversions in lanes: fast_log.h's steps, side by side, to the same bits.
+// The decibel conversions of fast_log.h in lanes: the same steps with the same bits.
 //
-// Tables are read by plain loads, as gathers are slower than these on the processors at hand. Only
-// the lanes that are used are looked up.
+// Tables are read by plain loads, which are faster than gathers on the processors measured. A half
+// of eight lanes is looked up only if one of its lanes is used.
 
 #pragma once
 
@@ -10,7 +10,8 @@
 
 namespace channelstrip {
 
-// The lanes' indices as plain numbers. By way of memory: taking lanes out one by one costs more.
+// The lanes' indices as plain numbers. They go through memory, which the asm statement enforces:
+// extracting lanes from a register one by one costs more.
 template <int Width>
 struct Indices {
   CHANNELSTRIP_INLINE explicit Indices(typename LaneTypes<Width>::Ints index) {
@@ -77,8 +78,8 @@ CHANNELSTRIP_INLINE V level_to_db(Used<Count> used, V level) {
   return select(level > 0.0f, db, broadcast<V>(-140.0f));
 }
 
-// gmPowTableL[n] as its fraction bits. The rounded table is a parabola in integers: exactly, for
-// all 512 entries.
+// The fraction bits of gmPowTableL[n], computed rather than looked up: this integer parabola gives
+// all 512 rounded entries exactly.
 template <typename Ints>
 CHANNELSTRIP_INLINE Ints low_fraction(Ints n) {
   return (n * ((n * 31 >> 5) + 726814) + 380400) >> 15;
@@ -91,7 +92,8 @@ template <int Count, typename V>
 CHANNELSTRIP_INLINE V db_to_gain(Used<Count> used, V db) {
   using Ints = IntsOf<V>;
   const V scaled = fused(db, broadcast<V>(0x1.542a5ap+20f), broadcast<V>(0x1.fcp+29f));
-  // Out of range the conversion alone gives the lowest integer, NaN included.
+  // The conversion gives the lowest integer for everything out of range. What isn't below 2^31, NaN
+  // included, must give the highest.
   const Ints below = __builtin_convertvector(scaled, Ints);
   const Ints n = select(scaled < 0x1p31f, below, Ints{} + INT32_MAX);
   const V high = pick<Count, V>(used, gmPowTableH, (n >> 14) & 511);

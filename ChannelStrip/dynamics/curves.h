@@ -1,7 +1,7 @@
-// The static curves: gain terms over level, both in decibels. Pure functions that compute line and
-// knee for every level and select, so that their cost doesn't depend on the audio.
+// The static curves: the gain term as a function of the level, both in decibels. Line and knee are
+// computed for every level and one is selected, so the cost doesn't depend on the audio.
 //
-// V is float, with the host's record for coefficients, or lanes, with GroupCoefs.
+// V is float and Coefs the host's record, or V is lanes and Coefs is CurveCoefs.
 
 #pragma once
 
@@ -9,7 +9,7 @@
 
 namespace channelstrip {
 
-// The line above the knee, the polynomial in it, 0 dB up to its lower edge.
+// A line above the knee, a polynomial in it, 0 dB up to and including its lower edge.
 template <typename Coefs, typename V>
 CHANNELSTRIP_INLINE V compressor_curve(const Coefs& coefs, V level) {
   const V line = (level - coefs.compThreshold) * coefs.compSlope;
@@ -18,7 +18,7 @@ CHANNELSTRIP_INLINE V compressor_curve(const Coefs& coefs, V level) {
   return select(level > coefs.compKneeHigh, line, up_to_knee);
 }
 
-// The line below the knee, the polynomial in it up to and with its upper edge, 0 dB above.
+// A line below the knee, a polynomial in it, both edges included, 0 dB above.
 template <typename Coefs, typename V>
 CHANNELSTRIP_INLINE V expander_curve(const Coefs& coefs, V level) {
   const V line = (level - coefs.expThreshold) * coefs.expSlope;

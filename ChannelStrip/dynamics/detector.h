@@ -11,8 +11,9 @@
 
 namespace channelstrip {
 
-// in and out may be the same buffers, as in the strip they are: everything is detected before
-// anything is written. key may be null. dynMeters is element 2N of the meter array.
+// in and out may be the same buffers, and are in the strip: the detection signals of all channels
+// are read before any output is written. key may be null. dynMeters is element 2N of the meter
+// array.
 template <int Channels, int Groups>
 void Dynamics_AlgorithmProcessFunction(const SChannelStrip_Alg_Context* context,
                                        const float* const* in, float* const* out, const float* key,
@@ -28,7 +29,7 @@ void Dynamics_AlgorithmProcessFunction(const SChannelStrip_Alg_Context* context,
     run_section<kQuad>(coefs.keyFilter, state[c].keyZ1, state[c].keyZ2, detection[c]);
   }
 
-  float groupLevels[Groups][kQuad];  // the group's levels, then its gains
+  float groupLevels[Groups][kQuad];  // the group's levels, later its gains
   int32_t groupLeader[Groups];       // its lowest channel, or -1 before its gains are computed
   for (int g = 0; g < Groups; ++g) {
     groupLeader[g] = -1;

@@ -67,14 +67,14 @@ typedef struct Dyn_SCoefsBlock {
 
   // Metering.
   float inputMeterGain;  // linear; scales the input peak meter, never the audio
-  int32_t bypass;        // above 0: every block's outputs become its inputs, all state runs on
+  int32_t bypass;        // above 0: inputs are copied to the outputs, all state runs on
 } Dyn_SCoefsBlock;
 
 // An instance has N of these, one per channel, channel 0 first. The host initialises them; from
 // then on the library writes them, but for dezipRate. keyZ1 and keyZ2 are used in every record,
 // dezipRate in record 0 alone, everything else in the record of the lowest channel of each link
-// group. A start without a jump: terms, delay elements and peakLevel 0, the cur fields at their
-// targets.
+// group. To start without a jump, set the gain terms, delay elements and peakLevel to 0 and the cur
+// fields to their targets.
 typedef struct Dyn_SState {
   float compGain;       // dB; smoothed compressor term, not below curCompRange
   float expGain;        // dB; smoothed expander term

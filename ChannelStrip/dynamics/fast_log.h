@@ -39,7 +39,8 @@ static inline float FastLog2(float x) {
   return channelstrip_fused(gmLog2LUT[i + 1] - gmLog2LUT[i], fraction, gmLog2LUT[i] + exponent);
 }
 
-// Decibels of a linear level: -140 for 0, negative levels and NaN, at the cost of any other level.
+// Decibels of a linear level: -140 for 0, negative levels and NaN, at the same cost as any other
+// level.
 static inline float LevelToDb(float level) {
   // One unit in the last place above the single nearest to 20 log10 2, on purpose.
   const float dbPerOctave = 0x1.815184p+2f;
@@ -55,8 +56,8 @@ static inline int32_t channelstrip_saturate(float x) {
 
 // 2^y where `scaled` is 2^23 (y + 127). As an integer that is nearly the result's bit pattern: its
 // sign and exponent are kept, its top eighteen fraction bits look the mantissa up as a product of
-// two table entries, the rest is ignored. No clamp: the result is a normal positive single from
-// 2^23 up to 255 2^23 (exclusive) alone.
+// two table entries, the rest is ignored. Nothing is clamped: the result is a normal positive
+// number only for `scaled` from 2^23 to below 255 2^23.
 static inline float channelstrip_pow2_of_scaled(float scaled) {
   const uint32_t n = (uint32_t)channelstrip_saturate(scaled);
   const float mantissa = gmPowTableH[(n >> 14) & 511] * gmPowTableL[(n >> 5) & 511];

@@ -18,16 +18,17 @@ namespace channelstrip {
 // A quad on its way from levels to gains.
 template <typename V, int Stride>
 struct GainQuad {
-  Rows<V, Stride> detected;  // linear
-  Rows<V, Stride> decibels;  // the same
-  Rows<V, Stride> comp;      // target, then smoothed term, dB, then linear factor
-  Rows<V, Stride> exp;       // likewise; its target without range and gate
-  Rows<V, Stride> gains;     // their product, without makeup
+  Rows<V, Stride> detected;  // detector level, linear
+  Rows<V, Stride> decibels;  // detector level, dB
+  Rows<V, Stride> comp;      // target (dB), then smoothed term (dB), then linear factor
+  Rows<V, Stride> exp;       // likewise; the target is the curve without range and gate
+  Rows<V, Stride> gains;     // product of the two factors, without makeup
   V makeup;
 };
 
-// Both detectors run whatever the mode, so a switch continues from current values. A level between
-// the decayed and the undecayed peak doesn't hold the peak up: the comparison comes first.
+// Both detectors run whatever the mode, so that a switch of the mode continues from current values.
+// A level is compared with the peak before the peak decays: one between the two values doesn't stop
+// the decay.
 template <typename Coefs, typename V, int Stride>
 CHANNELSTRIP_INLINE void detect(const Coefs& coefs, GroupState<V>& state, const V (&levels)[kQuad],
                                 GainQuad<V, Stride>& quad) {
@@ -52,8 +53,8 @@ CHANNELSTRIP_INLINE void find_targets(const Coefs& coefs, Quad& quad) {
   quad.exp.map([&](auto, auto level) { return expander_curve(coefs, level); }, quad.decibels);
 }
 
-// Targets to smoothed terms: the strip's longest chain from sample to sample. Range and makeup
-// glide once per quad, the new values serve all its samples.
+// Targets to smoothed terms: the strip's longest dependency chain from sample to sample. Ranges and
+// makeup glide by one step per quad, and all its samples use the new values.
 template <typename Coefs, typename V, int Stride>
 CHANNELSTRIP_INLINE void smooth_terms(const Coefs& coefs, GroupState<V>& state, V rate,
                                       GainQuad<V, Stride>& quad) {
@@ -83,7 +84,7 @@ CHANNELSTRIP_INLINE void smooth_terms(const Coefs& coefs, GroupState<V>& state, 
   state.hold = hold;
 }
 
-// Terms to factors, and these to gains.
+// Smoothed terms to linear factors, and these to gains.
 template <typename Quad>
 CHANNELSTRIP_INLINE void find_gains(Quad& quad) {
   quad.comp.map([](auto used, auto term) { return db_to_gain(used, term); }, quad.comp);
@@ -91,7 +92,8 @@ CHANNELSTRIP_INLINE void find_gains(Quad& quad) {
   quad.gains.map([](auto, auto comp, auto exp) { return comp * exp; }, quad.comp, quad.exp);
 }
 
-// A gain readout of 0 counts as empty: there the loudest sample so far gives the level.
+// A gain readout of 0 counts as empty: any sample above the level readout then sets both, whatever
+// its gain.
 template <typename Quad>
 void update_gain_and_level(float* dynMeters, const Quad& quad, int lane) {
   float* const level = &dynMeters[CHANNELSTRIP_METER_LEVEL];
@@ -106,7 +108,7 @@ void update_gain_and_level(float* dynMeters, const Quad& quad, int lane) {
   }
 }
 
-// Raises the four readouts of all groups and the group's own.
+// Updates the four readouts that all groups share, and the group's own.
 inline void update_readouts(float* dynMeters, int32_t meterSlot, const GainQuad<float, 1>& quad) {
   update_gain_and_level(dynMeters, quad, 0);
   float* const compReduction = &dynMeters[CHANNELSTRIP_METER_COMP_REDUCTION];

@@ -1,4 +1,4 @@
-// What the gain computer works with: coefficients and state of a link group, or of one a lane.
+// The gain computer's coefficients and state: of one link group, or of one group per lane.
 
 #pragma once
 
@@ -8,24 +8,24 @@
 
 namespace channelstrip {
 
-// The curves' part of Dyn_SCoefsBlock.
+// The fields of Dyn_SCoefsBlock that the static curves use.
 struct CurveCoefs {
   using V = Lanes<kLanes>;
   V compSlope, compKneeA, compKneeB, compKneeC, compThreshold, compKneeHigh, compKneeLow;
   V expSlope, expKneeA, expKneeB, expKneeC, expThreshold, expKneeHigh, expKneeLow;
 };
 
-// Detection's and ballistics' part.
+// The fields of Dyn_SCoefsBlock that detection and ballistics use.
 template <typename V>
 struct GroupCoefs {
   V compRange, makeupGain, compAttack, compRelease;
   V gateOpenThreshold, gateCloseThreshold, expRange, expAttack, expRelease;
   V peakDecay, detectorFilter[5];
-  WordsOf<V> hold;
-  MaskOf<V> smoothed;
+  WordsOf<V> hold;     // samples
+  MaskOf<V> smoothed;  // detectorMode above 0
 };
 
-// Where lanes and record differ.
+// What GroupCoefs holds in another form than the host's record.
 template <typename V>
 CHANNELSTRIP_INLINE WordsOf<V> hold_samples(const GroupCoefs<V>& coefs) {
   return coefs.hold;
@@ -38,7 +38,7 @@ CHANNELSTRIP_INLINE bool detects_smoothed(const Dyn_SCoefsBlock& coefs) {
   return coefs.detectorMode > 0;
 }
 
-// Its part of Dyn_SState.
+// The fields of Dyn_SState that the gain computer loads and stores.
 template <typename V>
 struct GroupState {
   V compGain, expGain, detZ1, detZ2, peakLevel, smoothLevel, curMakeupGain, curCompRange;

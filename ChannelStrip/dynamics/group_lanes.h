@@ -1,5 +1,5 @@
-// What the gain computer works with, a lane per link group, for the length of a call: loaded once,
-// stored once.
+// The gain computer's coefficients and state in lanes, one per link group: loaded from the records
+// at the beginning of a call, stored at its end.
 
 #pragma once
 
@@ -8,7 +8,7 @@
 
 namespace channelstrip {
 
-// A field of the coefficients of the strip that each lane of V belongs to.
+// A field of Dyn_SCoefsBlock, in every lane that of the lane's strip.
 template <typename V, typename Layout>
 CHANNELSTRIP_INLINE V coefs_of_lanes(const SChannelStrip_Alg_Context* const* strips,
                                      float Dyn_SCoefsBlock::*field) {
@@ -66,7 +66,7 @@ CHANNELSTRIP_INLINE void load_group_coefs(GroupCoefs<typename Layout::Group>& co
   coefs.smoothed = fill_mask<V>([&](int lane) { return detects_smoothed(of_lane(lane)); });
 }
 
-// The record of each group's leader; a group that no channel uses takes the first channel's.
+// Each group's state from its leader's record; a group that no channel uses takes record 0.
 template <typename Layout>
 CHANNELSTRIP_INLINE void load_group_states(GroupState<typename Layout::Group>& state,
                                            const SChannelStrip_Alg_Context* const* strips,

@@ -66,7 +66,7 @@ class LinkLanes {
     }
   }
 
-  // A channel's audio with its group's gain, or what is detected if the strip listens to that.
+  // A channel's audio times its group's gain, or its detection signal if keyListen is set.
   CHANNELSTRIP_INLINE Channel listen_or_gain(Channel detection, Channel audio, Group gain) const {
     Channel own_gain;
     if constexpr (Layout::kChannels == 1) {
@@ -83,12 +83,13 @@ class LinkLanes {
   static constexpr int kIndices = kWidth<Channel> > kWidth<Group> ? kWidth<Channel> : kWidth<Group>;
   using Indices = int32_t[kIndices];
 
-  // The lane of each group's first, second, ... channel; the first where there is no other.
+  // By group lane: the channel lanes of the group's first, second, ... channel; where it has no
+  // more channels, the first again.
   alignas(64) Indices member_[Layout::kChannels];
-  alignas(64) Indices group_of_;
+  alignas(64) Indices group_of_;  // by channel lane: the group lane
   int32_t leader_[kWidth<Group>];
-  int32_t size_[kWidth<Group>];
-  int32_t rounds_ = 1;
+  int32_t size_[kWidth<Group>];  // channels of each group
+  int32_t rounds_ = 1;           // channels of the largest group
   MaskOf<Channel> listens_;
 };
 

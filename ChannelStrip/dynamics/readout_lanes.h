@@ -1,10 +1,11 @@
-// The dynamics readouts in lanes, for the length of a call: a lane per link group or, of a single
-// group, per sample of the quad.
+// The dynamics readouts in lanes, for the length of a call: a lane per link group or, where there
+// is one group only, a lane per sample of the quad.
 //
-// The greatest gain and the level beside it are shared by all groups of an instance. In lanes each
-// keeps its own; at the end the greatest counts, and among equals the one that came first. A shared
-// gain that starts at 0 or below, which may count as empty, is raised in the order of
-// processing until it is positive.
+// All groups of an instance share the gain readout and the level beside it. In lanes each group
+// keeps a maximum of its own; store takes the greatest of them, and of equal ones that which came
+// first. While the shared gain is 0 it counts as empty, so that the order of the groups matters. If
+// it starts at 0 or below, it is therefore updated in the scalar strip's order until it is
+// positive.
 
 #pragma once
 
@@ -86,7 +87,7 @@ class ReadoutLanes {
 
  private:
   static constexpr int32_t kNever = INT32_MAX;
-  // Of a single group, a row holds all samples of a quad.
+  // With one group, a single load of a row takes all four samples of the quad.
   static constexpr int kSamples = Layout::kStride == 1 ? kQuad : 1;
   static constexpr int kRows = kQuad / kSamples;
 
@@ -113,7 +114,7 @@ class ReadoutLanes {
     least_exp_ = exp;
   }
 
-  // Group after group, as the scalar strip does it.
+  // Group by group in the order of their leaders, as the scalar strip does it.
   void update_in_order(const Quad& quad) {
     for (int strip = 0; strip < Layout::kStrips; ++strip) {
       for (int channel = 0; channel < Layout::kChannels; ++channel) {
@@ -130,8 +131,8 @@ class ReadoutLanes {
   const LinkLanes<Layout>& links_;
   Group gain_, level_, channel_gain_;
   Group least_comp_, least_exp_;  // factors: a reduction is 1 - factor
-  IntsOf<Group> since_;           // the quad, or sample, that brought the gain
-  IntsOf<Group> now_;
+  IntsOf<Group> since_;           // number of the quad, or sample, that set gain_
+  IntsOf<Group> now_;             // number of the next one
   bool shared_is_positive_;
 };
 

@@ -1,8 +1,9 @@
 // The equaliser of one mono instance, a lane per band, for the length of a call.
 //
-// Every step takes the next sample into each pass: its first band works on that one, every other
-// band on what the band before it gave the step before. A band is thus as many samples late as
-// bands precede it in its pass, and a quad comes out kDelay quads after it went in.
+// In every step each pass takes in its next sample. The pass's first band filters that sample;
+// every other band filters what the band before it put out in the previous step. So a band lags
+// behind the input by as many samples as bands precede it in its pass, at most 7, and a quad is
+// complete kDelay quads after it went in.
 
 #pragma once
 
@@ -16,7 +17,7 @@ namespace channelstrip {
 class EqCascade {
  public:
   static constexpr int kDelay = 2;
-  // The pass after the dynamics takes quad q - kPostDelay when the one before takes quad q.
+  // When the pass before the dynamics takes quad q, the pass after it takes quad q - kPostDelay.
   static constexpr int kPostDelay = 8;
 
   CHANNELSTRIP_INLINE EqCascade(const SChannelStrip_Alg_Context& strip, int32_t quads)
@@ -59,8 +60,8 @@ class EqCascade {
     y_ = V{};
   }
 
-  // Takes quad q into the pass before and quad q - kPostDelay into the pass after the dynamics;
-  // what lies outside the call may be anything.
+  // Takes quad q into the pass before the dynamics and quad q - kPostDelay into the pass after
+  // it. A quad outside the call may hold anything.
   CHANNELSTRIP_INLINE void take(int32_t q, Lanes<4> before, Lanes<4> after) {
     if (moves_) glide(q);
     const auto number = static_cast<uint32_t>(q);
@@ -86,7 +87,7 @@ class EqCascade {
     z2_ = z2;
   }
 
-  // Quad q out of a pass, more than kDelay quads after it went in.
+  // Quad q as a pass put it out; may be asked for once quad q + kDelay has gone in.
   CHANNELSTRIP_INLINE Lanes<4> given(int pass, int32_t q) const {
     const auto taken = static_cast<uint32_t>(q + kPostDelay * pass);
     if (is_empty_[pass]) {
@@ -116,7 +117,7 @@ class EqCascade {
  private:
   static constexpr int kBands = CHANNELSTRIP_EQ_BANDS;
   using V = Lanes<kBands>;
-  static constexpr int kTaken = kDelay + 2;  // quads: from those taken to the next given
+  static constexpr int kTaken = kDelay + 2;  // quads kept, from the newest to the next to be given
   static constexpr int kSteps = 4 * kTaken;
   static constexpr int32_t kNever = INT32_MAX;
 
@@ -124,8 +125,9 @@ class EqCascade {
     return (at >= 0) & (at < count);
   }
 
-  // Each band's step before the quad that it enters within the coming four steps, and the
-  // coefficients for these.
+  // Every band enters its next quad at one of the coming four steps. Glides the coefficients of
+  // each band by one step for that quad, and sets those that all bands use at each of the four
+  // steps.
   CHANNELSTRIP_INLINE void glide(int32_t q) {
     const MaskOf<V> at_work = in_call(q - begin_quad_, quads_);
     for (int i = 0; i < 5; ++i) {
@@ -155,16 +157,16 @@ class EqCascade {
   bool moves_;
   float rate_;
   bool is_empty_[2];
-  uint32_t late_[2], last_[2];  // of each pass's last band: steps after the first, and which it is
-  MaskOf<V> is_first_, enters_quad_[4];
-  alignas(64) int32_t fed_[4][kBands];  // which of the two quads' samples a first band takes
-  IntsOf<V> begin_, begin_quad_;        // the step and the quad that take a band's first sample
-  V now_[4][5];                         // of each of four steps; at rest the last is all steps'
+  uint32_t late_[2], last_[2];  // of each pass: how many steps the last band lags, and its number
+  MaskOf<V> is_first_, enters_quad_[4];  // the latter by step
+  alignas(64) int32_t fed_[4][kBands];   // by step: which lane of both quads a first band takes
+  IntsOf<V> begin_, begin_quad_;         // step and quad in which a band takes its first sample
+  V now_[4][5];                          // coefficients by step; at rest the last serves all steps
   V targets_[5];
   Doubles smoothed_[5][2];
   V z1_, z2_, y_;
   V taken_[kTaken];
-  V given_[2 * kSteps];  // twice, so that four steps are neighbours wherever they begin
+  V given_[2 * kSteps];  // a ring stored twice, so that any four consecutive steps are contiguous
 };
 
 }  // namespace channelstrip

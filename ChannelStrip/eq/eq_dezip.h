@@ -3,8 +3,8 @@
 //
 //   smoothed := smoothed + (target - coef) rate;   coef := smoothed rounded to single
 //
-// The distance is measured from the rounded coefficient, so a glide comes to rest exactly when
-// that one equals the target, wherever in its half unit the double then stands.
+// The distance is measured from the rounded coefficient, so a glide comes to rest as soon as that
+// equals the target, though the double may still be half a unit in the last place away.
 
 #pragma once
 
@@ -13,12 +13,12 @@
 
 namespace channelstrip {
 
-// Four coefficients' running values, and integers as wide.
+// The running values of four coefficients, and integers of the same width.
 typedef double Doubles __attribute__((vector_size(32)));
 typedef int64_t Longs __attribute__((vector_size(32)));
 
-// One coefficient, or one a lane. The step is a subtraction and a product, each rounded to single;
-// nothing is fused.
+// One step of one coefficient, or of one per lane: a subtraction and a product, each rounded to
+// single; nothing is fused.
 template <typename V, typename Double>
 CHANNELSTRIP_INLINE void glide(V& coef, Double& smoothed, V target, V rate) {
   const V distance = target - coef;
@@ -27,14 +27,14 @@ CHANNELSTRIP_INLINE void glide(V& coef, Double& smoothed, V target, V rate) {
   coef = convert<V>(smoothed);
 }
 
-// Every coefficient of every band, whether a pass runs the band or not.
+// One step of every coefficient of every band, whether a pass runs the band or not.
 inline void eq_dezip_step(EQ_SDezipCoefs* dezip, const EQ_SCoefs* targets, float rate) {
   for (int i = 0; i < CHANNELSTRIP_EQ_COEFS; ++i) {
     glide(dezip->coefs[i], dezip->smoothedCoefs[i], targets->targetCoefs[i], rate);
   }
 }
 
-// Leaves the pair consistent even if something wrote coefs alone.
+// Sets coefs to the rounded running values again, even if something else wrote coefs alone.
 inline void eq_resynchronise(EQ_SDezipCoefs* dezip) {
   for (int i = 0; i < CHANNELSTRIP_EQ_COEFS; ++i) {
     dezip->coefs[i] = convert<float>(dezip->smoothedCoefs[i]);

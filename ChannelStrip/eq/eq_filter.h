@@ -11,7 +11,7 @@ namespace channelstrip {
 // Bands firstBand to endBand - 1, in ascending order, over samples blockOffset + quadOffset to
 // + 3 of every channel; a plain copy when the range is empty. out may be in: channels go in
 // ascending order and each is read before it is written. All channels share the coefficients,
-// each has its own record of memory.
+// each has its own state.
 template <int Channels>
 void EQ_AlgorithmProcessFunction(const EQ_SDezipCoefs* coefs, EQ_SState* state,
                                  const float* const* in, float* const* out, int32_t quadOffset,

@@ -9,8 +9,8 @@
 
 namespace channelstrip {
 
-// Whether the coming step changes any bit. One that changes none never will: targets and rate stay
-// as they are for the length of a call.
+// Whether the next glide step changes any bit. If not, no further step of the call will: targets
+// and rate are constant for the length of a call.
 CHANNELSTRIP_INLINE bool eq_moves(const SChannelStrip_Alg_Context& strip) {
   const EQ_SDezipCoefs& dezip = *strip.eqDezipCoefs;
   const auto rate = broadcast<Lanes<4>>(strip.dynState[0].dezipRate);
@@ -28,7 +28,8 @@ CHANNELSTRIP_INLINE bool eq_moves(const SChannelStrip_Alg_Context& strip) {
   return any_bit(changed) || any_bit(changed_smoothed);
 }
 
-// History is how many quads a quad passes after it started.
+// Keeps the coefficients of the last History quads, as the pipeline runs the second pass of a quad
+// up to History quads after its first.
 template <typename Layout, int History>
 class EqLanes {
  public:
@@ -56,7 +57,7 @@ class EqLanes {
     });
   }
 
-  // The step before quad q.
+  // Glides the coefficients by the step that precedes quad q.
   CHANNELSTRIP_INLINE void glide_before(int32_t q) {
     if (!moves_) return;
     const float* const from = coefs_[static_cast<uint32_t>(q + History - 1) % History];
@@ -72,7 +73,7 @@ class EqLanes {
     }
   }
 
-  // The pass before (0) or after (1) the dynamics over quad q.
+  // Runs the pass before (0) or after (1) the dynamics over quad q.
   CHANNELSTRIP_INLINE void run(int pass, int32_t q, V (&samples)[4]) {
     const float* const coefs = coefs_[moves_ ? static_cast<uint32_t>(q) % History : History - 1];
     for (int32_t band = first_band_[pass]; band < end_band_[pass]; ++band) {
@@ -109,7 +110,7 @@ class EqLanes {
   static constexpr int kCoefLanes = Layout::kStrips == 1 ? 1 : kWidth<V>;
   static constexpr int kCoefs = kBandCoefs * kCoefLanes;
 
-  // Of those that a pass runs: the memory of others isn't the call's.
+  // Visits the bands that a pass runs. The state of all others must stay untouched.
   template <typename Function>
   CHANNELSTRIP_INLINE void for_each_band(Function visit) const {
     for (int pass = 0; pass < 2; ++pass) {
@@ -125,10 +126,10 @@ class EqLanes {
     }
   }
 
-  bool moves_ = false;  // otherwise the last row is all quads'
+  bool moves_ = false;  // if not, the last row of coefs_ serves all quads
   int32_t first_band_[2], end_band_[2];
   V z1_[CHANNELSTRIP_EQ_BANDS], z2_[CHANNELSTRIP_EQ_BANDS];
-  alignas(64) float coefs_[History][kCoefs];  // of quad q in row q % History
+  alignas(64) float coefs_[History][kCoefs];  // row q % History is quad q's
   alignas(64) float targets_[kCoefs];
   alignas(64) double smoothed_[kCoefs];
   float rates_[kCoefLanes];

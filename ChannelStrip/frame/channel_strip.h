@@ -1,9 +1,9 @@
 // The block processor: the order of the stages, nothing else.
 //
-// Before every quad of four samples the EQ coefficients glide one step; then the bands before the
-// dynamics take the inputs to the outputs, and the dynamics and the bands after it work on the
-// outputs in place. After the four quads of a block the coefficients are resynchronised and the
-// meters run. Blocks are always whole, so a count of 20 processes 32 samples.
+// Before every quad of four samples the EQ coefficients glide by one step. Then the bands before
+// the dynamics filter the inputs into the outputs, and the dynamics and the bands after it work
+// on the outputs in place. After the four quads of a block the coefficients are resynchronised and
+// the meters run. Blocks are always whole, so a count of 20 processes 32 samples.
 
 #pragma once
 
@@ -18,7 +18,7 @@
 
 namespace channelstrip {
 
-// The samples that a count above 0 processes; up to 2^31.
+// How many samples a count above 0 processes: whole blocks, at most 2^31 samples.
 constexpr int64_t whole_blocks(int32_t count) {
   return (int64_t{count} + kBlock - 1) / kBlock * kBlock;
 }
@@ -45,7 +45,7 @@ void process_block(const SChannelStrip_Alg_Context* context, const float* key, f
       context->inputs, outputs, meters, meters + Channels, context->dynCoefs, blockOffset);
 }
 
-// What is read here is read once per call; everything else is read anew for every quad or block.
+// What is read here is read once per call, everything else anew for every quad or block.
 template <int Channels, int Groups>
 void process_instance(const SChannelStrip_Alg_Context* context) {
   const int32_t keyIndex = *context->keyInputIndex;
@@ -61,11 +61,13 @@ void process_instance(const SChannelStrip_Alg_Context* context) {
   }
 }
 
-// Samples whose number stays far from overflow, a few quads beyond the end included.
+// The largest count that is processed in lanes, so that sample numbers, those of a few quads past
+// the end included, stay far from overflow.
 constexpr uint32_t kMostInLanes = 1 << 30;
 
-// Whether instances can go side by side in lanes. A band that runs in both passes takes its memory
-// from one to the other within a quad, which lanes don't.
+// Whether instances can be processed side by side in lanes: with equal counts and band ranges, and
+// independent of each other. A band that runs in both passes prevents it: it hands its state from
+// one pass to the other within a quad, but in lanes the passes work on different quads at a time.
 template <int Channels, int Strips>
 bool fit_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
   const int32_t count = *strips[0]->sampleCount;
@@ -87,7 +89,7 @@ bool fit_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
 template <int Channels, int Groups, int Strips>
 void process_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
   const auto quads = static_cast<int32_t>(whole_blocks(*strips[0]->sampleCount) / kQuad);
-  // A single block doesn't fill the mono strip's cascade.
+  // A single block doesn't fill the mono strip's pipeline.
   if constexpr (Strips == 1 && Channels == 1) {
     if (quads > kBlock / kQuad) {
       MonoStrip mono(strips, quads);
@@ -101,8 +103,8 @@ void process_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
   wide.store();
 }
 
-// Processes the first instances of a range, as many as fit in lanes side by side or one; returns
-// how many.
+// Processes the first instances of a range, as many as can go side by side in lanes, or else one.
+// Returns how many.
 template <int Channels, int Groups, int Strips>
 CHANNELSTRIP_INLINE int process_first(const SChannelStrip_Alg_Context* const* strips,
                                       int64_t count) {
@@ -118,8 +120,8 @@ CHANNELSTRIP_INLINE int process_first(const SChannelStrip_Alg_Context* const* st
   }
 }
 
-// Instances that are independent go through lanes, everything else one after the other, stage by
-// stage in memory.
+// Processes a range: independent instances in lanes, all others one after the other, stage by stage
+// on the records and buffers themselves.
 template <int Channels, int Groups>
 void ChannelStrip_AlgorithmProcessFunction(const SChannelStrip_Alg_Context* const* begin,
                                            const void* end) {

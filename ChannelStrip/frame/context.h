@@ -56,12 +56,12 @@ typedef struct SChannelStrip_Alg_Context {
   struct EQ_SState* eqState;
 
   // Where the host keeps its pointer to the meter array; followed once per call. The array is
-  // raised by the library and reset by the host.
+  // updated by the library and reset by the host.
   float* const* meterOutputs;
 } SChannelStrip_Alg_Context;
 
-// The meter array: 3N + 4 floats per instance, every one a running maximum that the library only
-// raises. The host writes 0 (or any floor) when it wants a new measurement to begin.
+// The meter array: 3N + 4 floats per instance, running maxima and the level that goes with one of
+// them. The library never resets them; the host writes 0 (or any floor) to begin a new measurement.
 //
 //   0 .. N-1         input peak per channel, linear, scaled by inputMeterGain
 //   N .. 2N-1        output peak per channel, linear

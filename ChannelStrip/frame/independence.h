@@ -10,8 +10,8 @@
 
 namespace channelstrip {
 
-// Pieces of memory, the written ones first. Addresses are counted in floats, modulo the range of
-// Word: pieces far apart may count as overlapping, never the reverse.
+// All pieces of memory in use, the written ones first. Addresses are counted in floats, modulo the
+// range of Word: pieces far apart may be taken to overlap, but no overlap is missed.
 template <typename Word, int Written, int All>
 class Extents {
  public:
@@ -23,8 +23,8 @@ class Extents {
     ++size_;
   }
 
-  // How often a written piece overlaps another, once for each of two written ones. Two overlap if
-  // each begins before the other ends: if both distances are negative.
+  // How many pairs of a written piece and another one overlap; two written ones count twice. Pieces
+  // overlap if each begins before the other ends, that is if both differences are negative.
   Word overlaps() const {
     Words found{};
     for (int w = 0; w < Written; ++w) {
@@ -44,7 +44,7 @@ class Extents {
   static constexpr int kWords = static_cast<int>(sizeof(Words) / sizeof(Word));
   static constexpr int kRounded = (All + kWords - 1) / kWords * kWords;
 
-  Word begin_[kRounded] = {}, end_[kRounded] = {};  // the last ones may be empty
+  Word begin_[kRounded] = {}, end_[kRounded] = {};  // padded with empty pieces
   int size_ = 0;
 };
 
@@ -80,7 +80,7 @@ bool are_independent_by(const SChannelStrip_Alg_Context* const* strips, int64_t 
   return extents.overlaps() == in_place;
 }
 
-// Short words are quicker to compare, and mostly enough.
+// 32-bit words are quicker to compare. Only what they take to overlap is compared with all 64 bits.
 template <int Channels, int Strips>
 bool are_independent(const SChannelStrip_Alg_Context* const* strips, int64_t samples) {
   return are_independent_by<uint32_t, Channels, Strips>(strips, samples) ||

@@ -1,6 +1,7 @@
-// One mono instance by itself, for the length of a call: the order of the stages, as wide_strip.h
-// has it, where channels would leave lanes idle. Lanes are bands in the equaliser and samples of a
-// quad in what has no memory; what has one takes a sample after the other.
+// One mono instance by itself, for the length of a call. wide_strip.h, with a lane per channel,
+// would leave most lanes idle. Here lanes are bands in the equaliser; in the dynamics and meters,
+// stages without state process the four samples of a quad at once, stages with state go sample by
+// sample.
 
 #pragma once
 
@@ -32,8 +33,8 @@ class MonoStrip {
     output_peak_ = broadcast<V>(peaks_[1]);
   }
 
-  // Each stage works on an earlier quad than the one after it in the loop, so that one's chain from
-  // sample to sample hides behind the others' arithmetic.
+  // The stages are pipelined: in one iteration each works on another quad, so that the dependency
+  // chain of one from sample to sample overlaps with the arithmetic of the others.
   CHANNELSTRIP_INLINE void process() {
     for (int32_t q = 0; q < quads_ + kLeave; ++q) {
       if (is_quad(q - kLeave)) leave(q - kLeave);
@@ -61,7 +62,7 @@ class MonoStrip {
   using Mono = Layout<1, 1, 1>;
   using V = Lanes<kQuad>;
 
-  // How many quads behind the first other stages are.
+  // How many quads each stage lags behind the input.
   static constexpr int kKey = 3, kDetect = 4, kTargets = 5, kSmooth = 6, kGains = 7,
                        kGained = EqCascade::kPostDelay, kLeave = 11;
   static constexpr int kPassing = 16;  // a power of two above kLeave
@@ -70,7 +71,7 @@ class MonoStrip {
   // A quad on its way through the strip.
   struct Passing {
     V input, audio;
-    V detection[kQuad];  // in the first lane
+    V detection[kQuad];  // in the first lane alone
     GainQuad<V, 1> gain;
   };
 
@@ -81,7 +82,7 @@ class MonoStrip {
     return static_cast<uint32_t>(q) < static_cast<uint32_t>(quads_);
   }
 
-  // Takes in one quad, and gives an earlier one its gain.
+  // Feeds both passes: one with the input, the other with an earlier quad, its gain applied.
   CHANNELSTRIP_INLINE void equalise(int32_t q) {
     V before{}, after{};
     if (is_quad(q)) before = passing(q).input = load<V>((*strip_)->inputs[0] + q * kQuad);
@@ -114,7 +115,7 @@ class MonoStrip {
   CHANNELSTRIP_INLINE void leave(int32_t q) {
     float* const to = (*strip_)->outputs[0];
     V y = eq_.given(1, q);
-    // In place, the input is the processed audio by the time it is metered.
+    // Metering comes last: in place, the input is by then the processed audio.
     const V x = to == (*strip_)->inputs[0] ? y : passing(q).input;
     if (coefs_.bypass > 0) y = x;
     meter(input_peak_, output_peak_, x, y, broadcast<V>(coefs_.inputMeterGain));
@@ -135,7 +136,7 @@ class MonoStrip {
   CurveCoefs curves_;
   GroupCoefs<V> groups_;
   GroupState<V> group_state_;
-  V rate_;  // of range and makeup
+  V rate_;  // weight per quad of ranges and makeup
   ReadoutLanes<Mono> readouts_;
   const Dyn_SCoefsBlock& coefs_;
   float* peaks_;

@@ -1,8 +1,8 @@
-// Instances of one stem format side by side in lanes, for the length of a call: the order of the
-// stages, as channel_strip.h has it for one instance in memory.
+// Instances of one stem format side by side in lanes, for the length of a call: the same stages in
+// the same order as channel_strip.h runs them on one instance in memory.
 //
 // Everything is loaded from the records once, processed quad by quad, and stored once. That is
-// right only where nothing that is written overlaps anything else that is used.
+// right only where nothing that is written overlaps anything else in use (independence.h).
 
 #pragma once
 
@@ -38,8 +38,9 @@ class WideStrip {
         [&](int lane) { return strips[Layout::strip_of_group_lane(lane)]->dynState[0].dezipRate; });
   }
 
-  // Each stage works on an earlier quad than the one after it in the loop, so that one's chain from
-  // sample to sample hides behind the others' arithmetic.
+  // The stages are pipelined: in one iteration they work on different quads, so that the dependency
+  // chain of one from sample to sample overlaps with the arithmetic of others. Stages that work on
+  // the same quad stand in their order.
   CHANNELSTRIP_INLINE void process(int32_t quads) {
     const auto is_quad = [=](int32_t q) {
       return static_cast<uint32_t>(q) < static_cast<uint32_t>(quads);
@@ -69,12 +70,13 @@ class WideStrip {
   using Channel = typename Layout::Channel;
   using Group = typename Layout::Group;
 
-  // How many quads behind the start the other stages are. One strip's work is mostly waiting.
+  // How many quads each stage lags behind start. A single strip would spend most of its time
+  // waiting for results, so its pipeline is deeper.
   static constexpr bool kAlone = Layout::kStrips == 1;
   static constexpr int kKey = kAlone ? 1 : 0, kDetect = kAlone ? 2 : 0;
   static constexpr int kTargets = kAlone ? 3 : 1, kSmooth = kAlone ? 4 : 1;
   static constexpr int kGains = kAlone ? 5 : 2, kFinish = kAlone ? 6 : 2;
-  // A quad leaves before another one starts in its place.
+  // In one iteration a quad is finished before another one starts in its place.
   static constexpr int kPassing = power_of_two_from(kFinish);
 
   // A quad on its way through the strip.
@@ -134,7 +136,7 @@ class WideStrip {
   CurveCoefs curves_;
   GroupCoefs<Group> groups_;
   GroupState<Group> group_state_;
-  Group rate_;  // of range and makeup
+  Group rate_;  // weight per quad of ranges and makeup
   ReadoutLanes<Layout> readouts_;
   MeterLanes<Layout> meters_;
 };

@@ -1,4 +1,4 @@
-// Quads between the host's buffers, one a channel, and lanes, one a channel.
+// Moves a quad of every channel between the host's buffers and lanes, one lane per channel.
 
 #pragma once
 
@@ -22,7 +22,7 @@ CHANNELSTRIP_INLINE void load_lanes(V (&quad)[4], const float* const* buffers, i
   }
 }
 
-// Null: a lane that is not stored.
+// The reverse. A lane whose buffer is null isn't stored.
 template <typename V>
 CHANNELSTRIP_INLINE void store_lanes(const V (&quad)[4], float* const* buffers, int32_t offset) {
   for (int part = 0; part < kWidth<V> / 4; ++part) {

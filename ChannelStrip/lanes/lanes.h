@@ -1,8 +1,9 @@
 // Lanes<W>: W floats side by side in one register, or in several where registers are narrower.
 //
-// The compilers' vector types bring arithmetic and comparisons along; a comparison gives a mask of
-// all ones or zeros per lane. What they lack is here, in the same words for a plain float, so that
-// a rule is written once over V: float or Lanes<W>. Nothing else knows an intrinsic.
+// The compilers' vector types have arithmetic and comparisons; a comparison gives a mask with all
+// bits of a lane set or clear. This header adds the operations they lack, each for a plain float as
+// well, so that every rule of the strip is written once, for a V that is float or Lanes<W>. No
+// other file uses intrinsics.
 
 #pragma once
 
@@ -20,7 +21,7 @@ namespace channelstrip {
 
 #define CHANNELSTRIP_INLINE inline __attribute__((always_inline))
 
-// Floats in a register that is worth filling.
+// Floats per vector register, for which the work is laid out; with AVX-512 too it is 8.
 #if defined(__AVX__)
 constexpr int kLanes = 8;
 #else
@@ -61,7 +62,7 @@ CHANNELSTRIP_INLINE V broadcast(float x) {
   if constexpr (kWidth<V> == 1) return x;
 }
 
-// One lane of a number, an integer or a mask.
+// One lane of floats, integers or a mask; of a plain value, the value itself.
 template <typename T>
 CHANNELSTRIP_INLINE auto lane_of(T x, int lane) {
   if constexpr (sizeof(T) <= 4)
@@ -70,7 +71,7 @@ CHANNELSTRIP_INLINE auto lane_of(T x, int lane) {
     return x[lane];
 }
 
-// The low and the high four of eight, and both together.
+// The low four and the high four of eight lanes; four and four joined to eight.
 CHANNELSTRIP_INLINE Lanes<4> low_half(Lanes<8> x) {
   return __builtin_shufflevector(x, x, 0, 1, 2, 3);
 }
@@ -81,7 +82,7 @@ CHANNELSTRIP_INLINE Lanes<8> join(Lanes<4> low, Lanes<4> high) {
   return __builtin_shufflevector(low, high, 0, 1, 2, 3, 4, 5, 6, 7);
 }
 
-// a b + c, rounded once where the target can.
+// a b + c, rounded once where the target has a fused multiply-add.
 CHANNELSTRIP_INLINE float fused(float a, float b, float c) {
   return channelstrip_fused(a, b, c);
 }
@@ -102,7 +103,7 @@ CHANNELSTRIP_INLINE V fused(V a, V b, V c) {
 #endif
 }
 
-// `a` where the mask is set, otherwise `b`; of numbers, integers or masks.
+// `a` where the mask is set, otherwise `b`; for floats, integers or masks.
 template <typename T>
 CHANNELSTRIP_INLINE T select(bool mask, T a, T b) {
   return mask ? a : b;
@@ -119,7 +120,7 @@ CHANNELSTRIP_INLINE T select(M mask, T a, T b) {
 #endif
 }
 
-// Whether any bit of integers in lanes is set.
+// Whether any bit of any lane is set.
 template <typename Ints>
 CHANNELSTRIP_INLINE bool any_bit(Ints x) {
   int64_t words[sizeof x / 8];
@@ -129,7 +130,7 @@ CHANNELSTRIP_INLINE bool any_bit(Ints x) {
   return bits != 0;
 }
 
-// To another type of number, lane by lane.
+// The same numbers in another type, lane by lane.
 template <typename To, typename From>
 CHANNELSTRIP_INLINE To convert(From x) {
   if constexpr (sizeof(From) <= sizeof(double)) {
@@ -147,8 +148,9 @@ CHANNELSTRIP_INLINE V magnitude(V x) {
   return (V)((IntsOf<V>)x & 0x7FFFFFFF);
 }
 
-// The running maximum of every meter and readout. Strictly greater, so a NaN never enters and one
-// that is there stays until the host resets it.
+// The running maximum of every meter and readout: keeps what is held unless the value is strictly
+// greater. So a NaN never enters, and one that is held stays until the host resets it. The
+// intrinsics return their second operand for NaN and for equal zeros, as the comparison does.
 CHANNELSTRIP_INLINE float maximum(float held, float value) {
   return value > held ? value : held;
 }
@@ -171,7 +173,7 @@ CHANNELSTRIP_INLINE V minimum(V held, V value) {
   return value < held ? value : held;
 }
 
-// to[i] = from[index[i]]; the indices fill the wider of both types.
+// to[i] = from[index[i]]. `index` holds as many numbers as the wider of the two types has lanes.
 template <typename To, typename From>
 CHANNELSTRIP_INLINE To pick_lanes(From from, const int32_t* index) {
 #if defined(__AVX2__)

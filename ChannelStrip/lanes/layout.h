@@ -1,8 +1,8 @@
-// Which channel and which link group a lane is.
+// Which lane holds which channel or link group.
 //
-// Strips instances of one stem format stand side by side. Each takes a power of two of lanes for
-// its channels, and one for its link groups; what is left over repeats the strip's first channel
-// and is never stored.
+// `Strips` instances of one stem format are processed side by side. Each takes a power of two of
+// lanes for its channels, and another power of two for its link groups. Spare channel lanes repeat
+// the strip's first channel; spare lanes are never stored.
 
 #pragma once
 
@@ -21,8 +21,8 @@ struct Layout {
   static constexpr int kGroupStride = power_of_two_from(Groups);
   static constexpr int kChannelLanes = Strips * kChannelStride > 4 ? Strips* kChannelStride : 4;
   static constexpr int kGroupLanes = Strips * kGroupStride > 4 ? Strips* kGroupStride : 4;
-  // From one sample's groups to the next sample's, where no lane is wasted. The lanes of several
-  // strips come round in whole registers.
+  // Floats from one sample's groups to the next sample's in Rows: a single strip's groups are
+  // packed without gaps, those of several strips keep their lanes.
   static constexpr int kStride = Strips == 1 ? Groups : kGroupLanes;
 
   using Channel = Lanes<kChannelLanes>;
@@ -36,7 +36,7 @@ struct Layout {
   static constexpr int channel_of(int lane) { return is_channel(lane) ? lane % kChannelStride : 0; }
 };
 
-// Lanes filled by a function of their number.
+// A vector with value(lane) in every lane.
 template <typename V, typename Function>
 CHANNELSTRIP_INLINE V fill(Function value) {
   using Element = decltype(value(0));
@@ -48,7 +48,7 @@ CHANNELSTRIP_INLINE V fill(Function value) {
   return filled;
 }
 
-// A mask of what a function says of a lane's number.
+// A mask of the lanes for which holds(lane) is true.
 template <typename V, typename Function>
 CHANNELSTRIP_INLINE MaskOf<V> fill_mask(Function holds) {
   return fill<IntsOf<V>>([&](int lane) { return holds(lane) ? -1 : 0; });

@@ -1,4 +1,4 @@
-// Lanes between registers and memory, and from one place in a register to another.
+// Loads, stores and transposition of vectors.
 
 #pragma once
 
@@ -18,7 +18,7 @@ CHANNELSTRIP_INLINE void store(void* to, V x) {
   __builtin_memcpy(to, &x, sizeof x);
 }
 
-// Four vectors of four, rows made columns.
+// Four vectors of four lanes: rows become columns.
 CHANNELSTRIP_INLINE void transpose(Lanes<4> (&m)[4]) {
   const Lanes<4> a = __builtin_shufflevector(m[0], m[1], 0, 4, 1, 5);
   const Lanes<4> b = __builtin_shufflevector(m[2], m[3], 0, 4, 1, 5);

@@ -1,5 +1,5 @@
-// The two units of time: stages are called with quads of four consecutive samples of a channel,
-// calls process blocks of four quads.
+// The two units of time. Stages are called with a quad, four consecutive samples of a channel;
+// sample counts are rounded up to whole blocks, after which the meters run.
 
 #pragma once
 
@@ -8,7 +8,7 @@ namespace channelstrip {
 constexpr int kQuad = 4;
 constexpr int kBlock = 4 * kQuad;
 
-// Read whole before anything is written, so that an output may be any channel's input.
+// A quad is read whole before any of it is written, so that an output may be any channel's input.
 inline void load_quad(float (&quad)[kQuad], const float* samples) {
   for (int k = 0; k < kQuad; ++k) quad[k] = samples[k];
 }

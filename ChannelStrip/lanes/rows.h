@@ -1,9 +1,11 @@
-// Four samples of what the lanes of V are, of which Stride low ones matter, without gaps in memory:
-// so that work without memory from sample to sample fills its registers whatever the number of
-// lanes.
+// The quad of every link group: four rows, one per sample, each the Stride low lanes of a V. Rows
+// are packed without gaps, so that stages without state from sample to sample (map) process them in
+// full registers, whatever Stride is; stages with state go row by row.
 //
-// A row reaches over its end into the next one, which is therefore written after it. Rows that were
-// just written are slow to map, and just mapped ones slow to read: better a stage later.
+// A row is loaded and stored as a whole V, which reaches past its end into the next rows. Rows are
+// therefore set in ascending order. Reading a row right after map wrote it with another width, or
+// mapping rows right after they were set, is slow: store forwarding fails. A later stage of the
+// pipeline should do it.
 
 #pragma once
 
@@ -11,14 +13,14 @@
 
 namespace channelstrip {
 
-// Tells a function how many low lanes of its argument matter.
+// Tells a function that only the Count low lanes of its argument are used.
 template <int Count>
 struct Used {};
 
 template <typename V, int Stride>
 class Rows {
  public:
-  // What stands behind the last row is read along with it.
+  // Loading the last row reads the floats behind it too.
   CHANNELSTRIP_INLINE Rows() {
     for (int i = kCount; i < kRoom; ++i) numbers_[i] = 0.0f;
   }
@@ -26,7 +28,7 @@ class Rows {
   CHANNELSTRIP_INLINE V row(int k) const { return load<V>(numbers_ + k * Stride); }
   CHANNELSTRIP_INLINE void set_row(int k, V x) { store(numbers_ + k * Stride, x); }
 
-  // Sets all numbers to a function of those at the same place in other rows.
+  // Sets every number to `function` of the numbers at the same place in `from`, in full registers.
   template <typename Function, typename... From>
   CHANNELSTRIP_INLINE void map(Function function, const From&... from) {
     constexpr int kWhole = kCount / kLanes * kLanes;
@@ -45,7 +47,7 @@ class Rows {
   alignas(4 * kLanes) float numbers_[kRoom];
 };
 
-// Of one plain sample after the other.
+// A row is a single float, processed by itself: the scalar strip.
 template <>
 class Rows<float, 1> {
  public:

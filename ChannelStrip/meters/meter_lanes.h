@@ -29,7 +29,7 @@ class MeterLanes {
         [&](int lane) { return peaks(strip(lane))[Layout::kChannels + Layout::channel_of(lane)]; });
   }
 
-  // In place, the input is the processed audio by the time it is metered.
+  // Metering comes last: in place, the input is by then the processed audio.
   CHANNELSTRIP_INLINE void meter(const V (&input)[kQuad], V (&output)[kQuad]) {
     for (int k = 0; k < kQuad; ++k) {
       const V x = select(in_place_, output[k], input[k]);

@@ -10,7 +10,7 @@
 
 namespace channelstrip {
 
-// Raises both peaks by one input and one output, of one channel or of one a lane.
+// Updates both peaks by one input and one output sample, of one channel or of one per lane.
 template <typename V>
 CHANNELSTRIP_INLINE void meter(V& inputPeak, V& outputPeak, V x, V y, V inputGain) {
   inputPeak = maximum(inputPeak, magnitude(x * inputGain));
@@ -35,8 +35,8 @@ void meter_block(const float* const* inputs, float* const* outputs, float* input
   }
 }
 
-// Raises the N input and N output peaks by samples blockOffset to + kBlock - 1. Bypass is a hard
-// switch: the outputs become the inputs, after all other stages have run and moved their state.
+// Updates the N input and N output peaks by samples blockOffset to + kBlock - 1. Bypass is a hard
+// switch: inputs are copied to outputs after all other stages have run and updated their state.
 template <int Channels>
 void OutputMeters_AlgorithmProcessFunction(const float* const* inputs, float* const* outputs,
                                            float* inputPeaks, float* outputPeaks,
