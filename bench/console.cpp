@@ -14,7 +14,7 @@
 namespace channelstrip::bench {
 namespace {
 
-// Samples of all channels of all strips: as much as stays in a second-level cache.
+// Samples of all channels of all strips: 128 KiB, which stay in a second-level cache.
 constexpr int kProgrammeSamples = 32768;
 constexpr int kFewestCalls = 4;
 
@@ -29,7 +29,8 @@ int calls_of(const Workload& workload, const host::StemFormat& format) {
   return std::max(kProgrammeSamples / samples, kFewestCalls);
 }
 
-// More than all pieces of a console take: per channel the programme, an output buffer and records.
+// At least what all pieces of a console take: per channel the programme, an output buffer and
+// records.
 std::size_t bytes_of(const Workload& workload, const host::StemFormat& format) {
   const int samples = (calls_of(workload, format) + 1) * workload.samples;
   const std::size_t channel = static_cast<std::size_t>(samples) * sizeof(float) + 256;
@@ -65,8 +66,8 @@ class Random {
   std::mt19937 generator_;
 };
 
-// Noise whose level jumps to anywhere from -76 to 0 dB every 16 to 400 samples, so that no branch
-// on a level can be foreseen. Equal level seeds jump alike.
+// Noise whose level jumps to anywhere from -76 to 0 dB every 16 to 400 samples, so that branches on
+// the level can't be predicted. Equal level seeds jump at the same samples to the same levels.
 void fill_with_programme(std::span<float> samples, unsigned level_seed, unsigned noise_seed) {
   Random level(level_seed), noise(noise_seed);
   for (std::size_t i = 0; i < samples.size();) {
@@ -105,7 +106,7 @@ Console::Console(const Workload& workload, unsigned layout)
   rewind();
 }
 
-// The records as the host starts a strip, each in a place of its own.
+// Copies of a fresh host::Instance's records, each at a place of its own in memory.
 void Console::add_records(Strip& strip) {
   host::Instance start(format_, targets_[0]);
   strip.context = *start.prepare(strip.inputs.data(), strip.outputs.data(), workload_.samples);

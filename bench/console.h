@@ -16,25 +16,27 @@ namespace channelstrip::bench {
 
 class Console {
  public:
-  // Equal arguments make equal consoles; every layout stands elsewhere in memory.
+  // Equal arguments make equal consoles; each `layout` places the pieces elsewhere in memory.
   Console(const Workload& workload, unsigned layout);
 
   Console(const Console&) = delete;
   Console& operator=(const Console&) = delete;
 
-  // Calls that the programme lasts; frames of every strip that they process.
+  // How many calls process the whole programme, and how many frames of each strip that is.
   int calls() const { return calls_; }
   double frames() const { return static_cast<double>(calls_ * workload_.samples); }
 
-  // The strips as they stand for the next call; the first.
+  // The contexts of all strips, and that of the first.
   const SChannelStrip_Alg_Context* const* contexts() const { return contexts_.data(); }
   const SChannelStrip_Alg_Context* context() const { return contexts_.front(); }
 
   // Restores the programme, which processing in place replaces.
   void rewind();
 
+  // Processes the samples of call `index`.
   void call(AlgEntry_16_Stem* entry, int index);
 
+  // Processes the whole programme.
   void play(AlgEntry_16_Stem* entry) {
     for (int index = 0; index < calls_; ++index) call(entry, index);
   }

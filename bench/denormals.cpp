@@ -45,7 +45,7 @@ class Case {
 };
 
 void measure(std::string_view format) {
-  // Eight bands take noise at 1e-40 nowhere near 1.2e-38, the least normal number.
+  // Eight bands don't bring noise at 1e-40 anywhere near 1.2e-38, the smallest normal number.
   Case programme(format, 1, false), programme_flushed(format, 1, true);
   Case denormal(format, 1e-40f, false), denormal_flushed(format, 1e-40f, true);
   for (int turn = 0; turn < kTurns; ++turn) {

@@ -1,5 +1,6 @@
 // How the cost of a strip grows: nanoseconds per frame and strip of the library and of the tests'
-// model, in turns, as lines "panel<TAB>x<TAB>library<TAB>model" with two blank ones between panels.
+// model, in turns, as lines "panel<TAB>x<TAB>library<TAB>model"; panels are two blank lines
+// apart.
 //
 //   growth LIBRARY
 
@@ -64,7 +65,7 @@ struct Times {
   std::vector<double> library, model;
 };
 
-// Who begins alternates.
+// Library and model take turns in going first.
 void take_turns(const host::Library& library, const Workload& workload, unsigned layout,
                 Times& times) {
   const host::StemFormat& format = *host::find_stem_format(workload.format);

@@ -14,8 +14,8 @@ namespace channelstrip::bench {
 // A file that appears only when it is complete.
 class JsonFile {
  public:
-  // Without a path nothing is written. Refuses at once what it couldn't replace after the
-  // measuring.
+  // Without a path nothing is written. Throws before anything is measured if the file couldn't be
+  // replaced afterwards.
   explicit JsonFile(const std::optional<std::string>& path) {
     if (path) file_.emplace(path, std::span<const std::string>{});
   }

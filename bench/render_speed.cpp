@@ -1,8 +1,8 @@
 // What a render costs beyond the library and the files: its time divided by that of the library on
 // the same samples in memory plus that of libsndfile reading the input and writing the output, in
 // turns. 60 s of noise at 48 kHz, WAV of each sample type (16 bits dithered, as render does unless
-// told otherwise), through a strip without bands, whose library is at its fastest and everything
-// else weighs most.
+// told otherwise), through a strip without bands: there the library is at its fastest and
+// everything else weighs most.
 //
 //   render_speed LIBRARY
 
@@ -62,7 +62,7 @@ void write(const std::string& path, int channels, int type, std::vector<float>& 
   info.format = SF_FORMAT_WAV | type;
   SNDFILE* file = sf_open(path.c_str(), SFM_WRITE, &info);
   if (!file) throw std::runtime_error(path + ": " + sf_strerror(nullptr));
-  // A render writes no such chunk either, for which libsndfile looks at every float.
+  // A render writes no PEAK chunk either; for one, libsndfile would scan every float.
   sf_command(file, SFC_SET_ADD_PEAK_CHUNK, nullptr, SF_FALSE);
   for (std::size_t at = 0; at < kFrames; at += kPiece) {
     sf_writef_float(file, piece.data(), kPiece);
@@ -79,7 +79,7 @@ void read(const std::string& path, std::vector<float>& piece) {
   sf_close(file);
 }
 
-// The library alone, as well as it can be called: all of a piece at once.
+// The library alone, called to its advantage: a whole piece at once.
 void process(AlgEntry_16_Stem* entry, const host::StemFormat& format,
              const host::StripCoefficients& coefficients, const std::vector<float>& noise) {
   const auto channels = static_cast<std::size_t>(format.channels);
@@ -115,7 +115,7 @@ double measure(const std::string& library_path, const char* format_name, int typ
   std::vector<double> ratios;
   std::vector<float> buffer(piece.size());
   for (int turn = 0; turn < kTurns; ++turn) {
-    // Files that are replaced are written to the disk at once by some file systems.
+    // Some file systems write a file to the disk at once if it replaces another.
     std::filesystem::remove(out);
     std::filesystem::remove(copy);
     const double render =

@@ -1,6 +1,6 @@
-// Memory whose pieces stand at random places. Addresses that are equal modulo a page make a
-// processor take loads for dependent on stores they don't overlap; here that is neither provoked
-// nor avoided, and no piece is sure to begin with a cache line.
+// Memory with its pieces at random places. Where addresses are equal modulo a page, a processor may
+// take a load to depend on a store that it doesn't overlap; random places neither provoke nor avoid
+// that, nor do they align pieces to cache lines.
 
 #pragma once
 
@@ -18,11 +18,12 @@ namespace channelstrip::bench {
 
 class Scatter {
  public:
-  // `bytes` is what all pieces take together. Equal seeds and sizes scatter alike.
+  // `bytes` is at least what all pieces take together. Equal seeds and sizes scatter alike.
   Scatter(std::size_t bytes, unsigned seed)
       : pages_(3 * bytes / kPage + 1), used_(pages_.size() * kPage), generator_(seed) {}
 
-  // Zeros, as long as this object lives. Large pieces come first, or they may find no gap.
+  // `count` zeros, valid as long as this object. Large pieces must be asked for first: the search
+  // for a gap ends only when it finds one.
   template <typename T>
   std::span<T> pieces(std::size_t count) {
     static_assert(std::is_trivially_copyable_v<T>);
@@ -35,7 +36,7 @@ class Scatter {
     return {new (reinterpret_cast<std::byte*>(pages_.data()) + at) T[count](), count};
   }
 
-  // Pieces and gaps alike.
+  // Compares pieces and gaps, bit for bit.
   bool equals(const Scatter& other) const {
     return pages_.size() == other.pages_.size() &&
            std::memcmp(pages_.data(), other.pages_.data(), used_.size()) == 0;

@@ -47,7 +47,7 @@ host::StripCoefficients busy_coefficients(const host::StemFormat& format, bool a
   }
 
   auto coefficients = host::design_strip(settings, kSampleRate, host::default_layout(format));
-  coefficients.dezip_rate = 0.02f;  // far from its target still after 512 samples
+  coefficients.dezip_rate = 0.02f;  // a glide is still far from its target after 512 samples
   return coefficients;
 }
 

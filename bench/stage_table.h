@@ -1,4 +1,4 @@
-// Stages that run alone, timed in turns with the whole strip.
+// Times stages that run alone, in turns with the whole strip.
 
 #pragma once
 
@@ -22,7 +22,8 @@ struct Stage {
   std::vector<double> times = {}, parts = {};
 };
 
-// Prints what every stage takes a quad, and which part of the first one that is.
+// Prints how many nanoseconds every stage takes per quad, also as a fraction of what the first
+// stage, the whole strip, takes.
 inline void measure(std::string_view title, std::vector<Stage> stages) {
   constexpr int kTurns = 201;
   for (int turn = 0; turn < kTurns; ++turn) {

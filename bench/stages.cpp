@@ -1,5 +1,5 @@
-// What each stage takes of a strip, as plain loops and in lanes: every stage alone over the same
-// programme, in turns with the whole strip.
+// How much of a strip's time each stage takes, as plain loops and in lanes: every stage alone over
+// the same programme, in turns with the whole strip.
 //
 //   stages
 

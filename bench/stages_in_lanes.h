@@ -11,7 +11,7 @@
 
 namespace channelstrip::bench {
 
-// What the stages of WideStrip work with, and one quad that each of them may spoil.
+// What the stages of WideStrip work on, and one quad that each of them may overwrite.
 template <typename Layout>
 struct LaneStages {
   using Channel = typename Layout::Channel;

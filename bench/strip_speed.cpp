@@ -46,7 +46,7 @@ struct Contest {
     }
   }
 
-  // Who begins alternates: the others find what the first has left in the caches.
+  // All take turns in going first, as the others find in the caches what the first has left there.
   void take_turns(unsigned layout, int turns) {
     Console console(row.workload, layout);
     const bool in_place = row.workload.variant == Variant::kInPlace;

@@ -1,5 +1,6 @@
-// What programs that measure by turns share: every figure is a median over turns that the rivals
-// take one right after the other in one process, so that what else the machine does hits all alike.
+// What programs share that measure in turns: in each turn all candidates run one right after the
+// other in one process, so that other load on the machine hits all alike; every figure is a median
+// over the turns.
 
 #pragma once
 
@@ -11,7 +12,7 @@
 
 namespace channelstrip::bench {
 
-// A thread that moves finds cold caches.
+// A thread that moves to another processor finds cold caches there.
 inline void stay_on_this_processor() {
   cpu_set_t processors;
   CPU_ZERO(&processors);

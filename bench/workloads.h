@@ -19,8 +19,8 @@ struct Workload {
   int strips;   // processed by one call
   int samples;  // per call
   Variant variant;
-  double target;        // times faster; 0: none, the row counts in no mean
-  int bands = 8;        // that run, half of them before the dynamics
+  double target;        // times faster; 0: none, and the row is left out of the mean
+  int bands = 8;        // that run, the first four before the dynamics
   int link_groups = 8;  // in use, as far as the format has them
 
   // "7.1 x16, gliding"
@@ -41,7 +41,7 @@ inline constexpr Workload kWorkloads[] = {
     {"7.1", 1, 512, Variant::kAllBefore, 0},  {"Stereo", 1, 512, Variant::kInPlace, 0},
 };
 
-// Over all rows that have a target. Wider registers are to do more.
+// Geometric mean over all rows that have a target; with AVX-512, more is expected.
 #if defined(__AVX512F__)
 inline constexpr double kMeanTarget = 5.0;
 #else

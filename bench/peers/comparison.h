@@ -20,7 +20,7 @@ class Comparison {
   // Throws std::runtime_error when the library can't be loaded.
   explicit Comparison(const std::string& library);
 
-  // ChannelStrip first. A peer that can't be had is among them, with the reason.
+  // ChannelStrip first. A peer that can't be measured is among them, with the reason.
   std::vector<Subject> run();
 
  private:

@@ -12,8 +12,8 @@
 namespace channelstrip::bench {
 namespace {
 
-// A plugin may ask from a thread of its own. A URI's number is its index plus one; elements of a
-// deque stay where they are, and so does the text that unmapping returns.
+// Plugins may map URIs from threads of their own. A URI's number is its index plus one; elements of
+// a deque stay where they are, and so does the text that unmapping returns.
 struct Uris {
   std::mutex mutex;
   std::deque<std::string> uris;

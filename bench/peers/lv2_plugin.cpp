@@ -29,7 +29,8 @@ void require_offered(const LilvPlugin* plugin, const Lv2Features& features) {
   }
 }
 
-// Messages are rare and small, but some plugins lay out what they may send to a display.
+// The size of an atom port's buffer. Messages are rare and small, but some plugins ask for room for
+// what they may send to a display.
 std::size_t atom_bytes(LilvWorld* world, const LilvPlugin* plugin, const LilvPort* port) {
   const LilvNodeOwner least(
       lilv_port_get(plugin, port, uri_node(world, LV2_RESIZE_PORT__minimumSize).get()));
@@ -119,7 +120,7 @@ void Lv2Plugin::connect_ports() {
   const auto connect = [&](std::uint32_t port, void* data) {
     lilv_instance_connect_port(instance_.get(), port, data);
   };
-  // Every port holds a float, unless one of the next lines says otherwise.
+  // Connects every port to a float, then those of other types to their buffers.
   for (std::uint32_t i = 0; i < controls_.size(); ++i) connect(i, &controls_[i]);
   for (AtomPort& atom : atoms_) connect(atom.port, atom.buffer.data());
   for (const std::uint32_t port : input_ports_) connect(port, silence_.data());
@@ -127,14 +128,14 @@ void Lv2Plugin::connect_ports() {
 }
 
 void Lv2Plugin::connect_input(int channel, const float* samples) {
-  // LV2's function takes any port's buffer; a plugin doesn't write to an input.
+  // The function takes a pointer to non-const for any port; a plugin doesn't write to an input.
   lilv_instance_connect_port(instance_.get(), input_ports_[index(channel)],
                              const_cast<float*>(samples));
 }
 
 void Lv2Plugin::run() {
   for (AtomPort& port : atoms_) {
-    // No event comes in; an output says how much room it has.
+    // Inputs get no events; outputs are told how much room they have.
     const std::size_t room = port.buffer.size() * sizeof(std::uint64_t) - sizeof(LV2_Atom);
     auto* sequence = reinterpret_cast<LV2_Atom_Sequence*>(port.buffer.data());
     sequence->atom.size =

@@ -15,7 +15,7 @@
 
 namespace channelstrip::bench {
 
-// Calls a function of the C library's on what it owns.
+// A deleter that calls a function of lilv's.
 template <auto kFree>
 struct FreeWith {
   void operator()(auto* object) const { kFree(object); }
@@ -33,8 +33,8 @@ struct PluginSettings {
 
 class Lv2Plugin {
  public:
-  // Throws std::runtime_error, one line, when the plugin isn't installed, can't be had in so many
-  // channels, asks for more than Lv2Features offers or has no such control or range.
+  // Throws std::runtime_error, one line, when the plugin isn't installed, doesn't have that
+  // many channels, asks for more than Lv2Features offers or has no such control or range.
   Lv2Plugin(LilvWorld* world, const PluginSettings& settings, double sample_rate, int channels,
             int samples_per_call);
 
@@ -77,7 +77,7 @@ class Lv2Plugin {
   LV2_URID sequence_type_ = urid(LV2_ATOM__Sequence);
   LV2_URID chunk_type_ = urid(LV2_ATOM__Chunk);
   const float* latency_ = nullptr;
-  std::unique_ptr<LilvInstance, End> instance_;  // ends before what it is connected to
+  std::unique_ptr<LilvInstance, End> instance_;  // ends before the buffers that it is connected to
 };
 
 }  // namespace channelstrip::bench

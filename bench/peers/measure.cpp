@@ -27,7 +27,7 @@ std::vector<double> measure(const std::vector<Processor*>& processors, int chann
   std::vector<std::vector<double>> times(processors.size());
   for (int turn = 0; turn < kTurns; ++turn) {
     for (std::size_t i = 0; i < processors.size(); ++i) {
-      const host::FlushDenormals flushed;  // whatever the one before left
+      const host::FlushDenormals flushed;  // whatever mode the one before left
       times[i].push_back(nanoseconds([&] { play(*processors[i], audio, samples_per_call); }));
     }
   }

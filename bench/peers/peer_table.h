@@ -9,7 +9,7 @@
 
 namespace channelstrip::bench {
 
-// One plugin of a peer, as the table has it. An empty URI: there is none for so many channels.
+// One plugin of a peer, as in the table. An empty URI: it has no variant for that channel count.
 struct PeerPlugin {
   Stage stage;
   std::string mono, stereo;

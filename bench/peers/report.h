@@ -20,7 +20,7 @@ inline constexpr std::array<Case, 4> kCases{{{1, 64}, {1, 512}, {2, 64}, {2, 512
 // As find_stem_format knows it.
 std::string_view format_name(int channels);
 
-// ChannelStrip or a peer; what is mapped is mapped by channels.
+// ChannelStrip or a peer. Maps are by channel count.
 struct Subject {
   std::string name;
   std::string package = {};

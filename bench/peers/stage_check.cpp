@@ -54,7 +54,7 @@ void check(Stage stage, const std::string& name, const Passages& passages) {
   }
   if (stage == Stage::kGate) require(loud.gain() > -3, name, "doesn't open", passages);
   if (stage == Stage::kCompressor) {
-    // Some make up for what they take, so that soft passages become louder.
+    // Some apply makeup gain, so that soft passages become louder.
     require(loud.gain() < soft.gain() - 6, name, "doesn't compress", passages);
   }
   if (stage == Stage::kStrip) require(loud.gain() < -6, name, "doesn't compress", passages);

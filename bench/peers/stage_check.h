@@ -1,4 +1,5 @@
-// Whether every stage does its work on the programme: a figure of a plugin at rest says nothing.
+// Checks that every stage has an effect on the programme: timing a plugin that does nothing would
+// say nothing.
 
 #pragma once
 
