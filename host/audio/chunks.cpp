@@ -4,7 +4,10 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <initializer_list>
+
+#include "byte_order.h"
 
 namespace channelstrip::host {
 namespace {
@@ -12,7 +15,7 @@ namespace {
 struct Syntax {
   std::size_t start = 0;       // of the first chunk
   std::size_t size_bytes = 0;  // of a chunk's size
-  bool big_endian = false;
+  std::endian order = std::endian::little;
   std::size_t alignment = 1;        // to which a chunk's data is padded
   std::string_view format_id = {};  // the chunk that others may follow
 };
@@ -20,38 +23,23 @@ struct Syntax {
 Syntax syntax(ChunkFamily family) {
   switch (family) {
     case ChunkFamily::kRiff:
-      return {12, 4, false, 2, "fmt "};
+      return {12, 4, std::endian::little, 2, "fmt "};
     case ChunkFamily::kAiff:
-      return {12, 4, true, 2, "COMM"};
+      return {12, 4, std::endian::big, 2, "COMM"};
     case ChunkFamily::kCaf:
-      return {8, 8, true, 1, "desc"};
+      return {8, 8, std::endian::big, 1, "desc"};
     case ChunkFamily::kNone:
       break;
   }
   return {};
 }
 
-std::uint64_t number(std::string_view bytes, bool big_endian) {
-  std::uint64_t value = 0;
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
-    const char byte = bytes[big_endian ? i : bytes.size() - 1 - i];
-    value = value << 8 | static_cast<unsigned char>(byte);
-  }
-  return value;
-}
-
-void put_number(std::uint64_t value, bool big_endian, std::span<char> bytes) {
-  for (std::size_t i = 0; i < bytes.size(); ++i, value >>= 8) {
-    bytes[big_endian ? bytes.size() - 1 - i : i] = static_cast<char>(value & 0xFF);
-  }
-}
-
 std::uint64_t padded(std::uint64_t size, const Syntax& rules) {
   return (size + rules.alignment - 1) / rules.alignment * rules.alignment;
 }
 
-void raise(std::span<char> bytes, bool big_endian, std::uint64_t growth) {
-  put_number(number({bytes.data(), bytes.size()}, big_endian) + growth, big_endian, bytes);
+void add_to_size(std::span<char> bytes, std::endian order, std::uint64_t growth) {
+  write_integer(read_integer({bytes.data(), bytes.size()}, order) + growth, order, bytes);
 }
 
 }  // namespace
@@ -99,7 +87,7 @@ std::string serialised(ChunkFamily family, std::span<const Chunk> chunks) {
   std::string bytes;
   for (const Chunk& chunk : chunks) {
     std::array<char, 8> size = {};
-    put_number(chunk.data.size(), rules.big_endian, std::span(size).first(rules.size_bytes));
+    write_integer(chunk.data.size(), rules.order, std::span(size).first(rules.size_bytes));
     bytes += chunk.id;
     bytes.append(size.data(), rules.size_bytes);
     bytes += chunk.data;
@@ -112,7 +100,7 @@ std::vector<Chunk> list_entries(std::string_view list) {
   const Syntax rules = syntax(ChunkFamily::kRiff);
   std::vector<Chunk> entries;
   for (std::size_t at = 4; at + 8 <= list.size();) {
-    const std::uint64_t size = number(list.substr(at + 4, 4), rules.big_endian);
+    const std::uint64_t size = read_integer(list.substr(at + 4, 4), rules.order);
     entries.push_back({std::string(list.substr(at, 4)), std::string(list.substr(at + 8, size))});
     at += 8 + padded(size, rules);
   }
@@ -123,10 +111,10 @@ std::size_t open_size(std::string_view header, std::uint64_t length) {
   constexpr std::uint64_t kUnknown = 0xFFFFFFFF;
   if (header.size() < 12 || !header.starts_with("RIFF") || header.substr(8, 4) != "WAVE") return 0;
   const Syntax rules = syntax(ChunkFamily::kRiff);
-  const std::uint64_t stated = number(header.substr(4, 4), rules.big_endian);
+  const std::uint64_t stated = read_integer(header.substr(4, 4), rules.order);
   if (stated != kUnknown && stated + 8 >= length) return 0;
   for (std::size_t at = rules.start; at + 8 < header.size();) {
-    const std::uint64_t size = number(header.substr(at + 4, 4), rules.big_endian);
+    const std::uint64_t size = read_integer(header.substr(at + 4, 4), rules.order);
     if (header.substr(at, 4) == "data") return size == 0 ? at + 4 : 0;
     at += 8 + padded(size, rules);
   }
@@ -137,7 +125,7 @@ std::size_t chunks_offset(ChunkFamily family, std::string_view header) {
   const Syntax rules = syntax(family);
   for (std::size_t at = rules.start; at + 4 + rules.size_bytes <= header.size();) {
     const std::string_view id = header.substr(at, 4);
-    const std::uint64_t size = number(header.substr(at + 4, rules.size_bytes), rules.big_endian);
+    const std::uint64_t size = read_integer(header.substr(at + 4, rules.size_bytes), rules.order);
     const std::uint64_t end = at + 4 + rules.size_bytes + padded(size, rules);
     if (end > header.size()) break;
     at = end;
@@ -147,11 +135,12 @@ std::size_t chunks_offset(ChunkFamily family, std::string_view header) {
 }
 
 void grow(ChunkFamily family, std::span<char> header, std::uint64_t growth) {
-  if (family == ChunkFamily::kAiff) raise(header.subspan(4, 4), true, growth);
+  const std::endian order = syntax(family).order;
+  if (family == ChunkFamily::kAiff) add_to_size(header.subspan(4, 4), order, growth);
   if (family != ChunkFamily::kRiff) return;
-  // RF64 leaves the 32 bits unused and counts in 64 in the chunk ds64, which comes first.
+  // RF64 leaves the 32-bit size unused; its first chunk, ds64, holds a 64-bit one.
   const bool rf64 = std::string_view(header.data(), 4) == "RF64";
-  raise(rf64 ? header.subspan(20, 8) : header.subspan(4, 4), false, growth);
+  add_to_size(rf64 ? header.subspan(20, 8) : header.subspan(4, 4), order, growth);
 }
 
 }  // namespace channelstrip::host

@@ -44,7 +44,7 @@ std::vector<Chunk> list_entries(std::string_view list);
 // the end that it states. 0 in any other file.
 std::size_t open_size(std::string_view header, std::uint64_t length);
 
-// The bytes of `header` that count the whole file's size, if any, raised by `growth` in place.
+// Adds `growth` bytes to the field of `header` that states the whole file's size, if it has one.
 void grow(ChunkFamily family, std::span<char> header, std::uint64_t growth);
 
 }  // namespace channelstrip::host

@@ -1,39 +1,43 @@
 #include "cue_chunks.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cstdint>
 #include <initializer_list>
 #include <iterator>
 #include <string>
 #include <string_view>
 
+#include "byte_order.h"
+
 namespace channelstrip::host {
 namespace {
 
-std::string little_endian(std::initializer_list<std::uint32_t> values) {
+std::string words(std::initializer_list<std::uint32_t> values) {
   std::string bytes;
   for (const std::uint32_t value : values) {
-    for (int shift = 0; shift < 32; shift += 8) bytes += static_cast<char>(value >> shift & 0xFF);
+    std::array<char, 4> word = {};
+    write_integer(value, std::endian::little, word);
+    bytes.append(word.data(), word.size());
   }
   return bytes;
 }
 
-std::uint32_t number(std::string_view bytes) {
-  std::uint32_t value = 0;
-  for (std::size_t i = 4; i-- > 0;) value = value << 8 | static_cast<unsigned char>(bytes.at(i));
-  return value;
+std::uint32_t word_at(std::size_t offset, std::string_view bytes) {
+  return static_cast<std::uint32_t>(read_integer(bytes.substr(offset, 4), std::endian::little));
 }
 
 std::uint32_t identifier(const SF_CUE_POINT& cue) {
   return static_cast<std::uint32_t>(cue.indx);
 }
 
-// Frames from the beginning, once in the order of playing and once in the data.
+// Each cue's offset, in frames from the beginning, stands twice: as its position in the play order
+// and in the chunk "data".
 Chunk places(const std::vector<SF_CUE_POINT>& cues) {
-  std::string data = little_endian({static_cast<std::uint32_t>(cues.size())});
+  std::string data = words({static_cast<std::uint32_t>(cues.size())});
   for (const SF_CUE_POINT& cue : cues) {
-    data += little_endian({identifier(cue), cue.sample_offset}) + "data" +
-            little_endian({0, 0, cue.sample_offset});
+    data += words({identifier(cue), cue.sample_offset}) + "data" + words({0, 0, cue.sample_offset});
   }
   return {"cue ", data};
 }
@@ -43,18 +47,18 @@ std::vector<Chunk> names(const std::vector<SF_CUE_POINT>& cues) {
   for (const SF_CUE_POINT& cue : cues) {
     const std::string_view name = cue.name;
     if (name.empty()) continue;
-    labels.push_back({"labl", little_endian({identifier(cue)}) + std::string(name) + '\0'});
+    labels.push_back({"labl", words({identifier(cue)}) + std::string(name) + '\0'});
   }
   return labels;
 }
 
-// As many as there is room for, whatever their count says.
+// Reads as many as the chunk holds, even if its count says otherwise.
 void read_places(std::string_view data, std::vector<SF_CUE_POINT>& cues) {
-  constexpr std::size_t kSize = 24;
+  constexpr std::size_t kSize = 24;  // bytes per cue
   for (std::size_t at = 4; at + kSize <= data.size(); at += kSize) {
     SF_CUE_POINT cue = {};
-    cue.indx = static_cast<std::int32_t>(number(data.substr(at)));
-    cue.sample_offset = number(data.substr(at + 20));
+    cue.indx = static_cast<std::int32_t>(word_at(at, data));
+    cue.sample_offset = word_at(at + 20, data);
     cues.push_back(cue);
   }
 }
@@ -63,7 +67,7 @@ void read_name(std::string_view data, std::vector<SF_CUE_POINT>& cues) {
   if (data.size() < 4) return;
   const std::string_view name = data.substr(4, std::size(SF_CUE_POINT{}.name) - 1);
   for (SF_CUE_POINT& cue : cues) {
-    if (identifier(cue) == number(data)) *std::ranges::copy(name, cue.name).out = '\0';
+    if (identifier(cue) == word_at(0, data)) *std::ranges::copy(name, cue.name).out = '\0';
   }
 }
 
