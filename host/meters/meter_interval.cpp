@@ -6,12 +6,12 @@
 namespace channelstrip::host {
 namespace {
 
-void raise(std::vector<float>& held, std::span<const float> values) {
+void hold_maximum(std::vector<float>& held, std::span<const float> values) {
   std::ranges::transform(held, values, held.begin(),
                          [](float a, float b) { return a > b ? a : b; });
 }
 
-void lower(std::vector<float>& held, std::span<const float> values) {
+void hold_minimum(std::vector<float>& held, std::span<const float> values) {
   std::ranges::transform(held, values, held.begin(),
                          [](float a, float b) { return a < b ? a : b; });
 }
@@ -30,9 +30,9 @@ void IntervalMeter::add(const MeterReading& period) {
            .channel_gain = {period.channel_gain.begin(), period.channel_gain.end()}};
     return;
   }
-  raise(all.input_peak, period.input_peak);
-  raise(all.output_peak, period.output_peak);
-  lower(all.channel_gain, period.channel_gain);
+  hold_maximum(all.input_peak, period.input_peak);
+  hold_maximum(all.output_peak, period.output_peak);
+  hold_minimum(all.channel_gain, period.channel_gain);
   all.compressor_reduction = std::max(all.compressor_reduction, period.compressor_reduction);
   all.expander_reduction = std::max(all.expander_reduction, period.expander_reduction);
   if (period.gain < all.gain || (period.gain == all.gain && period.level > all.level)) {

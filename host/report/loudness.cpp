@@ -39,12 +39,12 @@ int position(std::string_view label, bool has_back_pair) {
   return found == kSpeakers.end() ? int{EBUR128_Mp000} : found->second;
 }
 
-// libebur128 gives -infinity for what the gate leaves nothing of.
+// libebur128 returns -infinity where the gate leaves nothing to measure.
 std::optional<double> if_finite(double value) {
   return std::isfinite(value) ? std::optional(value) : std::nullopt;
 }
 
-void raise(std::optional<double>& held, double value) {
+void hold_maximum(std::optional<double>& held, double value) {
   if (std::isfinite(value)) held = std::max(held.value_or(value), value);
 }
 
@@ -55,7 +55,7 @@ struct LoudnessMeter::State {
     void operator()(ebur128_state* state) const { ebur128_destroy(&state); }
   };
   std::unique_ptr<ebur128_state, Destroy> meter;
-  std::size_t frames_per_step = 0;  // 0.1 s, in which both maxima move on
+  std::size_t frames_per_step = 0;  // 0.1 s: how often both maxima are updated
   std::size_t frames = 0;           // so far
   std::optional<double> momentary = {}, short_term = {};
 
@@ -63,11 +63,11 @@ struct LoudnessMeter::State {
     double loudness = 0;
     if (frames >= 4 * frames_per_step) {
       ebur128_loudness_momentary(meter.get(), &loudness);
-      raise(momentary, loudness);
+      hold_maximum(momentary, loudness);
     }
     if (frames >= 30 * frames_per_step) {
       ebur128_loudness_shortterm(meter.get(), &loudness);
-      raise(short_term, loudness);
+      hold_maximum(short_term, loudness);
     }
   }
 };

@@ -117,14 +117,14 @@ void StripStream::call(std::size_t begin, std::size_t end) {
 
 void StripStream::read_meters() {
   const MeterReading& reading = strips_.read_meters();
-  const auto raise = [](float& held, float value) { held = std::max(held, value); };
+  const auto hold_maximum = [](float& held, float value) { held = std::max(held, value); };
   for (std::size_t c = 0; c < channels_; ++c) {
-    raise(meters_.input_peak[c], reading.input_peak[c]);
-    raise(meters_.output_peak[c], reading.output_peak[c]);
-    raise(window_gain_[c], reading.channel_gain[c]);
+    hold_maximum(meters_.input_peak[c], reading.input_peak[c]);
+    hold_maximum(meters_.output_peak[c], reading.output_peak[c]);
+    hold_maximum(window_gain_[c], reading.channel_gain[c]);
   }
-  raise(meters_.compressor_reduction, reading.compressor_reduction);
-  raise(meters_.expander_reduction, reading.expander_reduction);
+  hold_maximum(meters_.compressor_reduction, reading.compressor_reduction);
+  hold_maximum(meters_.expander_reduction, reading.expander_reduction);
   if (observer_) observer_(reading);
   strips_.reset_meters();
 }
