@@ -9,6 +9,7 @@
 #include "pcm.h"
 
 namespace channelstrip::host {
+
 AudioReader::AudioReader(const std::string& path) : name_(input_name(path)) {
   SF_INFO info = {};
   const int input = open_input(path);
@@ -34,8 +35,8 @@ std::span<const float> AudioReader::read(std::span<float> frames) {
       sf_readf_float(file_.get(), frames.data(), static_cast<sf_count_t>(frames.size() / channels));
   if (sf_error(file_.get()) != SF_ERR_NO_ERROR) fail_on(name_, sf_strerror(file_.get()));
   const std::span<const float> samples = frames.first(static_cast<std::size_t>(got) * channels);
-  if (const std::size_t odd = first_not_finite(samples); odd < samples.size()) {
-    const sf_count_t frame = position_ + static_cast<sf_count_t>(odd / channels);
+  if (const std::size_t at = first_not_finite(samples); at < samples.size()) {
+    const sf_count_t frame = position_ + static_cast<sf_count_t>(at / channels);
     fail_on(name_, fmt::format("the sample at {:.3f} s isn't a finite number",
                                static_cast<double>(frame) / format_.sample_rate));
   }

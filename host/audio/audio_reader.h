@@ -20,11 +20,11 @@ class AudioReader {
   const AudioFormat& format() const { return format_; }
   const Metadata& metadata() const { return metadata_; }
 
-  // Fills as much of `frames` as there is; less only at the file's end. Refuses samples that aren't
-  // finite: the strip's filters would never recover from one.
+  // Fills `frames` and returns the part that was filled, shorter than asked only at the end of the
+  // file. Throws for samples that aren't finite: the strip's filters would never recover from one.
   std::span<const float> read(std::span<float> frames);
 
-  // As the file says; 0 when it doesn't.
+  // The length that the file states; 0 if it states none.
   sf_count_t frames() const { return frames_; }
 
   // Frames read so far.

@@ -16,7 +16,7 @@
 namespace channelstrip::host {
 namespace {
 
-// The headers of these count bytes in 32 bits.
+// Bytes. The headers of these containers hold sizes of 32 bits.
 sf_count_t size_limit(int container) {
   switch (container) {
     case SF_FORMAT_WAV:
@@ -41,7 +41,8 @@ std::string chunks_for(const AudioFormat& format, const Metadata& metadata) {
   return serialised(family, chunks);
 }
 
-// Of a file just written, which stays open: libsndfile closes what it doesn't recognise.
+// The metadata of the file just written, which must stay open. libsndfile closes the descriptor of
+// a file that it doesn't recognise, so it gets a duplicate.
 Metadata read_back(const std::string& name, int descriptor, int container) {
   SF_INFO info = {};
   lseek(descriptor, 0, SEEK_SET);
@@ -61,7 +62,7 @@ AudioWriter::AudioWriter(const std::string& path, const AudioFormat& format,
       output_(place_->descriptor(), chunk_family(format.container),
               chunks_for(format, options_.metadata), size_limit(format.container)) {
   open();
-  // It carries the time of day: the same input shall give the same file.
+  // That chunk holds the time of day, but the same input must give the same file.
   sf_command(file_.get(), SFC_SET_ADD_PEAK_CHUNK, nullptr, SF_FALSE);
   set_channel_map();
   write_metadata(file_.get(), format.container, options_.metadata);
@@ -81,7 +82,7 @@ void AudioWriter::open() {
 }
 
 void AudioWriter::set_channel_map() {
-  // Up to two channels every container says enough by their number.
+  // One channel is mono and two are stereo in every container, without a map.
   if (format_.channels <= 2) return;
   std::vector<int> map = format_.channel_map;
   const bool is_set =
@@ -92,8 +93,8 @@ void AudioWriter::set_channel_map() {
       !is_set && (format_.container == SF_FORMAT_WAVEX || format_.container == SF_FORMAT_RF64);
 }
 
-// libsndfile fills the mask of an extensible WAV header by the number of channels, whatever they
-// are. Without speakers it is 0.
+// libsndfile guesses the mask of an extensible WAV header from the number of channels. This sets it
+// to 0, which names no speakers.
 void AudioWriter::clear_mask() {
   std::array<char, 128> header = {};
   const ssize_t got = pread(place_->descriptor(), header.data(), header.size(), 0);
@@ -123,7 +124,8 @@ void AudioWriter::write(std::span<const float> frames) {
   } else if (format_.sample_type == SF_FORMAT_FLOAT || format_.sample_type == SF_FORMAT_DOUBLE) {
     done = sf_writef_float(file_.get(), frames.data(), count);
   } else {
-    // Companded and compressed samples end at full scale too; libsndfile's tables rely on it.
+    // Companded and compressed samples can't exceed full scale either; libsndfile's tables rely on
+    // it.
     floats_.resize(frames.size());
     clipped_ += to_full_scale(frames, floats_);
     done = sf_writef_float(file_.get(), floats_.data(), count);
@@ -140,7 +142,7 @@ void AudioWriter::commit() {
   output_.finish();
   check();
   if (guesses_mask_) clear_mask();
-  // libsndfile gives FLAC its header with the first samples.
+  // libsndfile writes the header of a FLAC file only with the first samples.
   if (lseek(place_->descriptor(), 0, SEEK_END) == 0) {
     fail_on(name_, libsndfile_name(format_.container) + " can't be without samples");
   }

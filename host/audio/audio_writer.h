@@ -22,9 +22,9 @@ struct AudioWriterOptions {
   Metadata metadata = {};
 };
 
-// Frames are interleaved, full scale is 1.0. "-" is standard output. What stands at the path stays
-// as it is until commit(). The same samples give the same file, byte for byte. All errors are
-// std::runtime_error and begin with the path.
+// Frames are interleaved, full scale is 1.0. "-" is standard output. A file that exists at the path
+// stays untouched until commit(). The same samples give the same file, byte for byte. All errors
+// are std::runtime_error and begin with the path.
 class AudioWriter {
  public:
   AudioWriter(const std::string& path, const AudioFormat& format, AudioWriterOptions options = {});
@@ -34,13 +34,13 @@ class AudioWriter {
   // Completes the file and puts it in its place.
   void commit();
 
-  // Samples of any type but floating point that lay above full scale and were clamped.
+  // Samples above full scale that were clamped; none in floating-point files.
   long long clipped() const { return clipped_; }
 
-  // Whether the file says which speaker each channel feeds, if that was asked for.
+  // False if the format has a channel map that the container can't hold.
   bool keeps_channel_map() const { return keeps_channel_map_; }
 
-  // What of the metadata the file doesn't hold, each in a word or two; known after commit().
+  // The metadata that the file doesn't hold, each item in a word or two; known after commit().
   const std::vector<std::string>& lost_metadata() const { return lost_metadata_; }
 
  private:
@@ -56,7 +56,7 @@ class AudioWriter {
   SndfileOutput output_;
   Sndfile file_;
   bool keeps_channel_map_ = true;
-  bool guesses_mask_ = false;  // libsndfile, of a file that names no speakers
+  bool guesses_mask_ = false;  // libsndfile writes a guessed mask, which commit() clears
   std::vector<std::string> lost_metadata_;
   long long clipped_ = 0;
   std::uint32_t written_ = 0;  // samples, of all channels, wrapping

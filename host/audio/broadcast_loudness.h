@@ -1,4 +1,4 @@
-// The loudness that a broadcast WAV states of itself.
+// The loudness fields of a broadcast WAV file.
 
 #pragma once
 
@@ -8,9 +8,10 @@
 
 namespace channelstrip::host {
 
-// Marks it as not given, since it is that of other samples; returns whether it was given.
-// Integrated loudness, loudness range, true peak, momentary and short-term maximum stand in "bext"
-// from its version 2 on (EBU Tech 3285, 2011).
+// Sets the loudness fields of "bext" to "not given", because they describe the samples before
+// processing; returns whether any was given. The fields are integrated loudness, loudness range,
+// true peak, and the momentary and short-term maximum, in the chunk from its version 2 on (EBU Tech
+// 3285, 2011).
 bool forget_loudness(std::vector<Chunk>& chunks);
 
 }  // namespace channelstrip::host

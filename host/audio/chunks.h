@@ -19,29 +19,31 @@ struct Chunk {
   bool operator==(const Chunk&) const = default;
 };
 
-// Of SF_FORMAT_WAV ...
+// The family of a container, SF_FORMAT_WAV ...
 ChunkFamily chunk_family(int container);
 
-// Whether the chunk holds or describes the samples as they are coded here, so that it is no longer
-// true of another file: format, data, peaks, overviews, padding.
+// Whether the chunk holds the samples or describes how this file codes them, so that it must not be
+// copied to another file: format, data, peaks, overviews, padding.
 bool describes_coding(ChunkFamily family, std::string_view id);
 
-// With a zero behind data of odd size. libsndfile 1.2 can't read RF64 files with any such chunk.
+// Appends a zero to data of odd size: libsndfile 1.2 can't read an RF64 file with a chunk of odd
+// size.
 Chunk evened(Chunk chunk);
 
-// As they stand in a file, each padded as its family asks.
+// The chunks as the bytes of a file, each padded as its family requires.
 std::string serialised(ChunkFamily family, std::span<const Chunk> chunks);
 
-// Where further chunks may stand in a file that begins with `header`: behind the chunk that
-// describes the format. 0 if that is incomplete.
+// The offset at which chunks can be inserted into a file that begins with `header`: after the chunk
+// that describes the format. 0 if `header` doesn't hold that chunk whole.
 std::size_t chunks_offset(ChunkFamily family, std::string_view header);
 
-// The chunks in a RIFF chunk "LIST", which stand behind its type.
+// The chunks within the data of a RIFF chunk "LIST", which begins with four characters for its
+// type.
 std::vector<Chunk> list_entries(std::string_view list);
 
-// Where a WAV file of `length` bytes that begins with `header` leaves the size of its samples open,
-// as one does that was written to a pipe or never completed: it says 0, and the file goes on behind
-// the end that it states. 0 in any other file.
+// In a WAV file of `length` bytes whose sizes were never filled in, because it was written to a
+// pipe or not completed, the offset of the size of its samples: that size is 0, and the file goes
+// on beyond the end that its header states. 0 for any other file. `header` is its beginning.
 std::size_t open_size(std::string_view header, std::uint64_t length);
 
 // Adds `growth` bytes to the field of `header` that states the whole file's size, if it has one.

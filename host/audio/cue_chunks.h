@@ -10,10 +10,11 @@
 
 namespace channelstrip::host {
 
-// Their places and, if they have any, their names, which libsndfile would leave out.
+// A chunk "cue " with the offsets and, if any cue has a name, a list of the names, which libsndfile
+// wouldn't write.
 std::vector<Chunk> cue_chunks(const std::vector<SF_CUE_POINT>& cues);
 
-// Those of a file with these chunks. libsndfile doesn't look for them in RF64.
+// The cue points in a file's chunks. libsndfile doesn't read them from RF64.
 std::vector<SF_CUE_POINT> cue_points(const std::vector<Chunk>& chunks);
 
 }  // namespace channelstrip::host

@@ -1,9 +1,9 @@
 // Dither: noise that makes the error of a coarser quantisation independent of the signal.
 //
 // The strip computes in single precision, 24 significant bits. Files of fewer than 24 bits lose
-// some of them and are dithered; 24 and 32 bits aren't, unless it is asked for at 24: the noise of
-// the rounding lies at -140 dBFS or below. Without dither samples are rounded to the nearest step,
-// and what already lies on a step stays bit for bit.
+// some of them and are dithered. Files of 24 and 32 bits aren't, because the noise of their
+// rounding lies at -140 dBFS or below; at 24 bits dither can be asked for. Without dither samples
+// are rounded to the nearest step, and what already lies on a step stays the same, bit for bit.
 //
 // Triangular: the sum of two independent uniform variables, each 1 step wide. 2 steps peak to peak
 // are the least for which neither mean nor variance of the total error depend on the signal; the
@@ -34,7 +34,7 @@ inline std::uint32_t hashed(std::uint32_t count) {
   return count ^ count >> 16;
 }
 
-// In (-1, 1) steps: one half of the hash less the other, a mean of 0 to the bit.
+// In (-1, 1) steps: the upper half of the hash minus the lower half, so that the mean is exactly 0.
 template <typename Real>
 Real triangular(std::uint32_t count) {
   const std::uint32_t bits = hashed(count);

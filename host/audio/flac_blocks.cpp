@@ -23,7 +23,7 @@ const char* name_of(FLAC__MetadataType type) {
       return "cue sheet";
     case FLAC__METADATA_TYPE_APPLICATION:
       return "application block";
-    default:  // the stream itself, its tags, room to grow
+    default:  // what libsndfile reads, and padding
       return nullptr;
   }
 }

@@ -1,4 +1,4 @@
-// What a FLAC file holds that libsndfile doesn't know.
+// Metadata blocks of a FLAC file that libsndfile doesn't read.
 
 #pragma once
 
@@ -7,8 +7,8 @@
 
 namespace channelstrip::host {
 
-// "picture", "cue sheet", "application block", each once. `descriptor` is of a file that can be
-// sought, whose position stays.
+// Their kinds, "picture", "cue sheet" and "application block", each once. `descriptor` must be
+// seekable; its position stays as it is.
 std::vector<std::string> unknown_flac_blocks(int descriptor);
 
 }  // namespace channelstrip::host

@@ -13,7 +13,7 @@
 namespace channelstrip::host {
 namespace {
 
-// No chunk that a person or a tool wrote is larger, and a damaged size asks for no more memory.
+// Bytes; larger than any chunk in practice. Limits the memory that a damaged size can ask for.
 constexpr unsigned kLargestChunk = 64u << 20;
 
 constexpr std::pair<int, const char*> kTags[] = {{SF_STR_TITLE, "title"},
@@ -27,7 +27,7 @@ constexpr std::pair<int, const char*> kTags[] = {{SF_STR_TITLE, "title"},
                                                  {SF_STR_TRACKNUMBER, "track number"},
                                                  {SF_STR_GENRE, "genre"}};
 
-// Whether all of `data` was read; says in any case what the chunk is called.
+// Returns whether all of `data` was read. Sets `id` in either case.
 bool read_chunk(const SF_CHUNK_ITERATOR* place, std::span<char> data, std::string& id) {
   SF_CHUNK_INFO info = {};
   info.data = data.data();
@@ -37,8 +37,8 @@ bool read_chunk(const SF_CHUNK_ITERATOR* place, std::span<char> data, std::strin
   return read;
 }
 
-// libsndfile counts the samples themselves, and the whole file, among the chunks: a look at the
-// first bytes tells which chunks are worth reading.
+// libsndfile lists the samples, and even the whole file, among the chunks. So at first up to four
+// bytes of each chunk are read to learn its id, and the whole of it only if it is to be kept.
 void read_chunks(SNDFILE* file, Metadata& metadata) {
   for (SF_CHUNK_ITERATOR* i = sf_get_chunk_iterator(file, nullptr); i;
        i = sf_next_chunk_iterator(i)) {
@@ -60,8 +60,9 @@ void read_chunks(SNDFILE* file, Metadata& metadata) {
   }
 }
 
-// libsndfile takes the text behind the four bytes of an application's signature in AIFF for the
-// "software" tag, and what lies in memory behind the chunk along with it.
+// In AIFF, libsndfile takes the text of a chunk "APPL", after the application's signature of four
+// bytes, for the "software" tag, and reads on into whatever lies in memory after the chunk. This
+// cuts the tag at the end of the chunk.
 void end_software_tag_with_its_chunk(Metadata& metadata) {
   constexpr std::size_t kSignature = 4;
   const auto tag = metadata.tags.find(SF_STR_SOFTWARE);
@@ -163,7 +164,7 @@ std::vector<std::string> lost_metadata(const Metadata& input, const Metadata& ou
   for (const auto& [type, name] : kTags) {
     const auto before = input.tags.find(type), after = output.tags.find(type);
     if (before == input.tags.end()) continue;
-    // "software" goes on with libsndfile's own name.
+    // libsndfile appends its own name to "software".
     if (after == output.tags.end() || !after->second.starts_with(before->second)) {
       lost.emplace_back(name);
     }

@@ -1,4 +1,4 @@
-// What an audio file says beside its samples.
+// An audio file's metadata: what it holds besides its samples.
 
 #pragma once
 
@@ -13,11 +13,11 @@
 
 namespace channelstrip::host {
 
-// Between containers of one family (WAV and RF64, say) every chunk is copied verbatim, but for a
-// zero that RF64 may need behind it, so that nothing is lost: bext with its coding history, cart,
-// iXML, cue points and their labels, loops, tags. Nothing is added or recomputed either. Into any
-// other container go tags, cue points and loops as far as libsndfile, which names itself behind the
-// "software" tag, or cue_chunks() can write them there.
+// Between containers of one family (WAV and RF64, say) every chunk is copied verbatim, so that
+// nothing is lost: bext with its coding history, cart, iXML, cue points and their labels, loops,
+// tags. Nothing is added or recomputed, except for the zero that evened() appends for RF64. Any
+// other container gets tags, cue points and loops, as far as libsndfile or cue_chunks() can write
+// them there; libsndfile appends its own name to the "software" tag.
 struct Metadata {
   ChunkFamily family = ChunkFamily::kNone;
   std::vector<Chunk> chunks = {};  // in file order, without those that describe the samples' coding
@@ -31,11 +31,12 @@ struct Metadata {
 // `container` is SF_FORMAT_WAV ...
 Metadata read_metadata(SNDFILE* file, int container);
 
-// To be called before the first sample is written. Chunks are the caller's to write when the
-// families agree.
+// Writes the metadata through libsndfile, to be called before the first sample is written. Does
+// nothing if the families agree: the caller then writes the chunks.
 void write_metadata(SNDFILE* file, int container, const Metadata& metadata);
 
-// What a file read back holds no more, each in a word or two: "title", "cue points", "bext".
+// What `output`, a file read back, lacks of `input`, each item in a word or two: "title", "cue
+// points", "bext".
 std::vector<std::string> lost_metadata(const Metadata& input, const Metadata& output);
 
 }  // namespace channelstrip::host

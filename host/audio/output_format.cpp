@@ -17,8 +17,8 @@ bool can_be_written(const AudioFormat& format) {
   return sf_format_check(&info) == SF_TRUE;
 }
 
-// ALAC is lossless: its samples are as well written plainly. libsndfile 1.2 spoils the stereo ones
-// of more than 16 bits.
+// The PCM type that holds the samples of an ALAC type. ALAC is lossless, so nothing is lost, and
+// libsndfile 1.2 spoils stereo ALAC of more than 16 bits.
 int without_alac(int sample_type) {
   switch (sample_type) {
     case SF_FORMAT_ALAC_16:
@@ -53,7 +53,7 @@ AudioFormat output_format(const AudioFormat& input, const std::string& path,
   if (output.container == SF_FORMAT_WAV || output.container == SF_FORMAT_WAVEX) {
     output.container = output.channel_map.empty() ? SF_FORMAT_WAV : SF_FORMAT_WAVEX;
   }
-  // Containers disagree on the sign of 8-bit samples, but not on their values.
+  // Some containers hold 8-bit samples signed, others unsigned; the values are the same.
   if (integer_bits(output) == 8 && !can_be_written(output)) {
     output.sample_type =
         input.sample_type == SF_FORMAT_PCM_S8 ? SF_FORMAT_PCM_U8 : SF_FORMAT_PCM_S8;

@@ -1,4 +1,4 @@
-// What the file rendered from another shall hold.
+// The format of a rendered file.
 
 #pragma once
 
@@ -10,7 +10,7 @@
 
 namespace channelstrip::host {
 
-// What a user asks for beyond what follows from the input and the output's name.
+// What the user chose; the rest follows from the input and the output's name.
 struct OutputChoice {
   std::optional<int> container = {};    // SF_FORMAT_WAV ..., container_from_name
   std::optional<int> sample_type = {};  // SF_FORMAT_PCM_16 ..., sample_type_from_bits

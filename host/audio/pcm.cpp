@@ -7,19 +7,20 @@
 namespace channelstrip::host {
 namespace {
 
-// Loops over pieces that stay in the first-level cache, with nothing in them that keeps a compiler
-// from doing several samples at once: no branch, call or reduction of wider type.
+// Samples. Loops run over pieces that stay in the first-level cache, and contain nothing that keeps
+// a compiler from vectorising them: no branch, call or reduction in a wider type.
 constexpr std::size_t kPiece = 1024;
 
-// As std::clamp; what isn't a number stays none.
+// As std::clamp; NaN stays NaN.
 template <typename Real>
 Real clamped(Real x, Real low, Real high) {
   x = x < low ? low : x;
   return x > high ? high : x;
 }
 
-// Float, of which twice as many fit a register, holds everything exactly up to 24 bits but the sum
-// of fraction and dither, which it rounds by 2^-24 of a step.
+// With float as Real a register holds twice as many samples as with double. Up to 24 bits float
+// represents everything exactly but the sum of fraction and dither, which it rounds by 2^-24 of a
+// step.
 template <typename Real, Dither dither, typename Integer>
 int quantise(std::span<const float> samples, int bits, std::uint32_t count,
              std::span<Integer> integers) {
@@ -85,15 +86,17 @@ long long to_full_scale(std::span<const float> samples, std::span<float> clamped
 std::size_t first_not_finite(std::span<const float> samples) {
   // A number is finite unless all bits of its exponent are set.
   constexpr std::uint32_t kExponent = 0x7F800000;
-  const auto is_odd = [](float x) {
+  const auto is_not_finite = [](float x) {
     return (std::bit_cast<std::uint32_t>(x) & kExponent) == kExponent;
   };
   for (std::size_t i = 0; i < samples.size(); i += kPiece) {
     const auto piece = samples.subspan(i, std::min(kPiece, samples.size() - i));
-    std::uint32_t odd = 0;
-    for (const float x : piece) odd |= is_odd(x) ? 1u : 0u;
-    if (odd)
-      return i + static_cast<std::size_t>(std::ranges::find_if(piece, is_odd) - piece.begin());
+    std::uint32_t any = 0;
+    for (const float x : piece) any |= is_not_finite(x) ? 1u : 0u;
+    if (any) {
+      const auto first = std::ranges::find_if(piece, is_not_finite);
+      return i + static_cast<std::size_t>(first - piece.begin());
+    }
   }
   return samples.size();
 }

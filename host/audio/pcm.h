@@ -9,18 +9,17 @@
 
 namespace channelstrip::host {
 
-// The nearest integers of `bits` bits, 8 to 32, in the top bits of 32, or of 16 where they fit;
-// `integers` is as long as `samples`. What is above full scale is clamped; 1.0 itself, one step
-// above the highest integer, and what only dither lifts there are clamped without being counted.
-// Not a number gives 0. Dither takes one count per sample, `count` for the first. Returns how many
-// samples were above full scale.
+// Rounds to integers of `bits` bits, 8 to 32, which stand in the top bits of the 32-bit or 16-bit
+// type; `integers` is as long as `samples`. Samples above full scale are clamped and counted. 1.0
+// itself, one step above the highest integer, and samples that only dither lifts that high are
+// clamped but not counted. NaN gives 0. Every sample takes one dither count, the first of them
+// `count`. Returns how many samples were above full scale.
 long long to_pcm(std::span<const float> samples, int bits, Dither dither, std::uint32_t count,
                  std::span<std::int32_t> integers);
 long long to_pcm(std::span<const float> samples, int bits, Dither dither, std::uint32_t count,
                  std::span<std::int16_t> integers);
 
-// Samples of coarser coding stay within full scale; what was above is counted, not a number gives
-// 0.
+// Clamps samples for a lossy coding to full scale and returns how many were above. NaN gives 0.
 long long to_full_scale(std::span<const float> samples, std::span<float> clamped);
 
 // Index of the first sample that isn't finite, samples.size() if there is none.

@@ -19,8 +19,8 @@ using Sndfile = std::unique_ptr<SNDFILE, CloseSndfile>;
 // Throws std::runtime_error "<path>: <what>", without the full stop of libsndfile's sentences.
 [[noreturn]] void fail_on(const std::string& path, std::string_view what);
 
-// What `open` gives, one thread at a time: libsndfile's message of a failed opening is shared by
-// all. Throws as fail_on() does.
+// The result of `open`, called by one thread at a time: libsndfile keeps the message of a failed
+// open in one place for all threads. Throws as fail_on() does.
 Sndfile opened(const std::string& path, const std::function<Sndfile()>& open);
 
 }  // namespace channelstrip::host

@@ -53,7 +53,7 @@ sf_count_t SndfileOutput::length() const {
 
 sf_count_t SndfileOutput::write(std::string_view bytes) {
   const sf_count_t count = std::ssize(bytes);
-  // libsndfile begins with its whole header and rewrites it later.
+  // The first write of libsndfile is the whole header, which it rewrites later.
   if (position_ == 0 && chunks_at_ == 0 && !chunks_.empty()) {
     chunks_at_ = static_cast<sf_count_t>(chunks_offset(family_, bytes));
     if (chunks_at_) put(chunks_, chunks_at_);

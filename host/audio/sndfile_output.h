@@ -1,5 +1,5 @@
-// libsndfile's output, by hand so that no failed write is missed, be it the last one of all, and
-// with chunks of our own behind its header.
+// The output calls of libsndfile, made here for two reasons: every failed write is noticed, even
+// the very last one, and chunks of our own can follow the header.
 
 #pragma once
 
@@ -19,7 +19,7 @@ class SndfileOutput {
   // For sf_open_virtual, with this object as the user data.
   static SF_VIRTUAL_IO calls();
 
-  // Counts the chunks into the file's size, once libsndfile has closed it.
+  // Adds the chunks to the size in the file's header, after libsndfile has closed the file.
   void finish();
 
   // errno of the first failure, 0 if there was none.
