@@ -25,7 +25,7 @@ FormatInformation information(const StemFormat& format) {
   return result;
 }
 
-// What follows the last of `marks` in the text; empty without one.
+// What follows the last `mark` in the text; empty if there is none.
 std::string behind(std::string_view mark, std::string_view text) {
   const std::size_t at = text.rfind(mark);
   return at == text.npos ? "" : std::string(text.substr(at + mark.size()));

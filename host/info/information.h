@@ -16,10 +16,10 @@ namespace channelstrip::host {
 
 struct FormatInformation {
   StemFormat format;
-  // By the order's name: the channels' labels.
+  // The channels' labels by the name of the order.
   std::vector<std::pair<std::string_view, std::vector<std::string>>> orders;
   std::vector<std::uint32_t> wav_masks;  // of the order "wav"
-  // By the link style's name: a map as presets write it, the channels in the order "wav".
+  // Link maps by the name of the style, as presets write them, the channels in the order "wav".
   std::vector<std::pair<std::string_view, std::string>> links;
 };
 
@@ -32,7 +32,7 @@ struct Information {
   std::vector<FormatInformation> formats;
 };
 
-// Of these formats. Throws std::runtime_error when the library lacks one of their entry points.
+// About these formats. Throws std::runtime_error if the library lacks one of their entry points.
 Information information(const Library& library, std::span<const StemFormat> formats);
 
 std::string human_text(const Information& information);  // a table of the formats

@@ -8,7 +8,7 @@
 namespace channelstrip::host {
 namespace {
 
-// Speaker lists the mask's bits from the lowest on.
+// The values of Speaker are in the order of the mask's bits, from the lowest.
 std::uint32_t bit(Speaker speaker) {
   return std::uint32_t{1} << static_cast<int>(speaker);
 }
@@ -33,7 +33,7 @@ bool contains(const ChannelLayout& layout, std::string_view label) {
   return std::ranges::find(layout.labels, label) != layout.labels.end();
 }
 
-// 0 where the channels don't follow each other as the bits do.
+// 0 if the channels aren't in the order of the bits.
 std::uint32_t mask_of(const ChannelLayout& layout, const Speakers& speakers) {
   std::uint32_t mask = 0;
   for (const std::string& label : layout.labels) {

@@ -10,8 +10,8 @@
 
 namespace channelstrip::host {
 
-// The masks of files whose channels are this layout, none when its order isn't that of the bits.
-// Two where the surround pair may be the speakers beside the listener or those behind.
+// The masks of a file with this layout; none if its channels aren't in the order of the bits. Two
+// if the surround pair may be the speakers beside the listener or those behind.
 std::vector<std::uint32_t> wav_masks(const ChannelLayout& layout);
 
 // The speakers of a mask, lowest bit first.

@@ -10,7 +10,7 @@
 namespace channelstrip::host {
 
 // Linear. Peaks and reductions are extremes over all samples. A gain is the least of the periods'
-// greatest, as StripMeters has it: a reduction that lasted for a whole period.
+// greatest gains, as in StripMeters: a reduction that lasted for a whole period.
 struct MeterInterval {
   std::vector<float> input_peak;    // per channel
   std::vector<float> output_peak;   // per channel
@@ -21,8 +21,8 @@ struct MeterInterval {
   std::vector<float> channel_gain;  // per channel: its link group's, without makeup
 };
 
-// Combines periods. Of periods with the same gain the loudest gives the level: without dynamics
-// every period's gain is 1.
+// Combines periods. Among periods with the same gain the greatest level counts: without dynamics
+// the gain of every period is 1.
 class IntervalMeter {
  public:
   void add(const MeterReading& period);

@@ -18,7 +18,7 @@ struct MetersOptions {
   std::optional<std::string> output = {};  // none: standard output
 };
 
-// Periods of a row: the nearest whole number, at least one.
+// Periods per row: the nearest whole number, at least one.
 std::size_t periods_per_row(double milliseconds, int sample_rate);
 
 // One row per interval; the last one may be shorter. Memory doesn't grow with the file. Throws

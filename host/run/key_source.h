@@ -18,15 +18,15 @@ class KeySource {
   // there is no such key or it has another sample rate.
   KeySource(const StripOptions& options, const std::string& input, const AudioFormat& format);
 
-  // A sample for each of the next `frames` of the audio, interleaved; fewer once the key has ended,
-  // none without a key. A view, valid until the next call.
+  // The key's samples for the next `frames` of the audio, which are interleaved: one per frame,
+  // fewer once the key has ended, none without a key. A view, valid until the next call.
   std::span<const float> next(std::span<const float> frames);
 
  private:
   std::optional<AudioReader> file_;
   std::size_t input_channels_;
-  std::size_t channels_;                // of what the key is picked from
-  std::optional<std::size_t> channel_;  // of these, from 0
+  std::size_t channels_;                // of the file that holds the key
+  std::optional<std::size_t> channel_;  // the key among them, from 0; none without a key
   std::vector<float> frames_, key_;
 };
 

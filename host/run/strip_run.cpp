@@ -32,7 +32,7 @@ ChannelLayout layout_of(const std::string& input, const AudioFormat& format,
   }
 }
 
-// A key that is given is used throughout, unless the preset itself says when.
+// A key that is given is used all the time, unless the preset has key.enable, which then decides.
 Preset preset_of(const StripOptions& options) {
   Preset preset = load_preset(options.preset, options.assignments);
   std::vector<StripSettings*> all{&preset.settings};

@@ -1,4 +1,4 @@
-// An audio file on its way through a strip, piece by piece.
+// Runs an audio file through a strip, piece by piece.
 
 #pragma once
 
@@ -15,11 +15,11 @@
 
 namespace channelstrip::host {
 
-// Throws std::runtime_error, one line for the user, for what no input can make right.
+// Throws std::runtime_error, one line for the user, for options that are wrong whatever the input.
 void check_strip_options(const StripOptions& options);
 
-// Throws likewise from any of its calls. All settings, those that the preset changes to included,
-// are designed before the first frame is read.
+// All calls throw likewise. The coefficients of all settings, those of the preset's changes
+// included, are designed before the first frame is read.
 class StripRun {
  public:
   StripRun(const std::string& input, const StripOptions& options);
@@ -31,11 +31,12 @@ class StripRun {
   const ChannelLayout& layout() const { return layout_; }
   StripStream& stream() { return stream_; }
   sf_count_t frames_read() const { return reader_.position(); }
-  // Of the whole input, 0 .. 1; below 0: its length isn't known before its end.
+  // The part of the input that was read, 0 .. 1; below 0 if its length isn't known before its end.
   double part_read() const;
 
-  // The next frames of the input and what the strip has completed since, which lags behind by less
-  // than a window and is as long as the input in the end. Views, valid until the next call.
+  // The next frames of the input, and the frames of the output that the strip has completed since.
+  // The output lags behind by less than a window and is as long as the input in the end. Views,
+  // valid until the next call.
   struct Piece {
     std::span<const float> input, output;
   };
@@ -44,7 +45,7 @@ class StripRun {
   bool next(Piece& piece);
 
  private:
-  // Errors of a setting name the culprit.
+  // `culprit` is the file that messages about an impossible setting begin with.
   StripStream make_stream(const std::string& culprit) const;
 
   AudioReader reader_;

@@ -1,8 +1,8 @@
-// Denormal numbers as zeros for the length of a scope.
+// Denormal numbers treated as zeros within a scope.
 //
-// Filters that ring out into denormals run slower, on some processors twofold and on others
-// hundredfold, and the library leaves the thread's control word as it finds it: the host has to set
-// it around every call.
+// Filters whose output decays into denormals run slower, on some processors twofold and on others
+// hundredfold. The library doesn't change the thread's control word, so the host has to set it
+// around every call.
 
 #pragma once
 

@@ -12,12 +12,12 @@
 
 namespace channelstrip::host {
 
-// Linear values, extremes since the meters' last reset.
+// Linear values, the extremes since the meters' last reset. A factor is a gain term, 1 at 0 dB.
 struct MeterReading {
   std::span<const float> input_peak;    // per channel
   std::span<const float> output_peak;   // per channel
   float level = 0;                      // detector level where the gain was greatest
-  float gain = 0;                       // greatest, of any link group, makeup excepted
+  float gain = 0;                       // the greatest of any link group, without makeup
   float compressor_reduction = 0;       // 1 - least factor
   float expander_reduction = 0;         // 1 - least factor
   std::span<const float> channel_gain;  // per channel: the greatest of its link group
@@ -25,26 +25,27 @@ struct MeterReading {
 
 class Instance {
  public:
-  // Starts without a glide and without a gain jump: the coefficients in use stand at their targets,
-  // memory and meters at 0, both gain terms at 0 dB and the gate open.
+  // Starts without a glide or a jump of the gain: coefficients stand at their targets, filter
+  // states and meters at 0, both gain terms at 0 dB, and the gate is open.
   Instance(const StemFormat& format, const StripCoefficients& coefficients);
 
   // The context points into this object.
   Instance(const Instance&) = delete;
   Instance& operator=(const Instance&) = delete;
 
-  // New targets, between calls; the library glides towards them.
+  // Sets new targets, towards which the library glides. Not to be called during a call of the
+  // library.
   void set_coefficients(const StripCoefficients& coefficients);
 
   // Points the context at N input and N output buffers of `samples` samples, rounded up to whole
-  // blocks of 16; `keyed`: an input beyond the N is the key. The pointers must stay valid until the
-  // call is done.
+  // blocks of 16. With `keyed` there is one more input after the N, the key. The pointers must stay
+  // valid until the call is done.
   const SChannelStrip_Alg_Context* prepare(const float* const* inputs, float* const* outputs,
                                            int samples, bool keyed = false);
 
   // What the meters have shown since the last reset. The views are into this object.
   MeterReading meters() const;
-  // Begins a new measurement, between calls.
+  // Begins a new measurement. Not to be called during a call of the library.
   void reset_meters();
 
  private:

@@ -1,4 +1,4 @@
-// Frames of up to 8 channels between one interleaved stream and a buffer per channel.
+// Copies frames of up to 8 channels between one interleaved stream and a buffer per channel.
 
 #pragma once
 
@@ -7,8 +7,8 @@
 
 namespace channelstrip::host {
 
-// The number of channels as a constant lets the compiler shuffle whole registers. Every channel has
-// a buffer of its own, `stride` samples behind the one before.
+// The number of channels as a constant lets the compiler shuffle whole registers. The buffer of
+// each channel begins `stride` samples after the previous one.
 template <std::size_t Channels>
 void deinterleave_channels(const float* __restrict frames, std::size_t count,
                            float* __restrict buffers, std::size_t stride) {

@@ -23,10 +23,10 @@ class Library {
   // The file that was loaded, links resolved.
   std::string file() const;
 
-  // The name it was linked under; empty when it has none.
+  // The soname it was linked with; empty if it has none.
   std::string soname() const;
 
-  // Valid as long as this object. Throws std::runtime_error when the library doesn't export it.
+  // Valid as long as this object. Throws std::runtime_error if the library doesn't export it.
   AlgEntry_16_Stem* entry_point(const StemFormat& format) const;
 
  private:

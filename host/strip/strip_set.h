@@ -1,4 +1,4 @@
-// The strips behind one stream: a single one, or as many as its link map takes.
+// The strips that process one stream: several if its link map has more groups than one strip holds.
 
 #pragma once
 
@@ -17,19 +17,19 @@ namespace channelstrip::host {
 
 class StripSet {
  public:
-  // Starts as an Instance does. `maps` are the link maps of all coefficients, the later ones too:
-  // throws std::invalid_argument where no split holds them all.
+  // Starts as an Instance does. `maps` are the link maps of all coefficients that will be set,
+  // these first ones included. Throws std::invalid_argument if no split into strips fits them all.
   StripSet(const Library& library, const StemFormat& format, const StripCoefficients& coefficients,
            std::span<const LinkMap> maps);
 
-  // New targets, between calls.
+  // Sets new targets, as an Instance does.
   void set_coefficients(const StripCoefficients& coefficients);
 
-  // From N input to N output buffers of `samples` samples, rounded up to whole blocks of 16;
-  // `keyed`: an input beyond the N is the key of every strip.
+  // Processes N input into N output buffers of `samples` samples, rounded up to whole blocks of 16.
+  // With `keyed` there is one more input after the N, the key of every strip.
   void process(const float* const* inputs, float* const* outputs, int samples, bool keyed);
 
-  // Of all strips since the last reset. The views are into this object.
+  // The readings of all strips as one, since the last reset. The views are into this object.
   const MeterReading& read_meters();
   void reset_meters();
 

@@ -86,7 +86,8 @@ void StripStream::run(std::vector<float>& output) {
   pending_ = 0;
 }
 
-// As far as nothing changes; only an observer needs every period. Returns where the call ended.
+// Processes up to the next change of settings, or a single period if there is an observer. Returns
+// where it stopped.
 std::size_t StripStream::call_from(std::size_t begin) {
   std::size_t end = pending_;
   if (observer_) end = std::min(end, begin + kPeriod);
@@ -129,8 +130,8 @@ void StripStream::read_meters() {
   strips_.reset_meters();
 }
 
-// The library shows the greatest gain since its last reset. The least of these, window by window,
-// is a reduction that lasted for a whole window.
+// The meters hold the greatest gain since their last reset, so the strip stayed at or below the
+// least of the windows' gains for a whole window.
 void StripStream::end_window() {
   for (std::size_t c = 0; c < channels_; ++c) {
     meters_.least_gain[c] = std::min(meters_.least_gain[c], window_gain_[c]);

@@ -1,4 +1,4 @@
-// A strip over a stream of any length, cut any way.
+// Runs a strip over a stream of any length, given in pieces of any size.
 
 #pragma once
 
@@ -12,8 +12,8 @@
 
 namespace channelstrip::host {
 
-// What a strip's meters showed from first to last, linear. The end of the stream is rounded up to a
-// whole block: up to 15 samples of silence behind it count, and what the filters then still ring.
+// What a strip's meters showed over the whole stream, linear. The stream is rounded up to a whole
+// block: up to 15 samples of silence at its end count too, with what still rings in the filters.
 struct StripMeters {
   std::vector<float> input_peak;   // per channel
   std::vector<float> output_peak;  // per channel
@@ -24,30 +24,32 @@ struct StripMeters {
   bool operator==(const StripMeters&) const = default;
 };
 
-// Frames are interleaved. They pass the library on a fixed grid, whose remainder is carried from
-// one call of process to the next, so that neither the output nor the meters depend on how the
-// caller cuts the stream.
+// Frames are interleaved. The library processes them on a fixed grid of windows; frames that don't
+// fill a window wait for the next call of process(). So neither the output nor the meters depend on
+// how the caller cuts the stream.
 class StripStream {
  public:
-  // Frames. What an observer sees of the meters, and the pace at which settings change.
+  // Frames. An observer gets the meters once per period, and settings change only between periods.
   static constexpr std::size_t kPeriod = 64;
-  // Frames, whole periods. A reduction that lasts for a window is sure to show in least_gain.
+  // Frames, a multiple of kPeriod. A reduction shows in least_gain if it lasts for a whole window
+  // of the grid.
   static constexpr std::size_t kWindow = 256;
 
-  // New targets from the period on that `frame` lies in; of several in a period the last.
+  // New targets from the beginning of the period that contains `frame`. Of several changes in one
+  // period the last counts.
   struct Change {
     std::uint64_t frame;
     StripCoefficients coefficients;
   };
 
-  // Dynamics that are enabled to detect from a key do. `changes` stand in order of their frames;
-  // the stream starts, without a glide, where those of its first period lead. The library must
-  // outlive the stream. Throws std::invalid_argument where no split holds all link maps.
+  // Coefficients that enable the key detect from it. `changes` are in order of their frames; those
+  // in the first period apply from the beginning, without a glide. The library must outlive the
+  // stream. Throws std::invalid_argument if no split into strips fits all link maps.
   StripStream(const Library& library, const StemFormat& format,
               const StripCoefficients& coefficients, std::vector<Change> changes = {});
 
-  // Appends to `output` what is complete; a whole number of frames goes in and comes out. `key` is
-  // the key channel, a sample per frame; what it lacks is silence.
+  // Takes a whole number of frames and appends those that are complete to `output`. `key` is the
+  // key channel, one sample per frame; missing samples count as silence.
   void process(std::span<const float> frames, std::span<const float> key,
                std::vector<float>& output);
   void process(std::span<const float> frames, std::vector<float>& output) {
@@ -59,7 +61,8 @@ class StripStream {
 
   const StripMeters& meters() const { return meters_; }
 
-  // Called after every period, the last one may be shorter, with what the meters showed in it.
+  // `observer` is called after every period with what the meters showed in it; the last period may
+  // be shorter.
   void observe(std::function<void(const MeterReading&)> observer) {
     observer_ = std::move(observer);
   }
@@ -76,8 +79,8 @@ class StripStream {
   bool keyed_;
   std::size_t pending_ = 0;     // frames waiting in inputs_
   std::uint64_t position_ = 0;  // of the first of them
-  // A window per channel, the key's after the others. Apart from each other: the input meter reads
-  // the inputs after the outputs are written.
+  // One window per channel, the key's last. Inputs and outputs don't share memory, because the
+  // input meter reads the inputs after the outputs are written.
   std::vector<float> inputs_, outputs_;
   std::vector<const float*> input_pointers_;
   std::vector<float*> output_pointers_;

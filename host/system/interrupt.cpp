@@ -13,12 +13,12 @@
 namespace channelstrip::host {
 namespace {
 
-// Seen by every thread, and set by whichever the signal interrupts.
+// The signal that was noted. Every thread reads it; the one that the signal interrupts sets it.
 std::atomic<int> caught = 0;
 static_assert(std::atomic<int>::is_always_lock_free);
 
-// Readable from then on: a signal wakes one thread, but many may wait. Below 0, which poll() skips,
-// until catch_interrupts().
+// An event descriptor that stays readable after the signal: the signal interrupts a single thread,
+// but several may be waiting. Below 0, which poll() skips, until catch_interrupts().
 std::atomic<int> wake = -1;
 
 void note(int signal) {

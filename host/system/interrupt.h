@@ -4,20 +4,20 @@
 
 namespace channelstrip::host {
 
-// A signal ended the work; no file is left.
+// Thrown when a signal ended the work; no incomplete file is left.
 struct Interrupted {
   int signal;
 };
 
-// From now on the first such signal only leaves a mark, so that what is half done can be tidied
-// away; a second one ends the process at once. Signals that the caller ignores stay ignored.
+// From now on the first such signal is only noted, so that incomplete files can be removed; a
+// second one ends the process at once. Signals that the process was started to ignore stay ignored.
 void catch_interrupts();
 
-// The signal that has come, or 0.
+// The signal that was noted, or 0.
 int interrupted();
 
-// Returns once poll() would find one of `events` on the descriptor; throws Interrupted when a
-// signal comes first, in whichever thread.
+// Waits until poll() reports one of `events` for the descriptor. Throws Interrupted if a signal
+// comes first, whichever thread it interrupts.
 void wait_for(int descriptor, short events);
 
 // Ends the process as the signal would have done.

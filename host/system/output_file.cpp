@@ -25,9 +25,9 @@ namespace fs = std::filesystem;
   throw std::runtime_error(fmt::format("{}: {}", path, what));
 }
 
-constexpr mode_t kPermissions = 0666;  // before the process's mask
+constexpr mode_t kPermissions = 0666;  // before the umask
 
-// By which a file that has no name can be given one.
+// The path by which linkat() can give a name to a file that has none.
 std::string path_of(int descriptor) {
   return fmt::format("/proc/self/fd/{}", descriptor);
 }
@@ -80,7 +80,7 @@ void ReplacementFile::open_named() {
 }
 
 void ReplacementFile::commit() {
-  // A link can't replace a file, a name can.
+  // linkat() can't replace a file but rename() can, so the file gets a temporary name first.
   if (!named_) {
     named_ = linkat(AT_FDCWD, path_of(descriptor_).c_str(), AT_FDCWD, temporary_.c_str(),
                     AT_SYMLINK_FOLLOW) == 0;

@@ -1,4 +1,4 @@
-// A file on its way: nothing of it is seen before it is complete.
+// Output files that don't appear before they are complete.
 
 #pragma once
 
@@ -15,17 +15,17 @@ class OutputFile {
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
 
-  // Of a regular file, readable, writable and seekable.
+  // The descriptor of a regular file, readable, writable and seekable.
   virtual int descriptor() const = 0;
 
-  // Puts it in its place.
+  // Puts the complete file in its place.
   virtual void commit() = 0;
 };
 
-// Written without a name in the folder of `path` and named by commit(): however the process ends, a
-// file that wasn't completed is gone. Where the file system knows no nameless files it has a
-// temporary name, removed if commit() is never reached. What stood at `path` stays untouched until
-// then. All errors are std::runtime_error and begin with the path.
+// Written to a file without a name in the folder of `path`, which commit() gives its name: however
+// the process ends, an incomplete file vanishes. On file systems that can't do this the file has a
+// temporary name until commit() and is removed if that is never reached. What exists at `path`
+// stays untouched until then. All errors are std::runtime_error and begin with the path.
 class ReplacementFile : public OutputFile {
  public:
   // Refuses a path that is there but isn't a regular, writable file. A symbolic link is followed.

@@ -63,7 +63,7 @@ bool is_regular(int descriptor) {
   return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
 }
 
-// Of a regular file; 0: there is none.
+// The offset that open_size() gives for a regular file.
 off_t open_size_of(int descriptor) {
   std::vector<char> header(1 << 16);
   const ssize_t got = pread(descriptor, header.data(), header.size(), 0);
@@ -73,19 +73,20 @@ off_t open_size_of(int descriptor) {
   return static_cast<off_t>(open_size(bytes, static_cast<std::uint64_t>(status.st_size)));
 }
 
-// libsndfile takes the largest size for "up to the end" and 0 for nothing.
+// Writes the largest size, which libsndfile takes for "up to the end"; 0 would mean no samples.
 bool fill_in_size(int descriptor) {
   const off_t offset = open_size_of(descriptor);
   return offset == 0 || pwrite(descriptor, "\xFF\xFF\xFF\xFF", 4, offset) == 4;
 }
 
-// Of a descriptor that doesn't wait and found nothing to do after all.
+// Whether a call failed only because a non-blocking descriptor wasn't ready, or because of a
+// signal.
 bool is_to_be_retried() {
   return errno == EAGAIN || errno == EINTR;
 }
 
-// A read or write that waits goes on after a signal that is only noted down, so nothing here waits
-// but by wait_for(). What follows are false, with errno, when they fail.
+// A blocking read or write simply goes on after a signal that is only noted, so everything that may
+// block waits in wait_for(). The functions that follow return false, with errno set, on failure.
 bool write_all(int descriptor, std::string_view bytes) {
   while (!bytes.empty()) {
     wait_for(descriptor, POLLOUT);
@@ -124,7 +125,7 @@ int open_input(const std::string& path) {
   const std::string name = input_name(path);
   const bool standard = path == kStandardStream;
   if (standard && isatty(STDIN_FILENO)) fail_on(name, "is a terminal");
-  // A named pipe is there at once; it is the first read that waits for somebody to write.
+  // O_NONBLOCK opens a named pipe at once; it is the first read that waits for a writer.
   const int given = standard ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0)
                              : open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
   if (given < 0) fail_on(name, std::strerror(errno));

@@ -1,7 +1,7 @@
-// Standard input and output in place of files. Pipes go by way of a temporary file without a name
-// in $TMPDIR or /tmp: audio files are full of sizes and offsets, and a pipe can't seek. (libsndfile
-// reads some containers from a pipe, but loses frames of others without a word.) So do WAV files
-// that leave open how long they are.
+// Standard input and output in place of files. Pipes are copied to or from a temporary file without
+// a name in $TMPDIR or /tmp: audio files are full of sizes and offsets, and a pipe can't seek.
+// (libsndfile reads some containers from a pipe, but loses frames of others without a word.) WAV
+// files whose header leaves their length open are copied too, to fill it in.
 
 #pragma once
 

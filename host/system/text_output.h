@@ -14,12 +14,13 @@ namespace channelstrip::host {
 // All errors are std::runtime_error and begin with the path, or with "standard output".
 class TextOutput {
  public:
-  // Without a path: standard output. Refuses to replace one of the files that are read meanwhile.
+  // Without a path: standard output. Refuses a path that is one of the `inputs`, which are read
+  // meanwhile.
   TextOutput(const std::optional<std::string>& path, std::span<const std::string> inputs);
 
   void write(std::string_view text);
 
-  // Writes out what is left; a file takes its place now or never.
+  // Writes out what is still buffered and puts a file in its place; without commit() none appears.
   void commit();
 
  private:

@@ -32,7 +32,7 @@ std::string change(const std::optional<double>& before, const std::optional<doub
 }
 
 std::string duration(double seconds) {
-  const double rounded = std::round(1000 * seconds) / 1000;  // else it may read 60.000 s
+  const double rounded = std::round(1000 * seconds) / 1000;  // so that it never reads 60.000 s
   const double minutes = std::floor(rounded / 60);
   return minutes < 1 ? fmt::format("{:.3f} s", rounded)
                      : fmt::format("{:.0f} min {:06.3f} s", minutes, rounded - 60 * minutes);

@@ -8,13 +8,13 @@
 
 namespace channelstrip::host {
 
-// With a proper minus (U+2212), never "-0.0"; infinite values are ∞.
+// With a proper minus (U+2212), never "-0.0"; infinite values are ∞, NaN is an en dash.
 std::string number(double value, int decimals = 1);
 
-// Of a value that may not exist, an en dash where it doesn't.
+// The number, or an en dash if there is none.
 std::string number(const std::optional<double>& value, int decimals = 1);
 
-// A change, with its sign; an en dash where either isn't there or isn't finite.
+// The change with its sign; an en dash if either value is missing or the change isn't finite.
 std::string change(const std::optional<double>& before, const std::optional<double>& after);
 
 // A length of time of 0 s or more: "4.200 s", "3 min 04.200 s".
