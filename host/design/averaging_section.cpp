@@ -34,8 +34,8 @@ Section averaging_section(double milliseconds, double sample_rate) {
   return {.b0 = 1 - feedback, .a1 = feedback};
 }
 
-// The difference of powers is taken out of the formula: what is left of it, over fast - slow, tends
-// to the derivative as the poles meet.
+// Written with expm1 and log1p instead of the difference of two powers, which would cancel when the
+// poles are close to each other.
 double remainder_of_step(const PolePair& poles, double samples) {
   const auto [slow, fast] = poles;
   const double apart = fast - slow;
@@ -55,7 +55,8 @@ PolePair averaging_poles(double samples) {
   return pair_of(low);
 }
 
-// On their grids the sums are exact, and 1 - a1 - a2 is a multiple of 2^-24 up to 1: a float.
+// a1 is a multiple of 2^-23 and a2 of 2^-24, so that their sums are exact and b0 = 1 - a1 - a2 is a
+// multiple of 2^-24 up to 1, which a float holds.
 Section rms_section(double milliseconds, double sample_rate) {
   if (milliseconds == 0) return {};
   const auto [slow, fast] = averaging_poles(milliseconds / 1000 * sample_rate);

@@ -7,8 +7,8 @@
 
 namespace channelstrip::host {
 
-// s = cot(w/2) (1 - z^-1) / (1 + z^-1), which makes the band's frequency w, in radians per sample,
-// come out right: with second-order prototypes, the cookbook's coefficients.
+// s = cot(w/2) (1 - z^-1) / (1 + z^-1), which maps the band's frequency w, in radians per sample,
+// exactly. With second-order prototypes it gives the cookbook's coefficients.
 Section bilinear(const AnalogSection& analog, double omega);
 
 }  // namespace channelstrip::host

@@ -59,7 +59,7 @@ int groups_by_default(const Labels& labels) {
   return static_cast<int>(labels.size()) - static_cast<int>(halves / 2);
 }
 
-// The one to assume, which the table of formats has first; null when none has that count.
+// The format to assume, the first of this count in the table of formats; null if there is none.
 const StemFormat* usual_format(int channels) {
   const auto found = std::ranges::find(stem_formats(), channels, &StemFormat::channels);
   return found == stem_formats().end() ? nullptr : &*found;
@@ -131,7 +131,8 @@ ChannelLayout choose_layout(int channels, const std::vector<Speaker>& speakers,
   }
   if (channels > 1 && speakers.size() == static_cast<std::size_t>(channels)) {
     const auto named = named_layout(speakers, order);
-    // Formats of equal N and G are one processor: the labels of either serve the other.
+    // Formats of as many channels and groups are processed alike: the labels of one serve the
+    // other.
     if (named && !forced) return *named;
     if (named && forced->groups == named->format->groups) return {forced, named->labels};
   }

@@ -21,7 +21,7 @@ struct ChannelLayout {
 // The other half of a label's pair; empty when it has none.
 std::string_view partner(std::string_view label);
 
-// How the channels of a stream follow each other, its speakers being known.
+// In which order the channels of a stream stand, given its speakers.
 enum class ChannelOrder {
   kWav,  // WAV's channel mask
   kFilm  // as speakers stand: the screen and then the surrounds from left to right, the LFE last
@@ -61,16 +61,17 @@ enum class Speaker {
 };
 
 // The layout of a stream of `channels` channels whose file names `speakers` (empty: none named), in
-// the order of the file. Speakers that make no layout the formats can hold count as not named:
-// unknown or repeated ones, half a pair, more groups by default than the format has.
+// the order of the file. The speakers are ignored if no format has such a layout: if one is unknown
+// or repeated, if half a pair is missing, or if the default link map has more groups than the
+// format.
 //
 // Without a `forced` format, count and speakers decide: 4 channels are LCRS when they need more
 // than two groups, 6 and 7 are 5.1 and 6.1 when one is the LFE. Where none are named, 4, 6 and 7
 // channels are Quad, 5.1 and 6.1. A forced format that the speakers contradict has its default
-// layout; 5.1 and 6.0 never contradict each other, they are processed alike.
+// layout; 5.1 and 6.0 never contradict each other, because they are processed alike.
 //
-// An `order` wins over the file's: the speakers then only tell which there are. Without one it is
-// the file's, or WAV's where the file names none.
+// An `order` overrides the file's: the speakers then only tell which ones there are. Without it the
+// order is the file's, or WAV's if the file names no speakers.
 //
 // Throws std::invalid_argument for a count outside 1 .. 8 or a forced format of another count.
 ChannelLayout choose_layout(int channels, const std::vector<Speaker>& speakers,

@@ -8,11 +8,12 @@
 namespace channelstrip::host {
 namespace {
 
-// Below this width single precision makes a soft knee worse than a hard one. The terms a L^2, b L
-// and c cancel; with s the slope and k the width they are about M = |s| L^2 / (2 k), b L twice
-// that. Rounding the coefficients moves the sum by up to 4 u M and (a L + b) L + c, fused or not,
-// by up to 3 u M more, u = 2^-24; a hard knee is |s| k / 8 from the soft one at most. The two are
-// equal at k = |L| sqrt(28 u): 0.1 dB at -77 dB.
+// dB. Below this width single precision makes a soft knee less accurate than a hard one. The terms
+// a L^2, b L and c cancel; with slope s and width k, the first and the last are about M = |s| L^2 /
+// (2 k) and b L is twice that. Rounding the coefficients changes the sum by up to 4 u M, and
+// computing (a L + b) L + c, fused or not, by up to 3 u M more, where u = 2^-24. A hard knee
+// differs from the soft one by at most |s| k / 8. The two errors are equal at k = |L| sqrt(28 u):
+// 0.1 dB at -77 dB.
 constexpr double kNarrowestKnee = 0.1;
 
 // `side` is 1 when the line lies above the knee, -1 when below.
@@ -26,7 +27,7 @@ Curve curve(double slope, double threshold, double knee, int side) {
                .knee_low = threshold - knee / 2,
                .knee_high = threshold + knee / 2};
   if (knee > 0) {
-    // a (L - edge)^2, multiplied out: 0 dB and level at the edge away from the line.
+    // a (L - edge)^2, multiplied out: value and slope are 0 at the edge away from the line.
     const double edge = side > 0 ? result.knee_low : result.knee_high;
     result.a = side * slope / (2 * knee);
     result.b = -2 * result.a * edge;

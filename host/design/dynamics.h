@@ -9,9 +9,9 @@
 
 namespace channelstrip::host {
 
-// A gain term over level, both in dB: a line of `slope` through 0 dB at `threshold` on one side of
-// the knee, 0 dB on the other, and a L^2 + b L + c between the edges, which meets both in value and
-// in slope.
+// A gain term over level, both in dB. On one side of the knee it is a line of `slope` through 0 dB
+// at `threshold`, on the other 0 dB. Between the knee's edges it is a L^2 + b L + c, which meets
+// both in value and in slope.
 struct Curve {
   double slope = 0, threshold = 0;
   double knee_low = 0, knee_high = 0;
@@ -23,8 +23,8 @@ struct Curve {
 Curve compressor_curve(const CompressorSettings& settings);
 Curve expander_curve(const ExpanderSettings& settings);
 
-// The curves at a level, in dB, limited by the range: where the smoothed terms settle, an
-// expander's while its gate is open. They throw as the curves do.
+// The gain in dB that the smoothed term settles at for a level in dB: the curve, limited by the
+// range. The expander's gate is open. They throw as the curves do.
 double compressor_gain(const CompressorSettings& settings, double level);
 double expander_gain(const ExpanderSettings& settings, double level);
 
@@ -33,8 +33,9 @@ struct StaticGain {
   double compressor = 0, expander = 0;
 };
 
-// For a detector level in dB that has lasted. A gate has two states between its thresholds; an
-// expander without hysteresis is always open. Throws std::invalid_argument as the curves do.
+// The terms that a constant detector level in dB settles at. A gate has two states between its
+// thresholds; an expander without hysteresis is always open. Throws std::invalid_argument as the
+// curves do.
 StaticGain static_gain(const StripSettings& settings, double level, bool gate_open);
 
 // Makeup in dB, 0 or more: half of what the compressor takes from a level at full scale. All of it
@@ -43,8 +44,8 @@ StaticGain static_gain(const StripSettings& settings, double level, bool gate_op
 double auto_makeup(const CompressorSettings& settings);
 
 // Weight of a one-pole step taken every `samples` samples that covers 63.2 % (1 - 1/e) of the
-// distance in `milliseconds`; 1 for a time of 0. A float x that moves by a weight w comes to rest
-// up to 2^-24 |x| / w short of its target: of -20 dB 0.6 dB over 10 s at 48 kHz.
+// distance in `milliseconds`; 1 for a time of 0. A float x that moves by a weight w stops up to
+// 2^-24 |x| / w short of its target: 0.6 dB short of -20 dB with 10 s at 48 kHz.
 double one_pole_weight(double milliseconds, double sample_rate, int samples = 1);
 
 // Factor per sample by which a level falls to 36.8 % (1/e) in `milliseconds`; 0 for a time of 0.

@@ -39,8 +39,9 @@ Section detector_section(const DetectorSettings& settings, double sample_rate) {
 
 }  // namespace
 
-// Without a compressor the range is of no effect; the default one keeps a compressor that is
-// switched in from starting at a limit of 0 dB. The expander's likewise.
+// Without a compressor its range has no effect. It gets the default all the same: a compressor that
+// is switched on later glides from there, and not from a range of 0 dB. The same holds for the
+// expander.
 void design_compressor(const std::optional<CompressorSettings>& wanted, double sample_rate,
                        Dyn_SCoefsBlock& out) {
   const auto settings = wanted.value_or(CompressorSettings{.attack = 0, .release = 0});

@@ -23,7 +23,7 @@ void design_expander(const std::optional<ExpanderSettings>& wanted, double sampl
 // All but the key filter.
 void design_detector(const DetectorSettings& settings, double sample_rate, Dyn_SCoefsBlock& out);
 
-// The settings' own map for the layout's format, or that of their style.
+// The link map that the settings have for the layout's format, or else the map of their link style.
 void design_links(const StripSettings& settings, const ChannelLayout& layout, Dyn_SCoefsBlock& out);
 
 // The map that design_links() wrote.

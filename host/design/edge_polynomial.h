@@ -21,7 +21,7 @@ struct EdgePolynomial {
   double skew;  // c0 - c2
 };
 
-EdgePolynomial first_order(double low, double high);  // the one without c2
+EdgePolynomial first_order(double low, double high);  // the one with c2 = 0
 
 double squared_magnitude(const EdgePolynomial& polynomial, double omega);
 

@@ -33,7 +33,7 @@ DesignedEq design_eq(const StripSettings& settings, double sample_rate);
 // The library's record of an equaliser.
 EQ_SCoefs eq_record(const DesignedEq& eq);
 
-// The detection signal's section in single precision, neutral where there is no key filter. Throws
+// The key filter's section in single precision, neutral if there is no key filter. Throws
 // std::invalid_argument "key filter: ...", also for a band of several sections.
 Section design_key_filter(const StripSettings& settings, double sample_rate);
 

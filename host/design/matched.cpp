@@ -34,8 +34,8 @@ struct Shares {
   double low, high;
 };
 
-// Exact at 0 Hz and at the cut-off. A second zero that makes half the sample rate exact too is
-// worse by far for cut-offs near it.
+// Exact at 0 Hz and at the cut-off. A second zero could make half the sample rate exact too, but is
+// far less accurate for cut-offs close to it.
 EdgeSection low_pass(const AnalogSection& analog, double omega) {
   const EdgePolynomial poles = impulse_invariant(analog.denominator, omega);
   const Shares share(omega);
@@ -65,8 +65,8 @@ double overhang(const Polynomial& analog, const EdgePolynomial& mapped, double o
           squared(std::sinh(decay / 2)) * std::cos(omega));
 }
 
-// A band-pass, or a peak of 0 dB or more: exact at 0 Hz and, with the slope of 0, at its frequency.
-// With half the sample rate exact in place of the slope, the peak would move.
+// A band-pass, or a peak of 0 dB or more. Exact at 0 Hz and at its frequency, where the slope is 0
+// too. If half the sample rate were exact instead of the slope, the peak would move.
 EdgeSection resonance(const AnalogSection& analog, double omega) {
   const EdgePolynomial poles = impulse_invariant(analog.denominator, omega);
   const double gain = squared(analog.numerator.c1 / analog.denominator.c1);
@@ -90,9 +90,10 @@ EdgeSection peak(const AnalogSection& analog, double omega) {
   return inverse(resonance(inverse(analog), omega));
 }
 
-// Poles at the lower end of the slope; exact at 0 Hz, at half the sample rate and at the corner, or
-// at a quarter of the rate if that is lower. Matched where the zeros resonate, a shelf of high Q
-// would come out better and, above a Q of about 15, not real.
+// A shelf whose poles are at the lower end of its slope. Exact at 0 Hz, at half the sample rate and
+// at the corner, or at a quarter of the rate if that is lower. Matching at the resonance of the
+// zeros instead would be more accurate for a high Q, but above a Q of about 15 the coefficients
+// would not be real.
 EdgeSection rising_above_its_poles(const AnalogSection& analog, double omega) {
   const EdgePolynomial poles = impulse_invariant(analog.denominator, omega);
   const double middle = std::min(omega, kPi / 2);
@@ -105,9 +106,9 @@ EdgeSection rising_above_its_poles(const AnalogSection& analog, double omega) {
   return {{low, high, skew / std::sin(middle)}, poles};
 }
 
-// Of a shelf's two resonances the upper one may lie above half the sample rate, where impulse
-// invariance would fold it back; mapping the lower one, be it of zeros or poles, works everywhere
-// and makes opposite gains inverse.
+// A shelf has two resonances, of its zeros and of its poles. The upper one may lie above half the
+// sample rate, where impulse invariance would fold it back. So the lower one is mapped, whichever
+// it is; this also makes shelves of opposite gains inverse to each other.
 EdgeSection shelf(const AnalogSection& analog, double omega) {
   const auto& [zeros, poles] = analog;
   if (poles.c0 * zeros.c2 <= zeros.c0 * poles.c2) return rising_above_its_poles(analog, omega);

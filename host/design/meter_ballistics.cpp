@@ -12,10 +12,10 @@ namespace {
 
 constexpr double kSilence = -std::numeric_limits<double>::infinity();
 
-// Of the greatest float: infinity would never fall.
+// dB, the level of the greatest float. Higher ones are clamped: infinity would never fall.
 constexpr double kHighest = 770.7;
 
-// Where 1 - factor as a float reaches 1: the least factor that it tells from 0.
+// The least factor that a readout, 1 - factor as a float, tells from 0.
 constexpr double kLeastFactor = 0x1p-24;
 
 }  // namespace

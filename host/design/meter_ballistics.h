@@ -1,12 +1,13 @@
-// What a host makes of a strip's meter array: needles that rise at once, stay and fall, reductions
+// What a host shows of a strip's meter array: needles that rise at once, hold and fall, reductions
 // in decibels, a count of overs.
 //
-// The library only ever raises the array. Read it and write 0 into it between calls, and each
-// reading is the extreme of its period, to the sample; the ballistics here are independent of how
-// long the periods are. A call may load the array when it starts and store it when it is done: a
-// meter thread that does the same at any time may lose the extreme of a call that ends between its
-// reading and its writing, and a 0 written during a call comes undone, so that the old extreme
-// shows once more. No reading is ever greater than what has been.
+// The library only ever increases the values in the array. If it is read and set to 0 between
+// calls, each reading is the extreme of its period, to the sample; the ballistics here don't depend
+// on the length of the periods. A call may load the array when it starts and store it when it is
+// done. A meter thread that reads and clears the array at any time may therefore lose the extreme
+// of a call that ends between its reading and its clearing, and a 0 written during a call is
+// overwritten, so that the old extreme shows once more. No reading is ever greater than a value
+// that occurred.
 
 #pragma once
 
@@ -21,16 +22,16 @@ struct Ballistics {
   double floor = -90;       // dB, what silence shows
 };
 
-// The fall of a digital peak meter after IEC 60268-18, 20 dB in 1.7 s, as that of a type I
-// programme meter after IEC 60268-10.
+// The fall of a digital peak meter after IEC 60268-18, 20 dB in 1.7 s, which is also that of a type
+// I programme meter after IEC 60268-10.
 inline constexpr Ballistics kDigitalPeak{};
 
 // The fall of a type II programme meter after IEC 60268-10, 24 dB in 2.8 s.
 inline constexpr Ballistics kProgramme{.hold = 0, .decay = 24 / 2.8, .floor = -90};
 
-// One needle. Every peak stands for the hold and then falls, the needle shows the highest: a lower
-// peak that came later takes over where it stands longer. Levels in dBFS, or with a floor of 0
-// reductions in dB.
+// One needle. Every peak is held and then falls, and the needle shows the highest of them: a lower
+// peak that came later takes over when the earlier one has fallen below it. Levels in dBFS, or with
+// a floor of 0 reductions in dB.
 //
 // A reading counts from the end of its period. So the needle is never lower than with periods of a
 // sample each, and higher by at most the decay in the longest period.
@@ -58,9 +59,10 @@ class PeakMeter {
   double falling_;         // dB, the highest of those no longer held
 };
 
-// Reductions in dB, 0 or more, from linear readings: of a gain and of a reduction readout, which is
-// 1 - the least factor. A gain of 0 is that of an array nothing was written to: no reduction. As a
-// float the readout ends at 144.5 dB and is known to 2^-25 of full scale: to 0.03 dB at 100 dB.
+// Reductions in dB, 0 or more, from linear readings: of a gain, and of a reduction readout, which
+// is 1 - the least factor. A gain of 0 means that nothing was written to the array: no reduction.
+// As a float the readout can't show more than 144.5 dB, and it is exact to 2^-25 of full scale,
+// which is 0.03 dB at 100 dB.
 double reduction_of_gain(double gain);
 double reduction_of_readout(double readout);
 

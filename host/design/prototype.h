@@ -18,7 +18,7 @@ struct Polynomial {
   double c0 = 1, c1 = 0, c2 = 0;
 };
 
-// H(s) = numerator / denominator, s in units of the band's frequency. Of first order without c2.
+// H(s) = numerator / denominator, s in units of the band's frequency. First order has c2 = 0.
 struct AnalogSection {
   Polynomial numerator, denominator;
 };

@@ -10,14 +10,14 @@
 
 namespace channelstrip::host {
 
-// Throws std::invalid_argument, a phrase saying what can't be had.
+// Throws std::invalid_argument with a phrase that says what is impossible.
 template <typename... Arguments>
 [[noreturn]] void refuse(fmt::format_string<Arguments...> format, Arguments&&... arguments) {
   throw std::invalid_argument(fmt::format(format, std::forward<Arguments>(arguments)...));
 }
 
-// Throws std::invalid_argument "<setting> <value> <unit> is not <rule>" unless `holds`. Written as
-// what must be true, a condition refuses NaN by itself.
+// Throws std::invalid_argument "<setting> <value> <unit> is not <rule>" unless `holds`. Conditions
+// say what must be true, so that NaN fails them.
 inline void require(bool holds, std::string_view setting, double value, std::string_view unit,
                     std::string_view rule) {
   if (!holds) refuse("{} {}{}{} is not {}", setting, value, unit.empty() ? "" : " ", unit, rule);

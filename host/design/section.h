@@ -20,7 +20,7 @@ std::complex<double> response(const Section& section, double frequency, double s
 std::complex<double> response(std::span<const Section> sections, double frequency,
                               double sample_rate);
 
-// The roots in z of the denominator; the lacking ones of a lower order are 0.
+// The roots in z of the denominator; those that a lower order lacks are 0.
 std::array<std::complex<double>, 2> poles(const Section& section);
 
 // The roots in z of the numerator; where b0 is 0 one or both lie at infinity.
@@ -29,13 +29,13 @@ std::array<std::complex<double>, 2> zeros(const Section& section);
 // Whether both poles lie inside the unit circle; false for coefficients that aren't finite.
 bool is_stable(const Section& section);
 
-// Throws std::invalid_argument that tells the outermost pole's radius unless the section is stable.
+// Throws std::invalid_argument with the outermost pole's radius unless the section is stable.
 void require_stable(const Section& section);
 
-// A section of five floats close to `section`. Low frequencies hang on the sums b0 + b1 + b2 and
-// 1 - a1 - a2, which are small differences of large coefficients: a2 and b2 are rounded last, so
-// as to make up for what the others did to the sums. A mirrored numerator, an all-pass's, stays
-// one.
+// A section of five floats close to `section`. The response at low frequencies depends on the sums
+// b0 + b1 + b2 and 1 - a1 - a2, which are small differences of large coefficients: a2 and b2 are
+// rounded last, to compensate in these sums for the rounding of the others. An all-pass keeps its
+// mirrored numerator.
 Section in_single_precision(const Section& section);
 
 // Writes b0, b1, b2, a1, a2 as floats, in the order of the library's records.

@@ -1,4 +1,4 @@
-// What a user sets on a strip: frequencies, decibels and milliseconds, no coefficient.
+// What a user sets on a strip: frequencies, decibels and milliseconds, no coefficients.
 //
 // Decibel values lie within -200 to 200 (silence counts as -140) and times within 0 to 10000 ms
 // unless a comment says otherwise; all but a compressor's ratio are finite.
@@ -14,13 +14,13 @@
 namespace channelstrip::host {
 
 enum class BandType {
-  kPeak,       // `gain` at the frequency, half of it frequency / q apart
+  kPeak,       // `gain` at the frequency, half of it at two points frequency / q apart
   kLowShelf,   // `gain` below the frequency, half of it there
   kHighShelf,  // `gain` above
   kLowPass,
   kHighPass,
-  kBandPass,  // 0 dB at the frequency, -3 dB frequency / q apart
-  kNotch,     // nothing at the frequency, -3 dB frequency / q apart
+  kBandPass,  // 0 dB at the frequency, -3 dB at two points frequency / q apart
+  kNotch,     // silence at the frequency, -3 dB at two points frequency / q apart
   kAllPass,   // 0 dB everywhere, -180 degrees at the frequency
   kTilt       // first order: -gain / 2 far below the frequency, gain / 2 far above
 };
@@ -32,11 +32,11 @@ enum class BandDesign {
   kMatched    // keeps the analog magnitude to a few decibels up to 0.9 of half the sample rate
 };
 
-// What a type has no use for is ignored.
+// Settings that a type doesn't use are ignored.
 struct BandSettings {
   BandType type = BandType::kPeak;
   double frequency = 1000;  // Hz, above 0, below half the sample rate
-  double q = 0.7071;        // above 0; not of a tilt, nor of passes with another slope than 12
+  double q = 0.7071;        // above 0; not used by tilts, nor by passes of another slope than 12
   double gain = 0;          // dB; peak, shelves and tilt only
   BandDesign design = BandDesign::kCookbook;
   std::optional<double> shelf_slope = std::nullopt;  // S of a shelf, takes q's place: above 0, and
@@ -45,13 +45,13 @@ struct BandSettings {
                    // takes one of a strip's eight sections for each 12 dB, or part of them
 };
 
-// Why a ratio lies at 1 or above, in the words of every refusal.
+// Why a ratio must be 1 or above, as every refusal words it.
 inline constexpr std::string_view kNeverLouder =
     "a compressor never makes louder what is above its threshold";
 
 struct CompressorSettings {
   double threshold = -20;    // dB
-  double ratio = 2;          // dB in per dB out above the threshold, 1 or more; infinity limits
+  double ratio = 2;          // dB in per dB out above the threshold, 1 or more; infinity: a limiter
   double knee = 6;           // dB, width centred on the threshold; 0 (hard) or at least 0.1
   double attack = 10;        // ms to cover 63.2 % of a fall in gain
   double release = 100;      // ms to cover 63.2 % of a rise
@@ -78,14 +78,14 @@ struct ExpanderSettings {
 // of a link group.
 enum class DetectorMode {
   kPeak,    // rises at once, decays
-  kSmooth,  // an average, one pole
-  kRms      // an average, two poles: like RMS, of magnitudes all the same
+  kSmooth,  // an average with one pole
+  kRms      // an average with two poles: similar to RMS, although of magnitudes
 };
 
 // Which channels the dynamics link where a format has no map of its own.
 enum class LinkStyle {
   kPairs,  // left and right of each pair; every other channel alone
-  kFilm,   // the front, the LFE, the surrounds: each of the three for itself
+  kFilm,   // three groups: the front, the LFE, the surrounds
   kMusic,  // everything but the LFE, which is alone
   kAll,    // everything
   kNone    // nothing: every channel for itself
@@ -93,8 +93,8 @@ enum class LinkStyle {
 
 struct DetectorSettings {
   DetectorMode mode = DetectorMode::kPeak;
-  // ms in which a peak has lost, or an average covered, 63.2 % of a step. With a time of 0 an
-  // average is the level itself, while a peak reads nothing wherever the level doesn't rise.
+  // ms in which a peak loses, or an average covers, 63.2 % of a step. With a time of 0 an average
+  // is the level itself, and a peak drops to 0 wherever the level doesn't rise.
   double time = 20;
 };
 
@@ -109,8 +109,8 @@ struct StripSettings {
   LinkStyle link_style = LinkStyle::kPairs;
   bool key_enable = false;      // detect from the key channel where there is one
   bool key_listen = false;      // hear the filtered detection signals in place of the audio
-  double input_meter_gain = 0;  // dB, on what the input meters show alone
-  bool bypass = false;          // out as it came in; the processing runs on unheard
+  double input_meter_gain = 0;  // dB, of the input meters only
+  bool bypass = false;          // the outputs are the inputs; the processing runs on unheard
   double glide = 20;            // ms for coefficients to cover 63.2 % of a change
 };
 

@@ -13,13 +13,13 @@ namespace channelstrip::host {
 struct StripCoefficients {
   EQ_SCoefs eq;
   Dyn_SCoefsBlock dynamics;
-  float dezip_rate;  // weight per quad of four samples
+  float dezip_rate;  // one-pole weight of the glide per quad, four samples
 };
 
-// A pure function of its arguments. What is not set is neutral: bands pass, terms stay at 0 dB.
-// The link map is settings.link's entry for the layout's format, or the style's; where it has more
-// groups than the format holds, split_strip says which strips the records are to be split over.
-// Throws std::invalid_argument, naming the setting, for what no strip can do.
+// A pure function of its arguments. What is not set is neutral: bands pass, terms stay at 0 dB. The
+// link map is that of settings.link for the layout's format, or else that of the link style; if it
+// has more groups than the format holds, split_strip() tells over which strips to split the
+// records. Throws std::invalid_argument, naming the setting, for what no strip can do.
 StripCoefficients design_strip(const StripSettings& settings, double sample_rate,
                                const ChannelLayout& layout);
 

@@ -17,10 +17,10 @@ int most_groups(std::span<const LinkMap> maps, const std::vector<std::size_t>& c
   return most;
 }
 
-// Channels that any of the maps links, directly or through others.
+// The sets of channels that the maps link, directly or through other channels.
 std::vector<std::vector<std::size_t>> linked_sets(std::span<const LinkMap> maps,
                                                   std::size_t channels) {
-  std::vector<std::size_t> set(channels);  // of each channel, by its first member
+  std::vector<std::size_t> set(channels);  // of each channel, named by the set's first member
   std::iota(set.begin(), set.end(), std::size_t{0});
   for (const LinkMap& map : maps) {
     for (std::size_t c = 0; c < channels; ++c) {

@@ -1,4 +1,4 @@
-// Several strips for one stream: what a link map takes that has more groups than the format holds.
+// Splits a stream over several strips, for link maps with more groups than its format holds.
 
 #pragma once
 
@@ -15,15 +15,15 @@ namespace channelstrip::host {
 // A strip and those of the stream's channels that it processes, as many as its format has.
 struct SplitStrip {
   const StemFormat* format;
-  std::vector<std::size_t> channels;  // rising
+  std::vector<std::size_t> channels;  // ascending
 };
 
-// The strips that process a stream of `format` while `maps` hold, one after the other: a single one
-// where each map fits the format's groups. Otherwise a strip for every set of channels that no map
-// links with others, which gives each channel what one strip with enough groups would. Strips of
-// one format stand beside each other. Throws std::invalid_argument where channels that a map links
-// take more groups under another map than their strip's format holds: stereo that is linked for a
-// time and unlinked for another.
+// The strips that process a stream of `format` in which `maps` apply one after the other: a single
+// strip if each map fits the format's groups. Otherwise one strip for each set of channels that no
+// map links with others, which gives every channel what one strip with enough groups would. Strips
+// of the same format are adjacent. Throws std::invalid_argument if the channels of a set need more
+// groups under one of the maps than a format of that many channels has: stereo that is linked at
+// one time and unlinked at another, for example.
 std::vector<SplitStrip> split_strip(const StemFormat& format, std::span<const LinkMap> maps);
 
 // The records of one of these strips, from those of the stream.
