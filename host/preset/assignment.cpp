@@ -44,7 +44,7 @@ void assign(const std::string& assignment, Draft& draft) {
 
   const std::string key = in_full(assignment.substr(0, equals));
   const std::string value = assignment.substr(equals + 1);
-  // What begins a table, an array or a comment would make something else of the line.
+  // Characters that begin a table, an array or a comment would change what the line means.
   const bool is_key = key.find_first_of("[]{}#") == key.npos && parsed(key, "0");
   if (!is_key) fail(place, fmt::format("\"{}\" is no key", key));
   auto table = parsed(key, value);

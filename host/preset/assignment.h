@@ -8,9 +8,9 @@
 
 namespace channelstrip::host {
 
-// Writes "KEY=VALUE" into the draft: a key as in a preset, comp. and exp. short for compressor. and
-// expander.; a value as in a preset, text also without quotes. Throws std::runtime_error:
-// "--set KEY=VALUE: what is wrong".
+// Writes "KEY=VALUE" into the draft. KEY is a key as in a preset, where comp. and exp. may stand
+// for compressor. and expander.; VALUE is a value as in a preset, text also without quotes. Throws
+// std::runtime_error: "--set KEY=VALUE: what is wrong".
 void assign(const std::string& assignment, Draft& draft);
 
 }  // namespace channelstrip::host

@@ -9,7 +9,7 @@ namespace channelstrip::host {
 // A preset's [[eq]] tables: new bands, in order.
 void write_bands(const Entry& eq, const Layer& layer, Draft& draft);
 
-// eq.N by number from 1; an assignment may add one to those there are.
+// Keys of existing bands, eq.1 being the first. An assignment may also add one band at the end.
 void write_numbered_bands(const Entry& eq, const Layer& layer, Draft& draft);
 
 void write_key_filter(const Entry& key_filter, const Layer& layer, Draft& draft);

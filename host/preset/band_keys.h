@@ -1,4 +1,4 @@
-// Every key of a band: of an [[eq]] table, and all but the position of [key_filter].
+// The keys of a band: all of them in an [[eq]] table, all but the position in [key_filter].
 
 #pragma once
 

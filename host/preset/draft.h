@@ -1,4 +1,4 @@
-// A strip's settings while they are written, layer over layer, and where each of them stands.
+// A strip's settings while layers are written over each other, and where each setting was written.
 
 #pragma once
 
@@ -34,13 +34,14 @@ struct Draft {
   std::map<std::string, Origin> links;  // by format name
 };
 
-// Writes the keys of `table` into the draft; of [[at]] tables all but the time, and of a preset's
-// own all but those tables. Throws std::runtime_error: "FILE:LINE:COLUMN: key: what is wrong".
+// Writes the keys of `table` into the draft, except for the time of an [[at]] table and, at the top
+// of a preset, the [[at]] tables. Throws std::runtime_error: "FILE:LINE:COLUMN: key: what is
+// wrong".
 void write(const toml::table& table, const Layer& layer, Draft& draft);
 
-// Ends a layer. What it gave a band of a type or slope that knows no such key is refused. What
-// older layers gave is forgotten where a fresh type or slope knows it no more. Throws likewise,
-// also for more sections than a strip has.
+// Ends a layer. A key that means nothing to the type or slope of its band is refused if this layer
+// wrote it, and forgotten if an older layer did. Throws likewise, also for more sections than a
+// strip has.
 void settle(Draft& draft);
 
 // The draft's settings, bands among them.

@@ -13,7 +13,7 @@ namespace channelstrip::host {
 
 inline constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-// A number, the index of a word, 0 or 1 of a switch; none where a setting is optional and not set.
+// A number, the index of a word, or 0 or 1 for a switch; none if an optional setting isn't set.
 using Value = std::optional<double>;
 
 enum class Kind { kNumber, kWord, kSwitch };
@@ -21,7 +21,7 @@ enum class Kind { kNumber, kWord, kSwitch };
 struct Range {
   std::string_view unit;
   double minimum, maximum;       // the maximum may be infinity
-  bool or_zero = false;          // 0 is allowed besides
+  bool or_zero = false;          // 0 is allowed too
   double step = 0;               // values are multiples of it; 0: any
   std::string_view reason = {};  // why no other value makes sense, where that isn't plain
 
@@ -43,8 +43,8 @@ struct Key {
   std::string_view name;
   std::string_view meaning;
   Access<Settings> access;
-  Range range = {};                              // of a number
-  std::span<const std::string_view> words = {};  // of a choice, in the order of its enumeration
+  Range range = {};                              // for numbers
+  std::span<const std::string_view> words = {};  // for choices, in the order of the enumeration
   // Why the key means nothing to these settings; empty: it does. Null: it always does.
   std::string (*objection)(const Settings&) = nullptr;
   bool lasting = false;  // can't change in time
@@ -68,7 +68,7 @@ auto& reach(auto& settings) {
   }
 }
 
-// Access through a path of members, from whatever settings they begin at.
+// Access to the member at the end of a path, whatever the settings that the path begins at.
 template <auto... kPath>
 struct Member {
   template <class Settings>
@@ -83,7 +83,7 @@ struct Member {
     }
   }
 
-  // Where an optional member on the way is absent: what it would begin with.
+  // If an optional member on the way isn't set: the value it would be created with.
   template <class Settings>
   static Value get(const Settings& settings) {
     Settings copy = settings;

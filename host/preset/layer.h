@@ -1,5 +1,5 @@
-// A set of settings written together, one over the other: the preset's own, --set, a change in
-// time.
+// A layer is a set of settings written together, over those of earlier layers: the preset itself, a
+// --set, or a change in time.
 
 #pragma once
 
@@ -26,7 +26,7 @@ struct Layer {
   }
 };
 
-// An entry of a table, its path from the top: "compressor.threshold".
+// An entry of a table and its path from the top level: "compressor.threshold".
 struct Entry {
   const toml::key& key;
   const toml::node& node;

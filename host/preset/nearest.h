@@ -12,8 +12,8 @@ namespace channelstrip::host {
 // (optimal string alignment); letter case is ignored.
 int edit_distance(std::string_view a, std::string_view b);
 
-// Those of `known` that are nearest to `word`, all of the same distance: at most a third of the
-// longer one's letters. If none is, those that `word` begins.
+// The words of `known` at the least distance from `word`, if that is at most a third of the longer
+// word's letters; otherwise those that begin with `word`.
 std::vector<std::string_view> nearest(std::string_view word,
                                       const std::vector<std::string_view>& known);
 
@@ -21,7 +21,7 @@ std::vector<std::string_view> nearest(std::string_view word,
 std::string suggestion(std::string_view word, const std::vector<std::string_view>& known,
                        std::string_view otherwise);
 
-// "a, b or c", each between `quote`.
+// "a, b or c", each word between two `quote`.
 std::string alternatives(const std::vector<std::string_view>& words, std::string_view quote = "");
 
 }  // namespace channelstrip::host

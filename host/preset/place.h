@@ -1,4 +1,4 @@
-// Where a setting was written, as messages begin.
+// Where a setting was written, with which messages begin.
 
 #pragma once
 
@@ -22,7 +22,7 @@ struct Place {
                                : fmt::format("{}: {}: {}", place.where, place.key, what));
 }
 
-// Calls `design` or the like and puts the place before what it refuses.
+// Calls `call` and puts the place before the message of what it refuses.
 template <class Call>
 auto placing(const Place& place, Call call) {
   try {

@@ -25,7 +25,8 @@ struct Preset {
   };
   std::vector<Change> changes = {};  // in order of time, all different
 
-  // What only the audio can prove wrong, of the settings and of every change, and where it stands.
+  // What can't be checked without the sample rate and the channels, in the settings and in every
+  // change, and where it was written.
   struct Band {
     Place place;
     BandSettings settings;
@@ -42,14 +43,14 @@ struct Preset {
 Preset read_preset(const std::string& path);
 Preset parse_preset(std::string_view text, const std::string& file);
 
-// The preset at `path`, none: everything neutral, and over it `assignments` "compressor.ratio=4" in
-// this order, which hold through the preset's changes unless these set the same key. Throws
-// likewise, for an assignment "--set KEY=VALUE: what is wrong".
+// The preset at `path`, or neutral settings without one. The `assignments`, "compressor.ratio=4",
+// are written over it in this order and hold through the preset's changes unless these set the same
+// key. Throws likewise, for an assignment "--set KEY=VALUE: what is wrong".
 Preset load_preset(const std::optional<std::string>& path,
                    const std::vector<std::string>& assignments);
 
-// Throws likewise when a band, also of a change, can't be had at the sample rate or the link map of
-// the layout's format names other channels than the layout has.
+// Throws likewise if a band, also of a change, is impossible at the sample rate, or if the link map
+// of the layout's format names other channels than the layout has.
 void check_fits(const Preset& preset, double sample_rate, const ChannelLayout& layout);
 
 }  // namespace channelstrip::host

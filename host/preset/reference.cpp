@@ -53,7 +53,7 @@ std::string values_of(const Key<Settings>& key) {
   return limits(key.range);
 }
 
-// Of a band's key, the types that know it; nothing where all do.
+// The band types that use a key, in parentheses; empty if all do.
 std::string bands_of(const Key<EqBand>& key) {
   std::vector<std::string_view> types;
   for (std::size_t type = 0; type < std::size(kBandTypes); ++type) {

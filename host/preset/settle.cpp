@@ -23,14 +23,16 @@ void age(BandDraft& draft) {
   for (auto& [key, origin] : draft.origins) origin.fresh = false;
 }
 
-// What of the layer made a band as long as it is, or null.
+// Where this layer set what determines the number of the band's sections: its slope, or else the
+// band itself if it is new. Null if it did neither.
 const Place* lengthened(const BandDraft& draft) {
   const auto slope = draft.origins.find("slope");
   if (slope != draft.origins.end() && slope->second.fresh) return &slope->second.place;
   return draft.origin.fresh ? &draft.origin.place : nullptr;
 }
 
-// Blames the first band that doesn't fit, unless it was there before the layer and another grew.
+// Blames a band that this layer added or whose slope it set: the last one up to the band that
+// doesn't fit, or else the first one after it.
 void require_room(const Draft& draft) {
   int total = 0;
   const Place* culprit = nullptr;

@@ -10,7 +10,7 @@
 
 namespace channelstrip::host {
 
-// All throw std::invalid_argument, what is wrong with the value.
+// All throw std::invalid_argument with what is wrong with the value.
 double number_of(const toml::node& node);
 double number_of(const toml::node& node, const Range& range);
 double word_of(const toml::node& node, std::span<const std::string_view> words);

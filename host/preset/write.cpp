@@ -44,7 +44,7 @@ void write_link_map(const Entry& entry, const StemFormat& format, const Layer& l
   draft.links[name] = {place};
 }
 
-// A format's name may go without quotes: TOML takes 5.1 for a table 5 with a key 1.
+// A format's name may be written without quotes: TOML takes 5.1 for a table 5 with a key 1.
 void write_link_maps(const Entry& entry, const Layer& layer, Draft& draft) {
   const std::string name = entry.path.substr(std::string_view("link.").size());
   if (const StemFormat* format = find_stem_format(name)) {

@@ -18,7 +18,7 @@
 
 namespace channelstrip::host {
 
-// Refuses a key, called `name` in `table`, that isn't one of those it knows.
+// Refuses a key `name` that isn't one of those that `table` knows.
 [[noreturn]] inline void fail_unknown(const Entry& entry, const Layer& layer, std::string_view name,
                                       std::string_view table,
                                       const std::vector<std::string_view>& known) {
