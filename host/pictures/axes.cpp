@@ -1,6 +1,6 @@
 #include <fmt/format.h>
 
-#include "plot_elements.h"
+#include "plot.h"
 #include "svg_element.h"
 #include "ticks.h"
 

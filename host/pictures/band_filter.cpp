@@ -14,9 +14,9 @@ namespace channelstrip::host {
 namespace {
 
 constexpr double kDegrees = 180 / std::numbers::pi;
-constexpr int kFrequencies = 360;  // of a plot
+constexpr int kFrequencies = 360;  // per plot
 
-// The nearest angle to `previous` among those that are the same but for whole turns.
+// The angle that is nearest to `previous` and differs from `angle` by whole turns only.
 double unwrapped(double angle, double previous) {
   return angle - 360 * std::round((angle - previous) / 360);
 }
@@ -72,7 +72,7 @@ std::vector<double> plotted_frequencies(std::span<const BandFilter> bands, doubl
   }
   result.back() = high;
   for (const BandFilter& band : bands) {
-    // The width of a resonance is frequency / Q; of what is wider the even steps are enough.
+    // A resonance is frequency / Q wide; for those wider than at a Q of 1 the even steps suffice.
     const double width = band.settings.frequency / std::max(band.settings.q, 1.0);
     for (const double part : {0.0, 0.02, 0.05, 0.1, 0.2, 0.3, 0.5, 0.7, 1.0, 1.5, 2.0}) {
       for (const double side : {-1.0, 1.0}) {

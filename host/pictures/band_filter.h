@@ -1,4 +1,4 @@
-// A band as a strip filters with it.
+// A band's settings with the filter that the library makes of them.
 
 #pragma once
 
@@ -19,19 +19,19 @@ struct BandFilter {
 // Throws std::invalid_argument, naming the setting.
 BandFilter design_filter(const BandSettings& band, double sample_rate);
 
-// Of the outermost pole; below 1, the nearer to it the longer the band rings.
+// The radius of the outermost pole, below 1: the closer to 1, the longer the band rings.
 double pole_radius(const BandFilter& band);
 
-// Of the bands in a row, at each of `frequencies` in Hz.
+// The magnitude of the bands in series at each of `frequencies`, in Hz.
 std::vector<double> magnitude_db(std::span<const BandFilter> bands,
                                  std::span<const double> frequencies, double sample_rate);
 
-// Likewise, in degrees and continuous over frequency, which a sum of wrapped angles isn't.
+// Likewise the phase in degrees, unwrapped: continuous over frequency.
 std::vector<double> phase_degrees(std::span<const BandFilter> bands,
                                   std::span<const double> frequencies, double sample_rate);
 
-// From `low` to `high` in even steps of a logarithmic axis, with all that narrow bands need
-// besides.
+// Frequencies from `low` to `high` in even steps of a logarithmic axis, and more of them around
+// narrow bands.
 std::vector<double> plotted_frequencies(std::span<const BandFilter> bands, double low, double high);
 
 // "high shelf", "peak" ... as written in texts.

@@ -15,13 +15,12 @@ struct Plan {
   std::size_t before, during, after;  // samples
 };
 
-// After eight time constants 0.03 % of a way remains.
+// Time constants until a gain counts as settled: 0.03 % of its way remains.
 constexpr double kSettled = 8;
 
 Plan plan(const StripSettings& settings, double sample_rate) {
   const auto& compressor = settings.compressor;
   const auto& expander = settings.expander;
-  // The detector's fall through 8.7 dB takes it one time.
   double quiet = 0, loud = -1000, attack = 0, release = 0, hold = 0;
   if (compressor) {
     const double threshold = compressor->threshold, half_knee = compressor->knee / 2;
@@ -41,6 +40,7 @@ Plan plan(const StripSettings& settings, double sample_rate) {
   }
   const double detector = settings.detector.time;
   const bool smooth = settings.detector.mode != DetectorMode::kPeak;
+  // A peak detector falls by 8.7 dB, a factor of e, in its time.
   const double fall = detector * (loud - quiet) / linear_to_db(std::exp(1));
   const auto samples = [&](double milliseconds) {
     return static_cast<std::size_t>(std::ceil(milliseconds / 1000 * sample_rate));
@@ -56,7 +56,8 @@ struct Run {
   std::vector<double> rise, fall;
 };
 
-// Gain in dB of a constant signal's samples: its magnitude is its level at every moment.
+// The strip's gain in dB, sample by sample. The input is constant but for the two jumps, so that
+// its magnitude is its level at every sample.
 Run run(const StripSettings& settings, double sample_rate, const Library& library,
         const Plan& plan) {
   const StemFormat& mono = *find_stem_format("Mono");
@@ -78,7 +79,7 @@ Run run(const StripSettings& settings, double sample_rate, const Library& librar
   return {{rise, fall}, {fall, gain.end()}};
 }
 
-// What is left of a strip's settings when only its dynamics matter.
+// The settings with the dynamics and their detector, everything else neutral.
 StripSettings dynamics_alone(const StripSettings& settings) {
   StripSettings result;
   result.compressor = settings.compressor;

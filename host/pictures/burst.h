@@ -15,7 +15,7 @@ struct GainCourse {
 };
 
 struct Burst {
-  double quiet, loud;  // dBFS: below all that the dynamics do, and above
+  double quiet, loud;  // dBFS, below and above the levels at which the gain changes
   GainCourse rise, fall;
 };
 

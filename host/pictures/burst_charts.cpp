@@ -26,7 +26,7 @@ std::size_t settling(const GainCourse& course) {
   return std::min(last + last / 10 + 1, course.total.size());
 }
 
-// Time in milliseconds, of a long course in seconds.
+// Time in milliseconds, or in seconds for a course of 1 s and more.
 struct TimeScale {
   TimeScale(std::size_t count, double sample_rate)
       : is_long(static_cast<double>(count) >= sample_rate),

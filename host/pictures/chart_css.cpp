@@ -2,10 +2,10 @@
 
 namespace channelstrip::host {
 
-// Hues: M. Okabe, K. Ito, "Color Universal Design", 2008, told apart by every kind of colour
-// vision, sky blue and orange darkened to a contrast of 3 on white; each series has a dash of its
-// own besides. A selector or property that a renderer doesn't
-// know leaves the light colours in force.
+// Hues: M. Okabe, K. Ito, "Color Universal Design", 2008, which people with any kind of colour
+// vision can tell apart; sky blue and orange are darkened to a contrast of 3 on white. Each series
+// also has a dash of its own. A renderer that doesn't know a selector or property keeps the light
+// colours.
 std::string_view chart_css() {
   return R"(.chart{font:14px sans-serif}
 .chart text{fill:#222;stroke:none}

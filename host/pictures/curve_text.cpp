@@ -113,7 +113,7 @@ std::string level_table(const StripCurves& curves) {
   return text;
 }
 
-// Milliseconds until a gain has covered 63.2 % (1 - 1/e) of its way; "-" if it rests.
+// Milliseconds until a gain has covered 63.2 % (1 - 1/e) of its way; "-" if it doesn't move.
 std::string measured(const std::vector<double>& gain, double sample_rate) {
   const double way = gain.back() - gain.front();
   if (std::abs(way) < 0.01) return "-";

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <stdexcept>
 
-#include "plot_elements.h"
+#include "plot.h"
 #include "svg_element.h"
 
 namespace channelstrip::host {
@@ -20,7 +20,7 @@ std::string line(const Series& series, const Plot& plot) {
   return commands;
 }
 
-// The upper line forth and the lower one back, a shape for each stretch without a gap.
+// For each stretch without a gap a closed shape, along the upper line and back along the lower one.
 std::string area(const Series& series, const Plot& plot) {
   std::string commands;
   std::vector<Point> upper, lower;

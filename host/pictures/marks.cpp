@@ -7,7 +7,7 @@
 #include <limits>
 #include <vector>
 
-#include "plot_elements.h"
+#include "plot.h"
 #include "svg_element.h"
 #include "xml.h"
 
@@ -20,7 +20,7 @@ std::string line_between(const Point& a, const Point& b) {
   return path("mark", line_through(std::array{a, b}));
 }
 
-// Of the line at `x`; NaN beside its ends.
+// The value of the line at `x`; NaN beyond its ends.
 double value_at(const Series& series, double x) {
   const auto after = std::ranges::lower_bound(series.points, x, {}, &Point::x);
   if (after == series.points.end()) return std::numeric_limits<double>::quiet_NaN();
@@ -59,7 +59,7 @@ bool overlap(const Rectangle& a, const Rectangle& b) {
 }
 
 // The upright marks of a plot. Their names run upwards beside their lines, where they cover neither
-// each other nor a line before; a name that has no such place is left out.
+// another name nor the previous mark; a name that has no such place is left out.
 class Uprights {
  public:
   Uprights(const Chart& chart, const Plot& plot) : chart_(chart), plot_(plot) {}

@@ -1,4 +1,4 @@
-// Pictures for where SVG can't go.
+// Pictures in pixels, for uses that don't take SVG.
 
 #pragma once
 
@@ -7,8 +7,8 @@
 
 namespace channelstrip::host {
 
-// The SVG document in pixels, `scale` for each unit of its width and height, as a PNG file. Throws
-// std::runtime_error when it can't be drawn.
+// Renders an SVG document as a PNG file, with `scale` pixels per unit of its width and height.
+// Throws std::runtime_error if it can't be drawn.
 std::string to_png(std::string_view svg, double scale);
 
 }  // namespace channelstrip::host

@@ -1,4 +1,4 @@
-// All that can be drawn of a strip's settings.
+// What can be drawn of a strip's settings, without any audio.
 
 #pragma once
 
@@ -27,8 +27,8 @@ struct StripCurves {
   Dyn_SCoefsBlock dynamics;
   std::optional<Burst> burst;           // where there are dynamics
   std::optional<ChannelLayout> layout;  // where a format is given
-  std::vector<double> changes;          // s, of settings, in their order
-  std::size_t changed;                  // how many of them are done
+  std::vector<double> changes;          // s, ascending: when settings change
+  std::size_t changed;                  // how many of these have passed at the time shown
 
   double makeup() const { return linear_to_db(static_cast<double>(dynamics.makeupGain)); }  // dB
   bool has_gate() const { return settings.expander && settings.expander->hysteresis; }
@@ -37,13 +37,13 @@ struct StripCurves {
 // Of the settings in force at `time` s. Throws std::runtime_error, one line for the user.
 StripCurves strip_curves(const StripOptions& options, double sample_rate, double time = 0);
 
-// "Voice at 48000 Hz" and, where settings change, how long those shown hold.
+// "Voice at 48000 Hz" and, if settings change, from when to when those shown apply.
 std::string heading_of(const StripCurves& curves);
 
 // When settings change; empty where they don't.
 std::string note_of(const StripCurves& curves);
 
-// From the bands' magnitude to the course of the gain; what isn't set isn't drawn.
+// All charts, from the bands' magnitude to the course of the gain; what isn't set isn't drawn.
 std::vector<Chart> charts_of(const StripCurves& curves);
 
 // The same as tables.

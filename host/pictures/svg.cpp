@@ -4,7 +4,7 @@
 
 #include "chart.h"
 #include "legend.h"
-#include "plot_elements.h"
+#include "plot.h"
 #include "svg_element.h"
 #include "text_rows.h"
 #include "xml.h"

@@ -10,7 +10,7 @@
 
 namespace channelstrip::host {
 
-// Px, a little wider than most at 14 px.
+// Px that a character of 14 px text is taken to be wide, a little more than most are.
 inline constexpr double kCharacter = 7.9;
 
 // Rounded to 0.01, which no screen shows, in its shortest form; never -0.

@@ -15,7 +15,7 @@ constexpr std::array kDegreeSteps{15.0, 45.0, 90.0, 180.0, 360.0};
 constexpr std::array kTimeSteps{1.0,  2.0,   5.0,   10.0,  15.0,   30.0,  60.0,
                                 120., 300.0, 600.0, 900.0, 1800.0, 3600.0};
 
-// The first of 1, 2, 5, 10 ... times a power of ten that isn't below `least`.
+// The smallest number that is 1, 2 or 5 times a power of ten and not below `least`.
 double round_step(double least) {
   const double decade = std::pow(10, std::floor(std::log10(least)));
   for (const double step : {1.0, 2.0, 5.0}) {
@@ -52,7 +52,7 @@ std::string clock(double seconds) {
 std::vector<Tick> linear_ticks(const Axis& axis, int most) {
   const double step = step_of(axis.scale, (axis.high - axis.low) / most);
   const bool clocked = axis.scale == Scale::kTime && axis.high >= 60 && step >= 1;
-  // An edge counts as round however its division rounds.
+  // Keeps a tick at the very end of the axis when the division rounds the wrong way.
   const double slack = 1e-9;
   std::vector<Tick> result;
   const auto first = std::lround(std::ceil(axis.low / step - slack));

@@ -6,7 +6,8 @@
 namespace channelstrip::host {
 namespace {
 
-// Samples reach the comparison in single precision, which full scale itself is rounded to.
+// Allows for rounding to single precision, in which samples are compared: at most this much, at
+// full scale.
 constexpr double kRounding = 0x1p-24;
 
 }  // namespace

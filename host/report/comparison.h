@@ -1,4 +1,4 @@
-// Whether a file is what a strip gives.
+// Checks whether a file is what a strip gives.
 
 #pragma once
 
@@ -11,8 +11,8 @@ namespace channelstrip::host {
 enum class Verdict {
   kIdentical,  // every sample
   kRounded,    // to the file's bits: no sample is off by more than half a step
-  kDithered,   // or by no more than that and dither of one step up and down
-  kCoded,      // the sample type is lossy: it can't be told
+  kDithered,   // off by more than that, but no more than dither of one step up and down explains
+  kCoded,      // can't be told, because the sample type is lossy
   kDifferent
 };
 
@@ -27,7 +27,7 @@ class Comparison {
 
   Verdict verdict() const;
   double greatest() const { return greatest_; }  // difference, linear
-  double step() const { return step_; }          // of integer samples; 0: other ones
+  double step() const { return step_; }          // of integer samples, linear; 0 for other types
 
  private:
   double step_ = 0;

@@ -1,4 +1,4 @@
-// A picture's columns of something whose length isn't known beforehand.
+// The columns of a picture of a stream whose length isn't known beforehand.
 
 #pragma once
 
@@ -8,13 +8,13 @@
 
 namespace channelstrip::host {
 
-// Each column holds the same number of units, the last one at most as many; when the columns
-// become twice as many as wanted, neighbours merge. Memory stays the same, the work is one merge
-// per unit and little more. `Column` has merge(const Column&).
+// All columns hold the same number of units, except that the last one may hold fewer. When there
+// are twice as many columns as wanted, neighbours are merged: memory stays constant, and the work
+// is little more than one merge per unit. `Column` has merge(const Column&).
 template <typename Column>
 class FoldingTrack {
  public:
-  // The columns in the end: `wanted` to 2 * wanted - 1, or one per unit where these are fewer.
+  // In the end there are `wanted` to 2 * wanted - 1 columns, or one per unit if there are fewer.
   explicit FoldingTrack(std::size_t wanted) : wanted_(wanted) { columns_.reserve(2 * wanted); }
 
   void add(const Column& unit) {

@@ -5,7 +5,7 @@
 #include "../design/dynamics.h"
 #include "../text/wording.h"
 #include "html.h"
-#include "page_parts.h"
+#include "page.h"
 
 namespace channelstrip::host {
 namespace {

@@ -10,7 +10,6 @@
 #include "../pictures/xml.h"
 #include "../text/wording.h"
 #include "html.h"
-#include "page_parts.h"
 #include "page_style.h"
 #include "report_charts.h"
 

@@ -18,7 +18,8 @@ struct Part {
 // In order of their lowest channels.
 std::vector<Part> link_groups(const LinkMap& links, const ChannelLayout& layout);
 
-// What has a picture of its own: each of one or two channels, or else each link group.
+// The parts that have a picture of their own: each channel if there are one or two, otherwise each
+// link group.
 std::vector<Part> pictured_parts(const LinkMap& links, const ChannelLayout& layout);
 
 }  // namespace channelstrip::host

@@ -5,7 +5,7 @@
 namespace channelstrip::host {
 namespace {
 
-// The least gain that is averaged, so that a shut gate of -infinity dB doesn't outweigh all else.
+// Lower gains count as this one in the average, so that a gain of 0 doesn't outweigh all else.
 constexpr double kFloor = 1e-10;
 
 double reduction(double gain) {

@@ -10,8 +10,8 @@
 
 namespace channelstrip::host {
 
-// A unit is a period of StripStream, its gain the greatest in it, linear, without makeup: what is
-// drawn as reduction lasted for a whole period.
+// Takes one gain per period of StripStream: the greatest in it, linear, without makeup. So a
+// reduction that is drawn lasted for a whole period.
 class ReductionTrack {
  public:
   struct Column {

@@ -45,7 +45,7 @@ RenderAnalysis prepare(const std::string& input, const std::string& output, cons
   return analysis;
 }
 
-// Linked channels have one gain, but settings may link them otherwise from some time on.
+// Linked channels have the same gain, until a change of settings links them differently.
 float least_gain(const MeterReading& period, const Part& part) {
   float least = period.channel_gain[part.channels.front()];
   for (const std::size_t channel : part.channels) {

@@ -35,7 +35,8 @@ struct RenderAnalysis {
   Comparison comparison;           // of what the settings give with `after`
 };
 
-// One pass over both files; memory doesn't grow with them but for 32 bytes per 0.1 s of loudness.
+// One pass over both files. Memory doesn't grow with them, except for the loudness meters, which
+// keep 32 bytes per 0.1 s.
 // Throws std::runtime_error, one line for the user, also when `output` differs from `input` in
 // rate, channels or length, or Interrupted.
 RenderAnalysis analyse_render(const std::string& input, const std::string& output,

@@ -28,7 +28,7 @@ Axis time_axis(const RenderAnalysis& analysis) {
           .scale = Scale::kTime};
 }
 
-// 1, or of its halves the one that still holds every sample.
+// The least power of two that no sample exceeds; 1 for near silence.
 double amplitude_axis_end(const RenderAnalysis& analysis) {
   float peak = 0;
   for (const auto* file : {&analysis.before, &analysis.after}) {
@@ -114,7 +114,7 @@ Chart reduction_chart(const RenderAnalysis& analysis) {
         sample_rate(analysis);
     double time = seconds / 2;
     for (const auto& column : reduction.columns()) {
-      // Gains are exact to some 4e-5 dB: next to 0 dB they may lie above it.
+      // Gains are exact to some 4e-5 dB, so that those near 0 dB may come out above it.
       const double decibels = linear_to_db(static_cast<double>(column.least));
       gain.points.push_back({time, std::min(0.0, decibels)});
       time += seconds;

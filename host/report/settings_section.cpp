@@ -4,7 +4,7 @@
 
 #include "../text/wording.h"
 #include "html.h"
-#include "page_parts.h"
+#include "page.h"
 #include "settings_tables.h"
 
 namespace channelstrip::host {

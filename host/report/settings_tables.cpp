@@ -14,7 +14,7 @@ namespace {
 
 constexpr const char* kNone = "–";
 
-// As in a preset, with its unit. What means nothing to these settings isn't there.
+// The value as in a preset, with its unit; an en dash if the key means nothing to these settings.
 template <typename Settings>
 std::string value_of(const Key<Settings>& key, const Settings& settings) {
   const Value value = key.access.get(settings);
@@ -56,7 +56,7 @@ HtmlTable key_filter_table(const BandSettings& band) {
   return table;
 }
 
-// What the table's presence switches on, and none of it is there.
+// Whether the table belongs to a processor that isn't switched on.
 bool is_off(std::string_view table, const StripSettings& settings) {
   return (table == "compressor" && !settings.compressor) ||
          (table == "expander" && !settings.expander);

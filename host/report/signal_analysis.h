@@ -30,7 +30,7 @@ class SignalAnalysis {
   const std::vector<Envelope>& envelopes() const { return envelopes_; }  // per part
   Loudness loudness() const { return loudness_.loudness(); }
 
-  // Of the mean power of the part's channels.
+  // The levels of the mean of the channels' power.
   std::vector<BandLevel> levels(const Part& part) const;
 
  private:

@@ -31,7 +31,7 @@ struct DestroyPlan {
   void operator()(fftw_plan plan) const { fftw_destroy_plan(plan); }
 };
 
-// The power below each bin's upper edge, in steps of a bin; the first edge is half a bin above 0.
+// The sum of the power below any frequency.
 class CumulativePower {
  public:
   CumulativePower(std::span<const double> power, double bin_width)
@@ -56,7 +56,7 @@ class CumulativePower {
 
 }  // namespace
 
-// A plan that is estimated, not measured: the same sums on every run.
+// The plan is estimated, not measured, so that every run computes the same sums.
 struct WelchSpectrum::Transform {
   explicit Transform(std::size_t length)
       : input(static_cast<double*>(fftw_malloc(length * sizeof(double)))),
@@ -102,9 +102,9 @@ std::vector<double> WelchSpectrum::power() const {
   return mean;
 }
 
-// Of the first `samples` of the segment, zeros behind them. By Parseval's theorem the bins' squares
-// over length times the window's energy sum to the mean square; all but the first and the last
-// stand for two.
+// The power spectrum of the first `samples` of the segment, followed by zeros. By Parseval's
+// theorem the bins' squares, divided by the length times the window's energy, sum to the mean
+// square; all bins but the first and the last count twice, for the negative frequencies.
 std::vector<double> WelchSpectrum::transformed(std::size_t samples) const {
   std::vector<double> power(sum_.size());
   double energy = 0;

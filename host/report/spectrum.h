@@ -15,10 +15,11 @@ namespace channelstrip::host {
 
 // The mean power per bin of a stream of any length, in memory that doesn't grow. Segments have
 // a Hann window and overlap by half; a signal shorter than one is a single segment of its own
-// length, and what is left behind the last whole segment doesn't count.
+// length. Samples after the last whole segment don't count.
 class WelchSpectrum {
  public:
-  // Segments are the least power of two that sets bins 1.5 Hz apart or nearer, 2^20 at most.
+  // The length of a segment is the least power of two that sets bins 1.5 Hz apart or nearer, but
+  // 2^20 at most.
   explicit WelchSpectrum(double sample_rate);
   ~WelchSpectrum();
   WelchSpectrum(WelchSpectrum&&) noexcept;
@@ -51,12 +52,12 @@ struct BandLevel {
   double level = 0;      // dBFS
 };
 
-// The level of what lies in a band of 1/6 octave, every 1/24 octave from 20 Hz (or 3 bins, if that
-// is more) up to where half the sample rate cuts the band off. A sine at full scale reads 0 dB
-// wherever a band holds it; pink noise is level, white noise rises by 3 dB per octave. Neither
-// the length of the segments nor the sample rate has a say in a level. Bands are three bins wide
-// at least, which is wider than 1/6 octave below about 40 Hz: less can't be told apart.
-// `power` as of WelchSpectrum, or a mean of several. Nothing is below `floor`.
+// The levels in bands of 1/6 octave, one every 1/24 octave from 20 Hz (or 3 bins, if that is more)
+// up to where half the sample rate cuts the band off. A sine at full scale reads 0 dB in every band
+// that holds it; pink noise is level, white noise rises by 3 dB per octave. The levels don't depend
+// on the length of the segments or the sample rate. Bands are at least three bins wide, because
+// less can't be told apart; that is wider than 1/6 octave below about 40 Hz. `power` is that of a
+// WelchSpectrum or a mean of several. No level is below `floor`.
 std::vector<BandLevel> band_levels(std::span<const double> power, double bin_width,
                                    double floor = -150);
 

@@ -3,7 +3,7 @@
 #include "../design/dynamics.h"
 #include "../pictures/xml.h"
 #include "../text/wording.h"
-#include "page_parts.h"
+#include "page.h"
 
 namespace channelstrip::host {
 namespace {
