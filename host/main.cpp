@@ -20,7 +20,7 @@ int fail(std::string_view what) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  // A file that grows over the process's limit, or a pipe that nobody reads any more, shall be a
+  // Makes a file that exceeds the process's size limit, or a pipe that nobody reads any more, a
   // failed write like any other.
   std::signal(SIGXFSZ, SIG_IGN);
   std::signal(SIGPIPE, SIG_IGN);

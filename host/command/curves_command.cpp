@@ -53,7 +53,7 @@ void draw(const CurvesOptions& options, const StripCurves& curves) {
 }
 
 void run(const CurvesOptions& options) {
-  if (options.output) picture_of(*options.output);  // refuses before the work
+  if (options.output) picture_of(*options.output);  // refuses other files before the work begins
   if (!(options.sample_rate >= 1000 && options.sample_rate <= 768000)) {
     throw std::runtime_error(
         fmt::format("--rate: {} Hz is not 1000 to 768000 Hz", options.sample_rate));

@@ -13,13 +13,13 @@ namespace channelstrip::host {
 namespace {
 
 constexpr std::size_t kWidth = 80;
-constexpr std::size_t kColumn = 26;  // where what an option does begins
+constexpr std::size_t kColumn = 26;  // where an option's description begins
 
 constexpr std::string_view kExitStatus =
     "  0  done\n"
     "  1  an error, told in one line on standard error; no file was written\n";
 
-// Fills lines up to the width with the words of a paragraph; `column` are taken of the first line.
+// Wraps the words of a paragraph at kWidth; `column` columns of the first line are already taken.
 std::string filled(const std::string& paragraph, std::size_t indent, std::size_t column) {
   std::string result;
   std::istringstream words(paragraph);
@@ -36,8 +36,8 @@ std::string filled(const std::string& paragraph, std::size_t indent, std::size_t
   return result;
 }
 
-// Every line ended. Empty lines end a paragraph, and so do lines that begin with a blank, which
-// stay as they are.
+// Wraps every paragraph and ends every line. Paragraphs end at empty lines and at lines that begin
+// with a blank, which stay as they are.
 std::string filled_paragraphs(const std::string& text, std::size_t indent = 0) {
   std::string result, paragraph;
   const auto end_paragraph = [&] {
@@ -66,7 +66,7 @@ std::string entry(const std::string& name, const std::string& meaning) {
   return text + filled(meaning, kColumn, kColumn) + '\n';
 }
 
-// "NAME", or of a choice its words, "wav|film", which CLI11 gives as "TYPE:{wav,film}".
+// "NAME", or the words of a choice, "wav|film", which CLI11 gives as "TYPE:{wav,film}".
 std::string value_name(const CLI::Option& option) {
   std::string name = option.get_type_name();
   const std::size_t choice = name.find(":{");
@@ -76,7 +76,7 @@ std::string value_name(const CLI::Option& option) {
   return name;
 }
 
-// The first line of a description is a paragraph.
+// Makes the first line of a description a paragraph of its own.
 std::string description(const CLI::App& app) {
   std::string text = app.get_description();
   if (const auto end = text.find('\n'); end != text.npos) text.insert(end, 1, '\n');
@@ -87,7 +87,7 @@ struct Footer {
   std::string description, exit_status, examples;
 };
 
-// What follows `heading` in a line that begins with it; null where it doesn't.
+// What follows `heading` in a line that begins with it; null if the line doesn't.
 const char* behind(const std::string& line, std::string_view heading) {
   return line.starts_with(heading) ? line.c_str() + heading.size() : nullptr;
 }
@@ -101,7 +101,7 @@ Footer sections(const std::string& text) {
       section = &footer.exit_status;
       line = status;
       if (line.empty()) continue;
-      line.erase(0, 1);  // the blank behind the colon
+      line.erase(0, 1);  // the blank after the colon
     } else if (behind(line, "Examples:") || behind(line, "Example:")) {
       section = &footer.examples;
       continue;

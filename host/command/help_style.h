@@ -1,4 +1,4 @@
-// How --help reads.
+// The layout of --help.
 
 #pragma once
 
@@ -13,9 +13,8 @@ namespace channelstrip::host {
 // subcommands, exit status, examples.
 //
 // The first line of a description heads the manual page and stands in the list of subcommands. The
-// footer's text belongs to the description too, up to "Exit status:", which says more than the
-// usual 0 and 1, and to "Examples:". Lines that begin with a blank stay as they are, others are
-// filled.
+// footer continues the description, except for what follows "Exit status:", which adds to the usual
+// 0 and 1, and "Examples:". Lines that begin with a blank stay as they are, others are wrapped.
 void set_help_style(CLI::App& program);
 
 }  // namespace channelstrip::host

@@ -36,7 +36,7 @@ Examples:
   $ channelstrip meters film.wav --preset film_7.1.toml --interval 1000
   $ channelstrip meters voice.wav --set compressor.ratio=4 --jsonl)";
 
-// Written so that it refuses NaN too.
+// The comparisons are such that NaN is refused too.
 std::string check_interval(const std::string& text) {
   double value = 0;
   const bool number = CLI::detail::lexical_cast(text, value);

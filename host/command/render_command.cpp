@@ -47,7 +47,8 @@ Examples:
   channelstrip render takes/*.wav mastered --quiet --json >peaks.json)";
 
 void add_options(CLI::App& command, CommandOptions& options) {
-  // IN takes every name; the last of them is OUT, which stands here for --help and to be missed.
+  // IN takes every name, the last of which is OUT. The argument OUT is there for --help, and for
+  // the message when it is missing.
   command
       .add_option_function<std::vector<std::string>>(
           "IN",

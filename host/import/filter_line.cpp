@@ -23,7 +23,7 @@ namespace {
 struct FilterType {
   std::string_view name;
   BandType band;
-  std::optional<double> q = std::nullopt;  // unless given
+  std::optional<double> q = std::nullopt;  // the default
   bool corner = false;                     // of a shelf: the frequency is not the midpoint
   int slope = 12;                          // of a pass, dB per octave
 };
@@ -54,7 +54,7 @@ constexpr FilterType kTypes[] = {
 constexpr double kShelfSlope = 0.9;  // S of a shelf without slope and Q
 constexpr double kSteepest = 12;     // dB per octave at S = 1
 
-// Six digits are more than any filter is set to, and as many as people read.
+// To six digits, which is finer than any filter is set and still easy to read.
 double rounded(double value) {
   return std::strtod(fmt::format("{:.6g}", value).c_str(), nullptr);
 }
@@ -71,7 +71,7 @@ void require_parameters(const FilterType& type, const FilterParameters& given) {
   if (!by_slope && !narrowness && !type.q) refuse("neither Q nor bandwidth");
 }
 
-// A Q beside a bandwidth says the same of the digital filter, whatever its sample rate.
+// A Q given beside a bandwidth describes the same filter, and at any sample rate, so it is used.
 std::optional<double> q_of(const FilterType& type, const FilterParameters& given) {
   if (given.q) return given.q;
   return given.bandwidth ? q_of_bandwidth(*given.bandwidth) : type.q;

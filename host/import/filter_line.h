@@ -10,8 +10,8 @@ namespace channelstrip::host {
 
 // The band of "PK Fc 63.2 Hz Gain -5.0 dB Q 4.00", which is what follows "Filter 1: ON". Letter
 // case is ignored, and blanks between a number and its unit. A decimal point may be a comma; a
-// frequency may have separators of thousands. Throws std::invalid_argument, a phrase saying what
-// can't be had.
+// frequency may have thousands separators. Throws std::invalid_argument with a phrase that says
+// what is impossible.
 //
 // The types and what they mean without a Q follow Equalizer APO's configuration reference, which
 // takes over Room EQ Wizard's names:

@@ -29,7 +29,7 @@ std::string upper(std::string_view text) {
   return result;
 }
 
-// What some countries' numbers separate thousands with, and what it is elsewhere in a line.
+// Thousands separators of some countries, and what takes their place elsewhere in a line.
 constexpr std::pair<std::string_view, std::string_view> kThousands[] = {
     {"\u00A0", " "},       // no-break space
     {"\u202F", " "},       // narrow no-break space
@@ -37,7 +37,7 @@ constexpr std::pair<std::string_view, std::string_view> kThousands[] = {
     {"\u2019", "\u2019"},  // apostrophe
     {"'", "'"}};
 
-// Every control character is a blank.
+// The line without thousands separators, trimmed, with every control character a blank.
 std::string plain(std::string text) {
   for (const auto& [separator, elsewhere] : kThousands) {
     for (std::size_t at = 0; (at = text.find(separator, at)) != text.npos;) {
@@ -63,7 +63,8 @@ bool is_filter(std::string_view key) {
   return key.starts_with("FILTER") && key.find_first_not_of(" \t0123456789", 6) == key.npos;
 }
 
-// An Else: stays under a condition, and all devices are what a preset is for.
+// Whether a command changes nothing: after an Else: lines still stand under a condition, and a
+// preset is for all devices anyway.
 bool is_idle(std::string_view key, std::string_view value) {
   return key == "ELSE" || key == "ELSEIF" || (key == "DEVICE" && upper(value) == "ALL");
 }

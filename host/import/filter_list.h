@@ -38,8 +38,8 @@ struct FilterList {
 
 // A Room EQ Wizard "Filter Settings file" begins with headings, of which only a preamp counts. From
 // its first filter on, and in an Equalizer APO configuration from the beginning, every line counts
-// but comments: what isn't for all channels alike, stands under a condition, is no filter or isn't
-// understood is left out.
+// except comments. A line that isn't for all channels alike, stands under a condition, is no filter
+// or isn't understood goes to `left_out`.
 FilterList parse_filter_list(std::string_view utf8);
 
 }  // namespace channelstrip::host

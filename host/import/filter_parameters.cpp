@@ -19,7 +19,7 @@ class ParameterReader {
       skip("DB");
     }
     while (!words_.empty()) read_parameter();
-    // Last, when all other numbers have shown the line's decimal separator.
+    // Comes last, when the other numbers have shown the line's decimal separator.
     if (frequency_) parameters_.frequency = grouped_number("frequency", *frequency_, decimal_);
     return parameters_;
   }

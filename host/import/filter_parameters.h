@@ -1,4 +1,4 @@
-// What a filter's line says behind the type, word by word.
+// The parameters that follow the type in a filter's line.
 
 #pragma once
 
@@ -16,8 +16,8 @@ struct FilterParameters {
   std::optional<double> bandwidth = {};  // octaves
 };
 
-// Of "12 DB FC 63.2 HZ GAIN -5.0 DB Q 4.00", the words in capitals; each parameter may lack, none
-// may stand twice. Throws std::invalid_argument.
+// Reads "12 DB FC 63.2 HZ GAIN -5.0 DB Q 4.00", the words in capitals. Every parameter may be
+// missing, none may be given twice. Throws std::invalid_argument.
 FilterParameters read_filter_parameters(std::span<const std::string> words);
 
 }  // namespace channelstrip::host

@@ -1,4 +1,4 @@
-// Numbers in other programs' words: either decimal separator, separators of thousands, units.
+// Numbers as other programs write them: with either decimal separator, thousands separators, units.
 
 #pragma once
 
@@ -12,19 +12,20 @@ inline bool is_digit(char c) {
   return '0' <= c && c <= '9';
 }
 
-// In capitals; a unit that sticks to its number is a word of its own.
+// The words of `text` in capitals; a unit right after its number becomes a word of its own.
 std::vector<std::string> capital_words(std::string_view text);
 
-// What a number's separators say about which of '.' and ',' is the decimal one; 0: nothing, as with
-// three digits behind a single one.
+// Which of '.' and ',' is the decimal separator, judging by the number; 0 if it doesn't tell, as
+// when there is one separator with three digits after it.
 char decimal_separator(std::string_view number);
 
-// Without separators of thousands; '.' and ',' are both decimal, U+2212 is a minus too. Throws
-// std::invalid_argument, naming `what` it is.
+// For a number without thousands separators: both '.' and ',' are decimal, U+2212 is a minus too.
+// Throws std::invalid_argument that says `what` the number is for.
 double plain_number(std::string_view what, std::string text);
 
-// With separators of thousands, told by the number itself or by `decimal`, the separator that other
-// numbers beside it show; 0: they don't. Throws likewise.
+// For a number that may have thousands separators. The decimal separator is the one that the number
+// itself shows, or else `decimal`, which the numbers beside it show; 0 if they show none. Throws
+// likewise.
 double grouped_number(std::string_view what, std::string text, char decimal);
 
 // The gain in dB of "-6.0 dB". Throws likewise.

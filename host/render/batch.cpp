@@ -31,7 +31,7 @@ class Jobs {
   }
 
  private:
-  // Nothing may leave a thread.
+  // No exception may leave a thread.
   void work() noexcept {
     try {
       for (std::size_t i; !stop_ && (i = next_++) < results_.size();) finish(i, result_of(i));

@@ -1,4 +1,4 @@
-// Many files through strips of their own, several at a time.
+// Renders many files, several at a time, each through a strip of its own.
 
 #pragma once
 
@@ -27,9 +27,9 @@ struct Batch {
   unsigned jobs = 1;  // at a time, 1 or more
 };
 
-// Renders every file, whatever becomes of the others. Results are reported in the order of the
-// files, one at a time, each as soon as those before it are; `progress` is erased before. Throws
-// Interrupted once every job has stopped.
+// Renders every file, even if others fail. Results are reported in the order of the files, one at a
+// time, each as soon as those before it have been; the line of `progress` is erased before that.
+// Throws Interrupted once every job has stopped.
 void render_all(const Batch& batch, Progress& progress,
                 const std::function<void(const RenderResult&)>& report);
 

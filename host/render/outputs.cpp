@@ -33,7 +33,7 @@ std::string in_folder(const std::string& input, const std::string& folder,
   return (fs::path(folder) / name).string();
 }
 
-// What is the same file under whatever name: device and inode, or the name of one that isn't there.
+// The same for all names of a file: its device and inode, or the path if the file doesn't exist.
 using Identity = std::pair<std::pair<dev_t, ino_t>, std::string>;
 
 Identity identity(const std::string& path) {

@@ -12,10 +12,11 @@ struct RenderFile {
   std::string input, output;
 };
 
-// OUT for a single input; in a folder that exists, every output has its input's name, with
-// `extension` ("wav") in its place if given. Throws std::runtime_error, one line for the
-// user, when that would not leave every input as it is and give every output a file of its own.
-// `read_too` is read as well.
+// `out` itself for a single input. If it is an existing folder, every output lies there and has the
+// name of its input, with `extension` ("wav"), if given, in place of the input's. Throws
+// std::runtime_error, one line for the user, if several inputs have no folder to go to, if an
+// output would replace an input or `read_too`, which is read as well, or if two outputs would be
+// one file.
 std::vector<RenderFile> choose_outputs(const std::vector<std::string>& inputs,
                                        const std::string& out,
                                        const std::optional<std::string>& extension,

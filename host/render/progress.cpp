@@ -20,12 +20,12 @@ std::size_t terminal_width() {
   return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
 }
 
-// The first byte of a UTF-8 character or a lone one.
+// Whether a byte is the first or only one of a UTF-8 character.
 bool begins_character(char c) {
   return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
 }
 
-// The end of a name tells more than its beginning.
+// Cuts a name at its beginning, because its end tells more.
 std::string shortened(const std::string& name, std::size_t width) {
   const auto characters = static_cast<std::size_t>(std::ranges::count_if(name, begins_character));
   if (characters <= width) return name;

@@ -1,4 +1,4 @@
-// How far the work is, as one line on a terminal.
+// The progress of the work, as one line on a terminal.
 
 #pragma once
 
@@ -13,16 +13,16 @@ namespace channelstrip::host {
 
 struct ProgressState {
   std::string name;  // of a file in work
-  double part = 0;   // of the whole, 0 .. 1; below 0: not known
+  double part = 0;   // of the whole that is done, 0 .. 1; below 0: not known
   std::size_t done = 0, files = 1;
   double speed = 0;  // seconds of audio per second
 };
 
-// Without a line's end and at most `width` characters long.
+// Without a line end, at most `width` characters long.
 std::string progress_line(const ProgressState& state, std::size_t width);
 
-// The line on standard error, of several threads' work on several files. Nothing is shown where
-// that is no terminal, or unless `wanted`.
+// The line on standard error, for several threads that work on several files. Nothing is shown
+// unless `wanted`, or if standard error is no terminal.
 class Progress {
  public:
   Progress(std::size_t files, bool wanted);
@@ -30,11 +30,13 @@ class Progress {
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
-  // `seconds` of audio more of file `index` are rendered, `part` of it (below 0: not known).
+  // Notes that `seconds` more of the audio of file `index` are rendered, and that now `part` of the
+  // file is done (below 0: not known).
   void advance(std::size_t index, const std::string& name, double seconds, double part);
   void end(std::size_t index);
 
-  // Erases the line and keeps its place free for others for as long as it lives.
+  // Erases the line, and keeps it from being drawn as long as this object lives, so that others can
+  // write to the terminal.
   class Room {
    public:
     explicit Room(Progress& progress);

@@ -1,4 +1,4 @@
-// A strip over an audio file.
+// Renders an audio file through a strip.
 
 #pragma once
 
@@ -23,8 +23,8 @@ struct RenderOptions {
   StripOptions strip;
   OutputChoice choice = {};
   std::optional<Dither> dither = {};  // none: as is usual for the output's sample type
-  // Called now and then with the seconds of audio rendered since, and the part of the whole that is
-  // done; below 0 when that isn't known.
+  // Called now and then with the seconds of audio rendered since the last time, and the part of the
+  // whole that is done, below 0 if that isn't known.
   std::function<void(double seconds, double part)> on_progress = {};
 };
 
