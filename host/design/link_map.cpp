@@ -86,7 +86,7 @@ LinkMap link_map(const ChannelLayout& layout, LinkStyle style) {
 
 LinkMap parse_link_map(std::string_view text, const ChannelLayout& layout) {
   const auto parts = split(text, '|');
-  std::vector<std::size_t> groups(layout.labels.size(), parts.size());  // not in any part
+  std::vector<std::size_t> groups(layout.labels.size(), parts.size());  // parts.size(): none yet
   for (std::size_t part = 0; part < parts.size(); ++part) {
     const Labels members = words(parts[part]);
     if (members.empty()) refuse("the map \"{}\" has an empty group", text);

@@ -20,7 +20,7 @@ using LinkMap = std::array<int, 8>;
 
 int count_groups(const LinkMap& map);
 
-// The map of a strip that has only these of the `channels`.
+// The map of a strip that processes only these `channels`.
 LinkMap restricted(const LinkMap& map, std::span<const std::size_t> channels);
 
 // The map of a style, which is the same whatever the order of the channels. In the layouts of

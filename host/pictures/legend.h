@@ -1,4 +1,4 @@
-// The names of a chart's series, each beside a piece of its line.
+// A chart's legend: the names of its series, each beside a piece of its line.
 
 #pragma once
 

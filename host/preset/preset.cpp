@@ -32,7 +32,7 @@ toml::table parse(std::string_view text, const Layer& layer) {
   }
 }
 
-// Where the bands and link maps of the draft stand, for check_fits.
+// Notes where the bands and link maps of the draft were written, for check_fits().
 void note_places(const Draft& draft, Preset& preset) {
   const auto note = [&](const BandDraft& band) {
     const auto frequency = band.origins.find("frequency");
