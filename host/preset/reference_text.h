@@ -1,4 +1,4 @@
-// What the reference of presets says besides its tables.
+// The text of docs/presets.md around the tables that reference.cpp prints.
 
 #pragma once
 
@@ -8,22 +8,22 @@ namespace channelstrip::host {
 
 inline constexpr std::string_view kIntroduction = R"(# Presets
 
-A preset is a [TOML](https://toml.io) file with a strip's settings. Every key may be left out and
-then has its default; a preset without any leaves the audio as it is. Levels are decibels of
-amplitude, 0 dB is full scale. What is unknown, out of range or means nothing where it stands is
+A preset is a [TOML](https://toml.io) file with a strip's settings. A key that is left out has its
+default; a preset without any keys leaves the audio as it is. Levels are decibels of amplitude, 0 dB
+is full scale. An unknown key, a key that has no use where it stands or a value out of range is
 refused with file, line, column and the reason.
 
     channelstrip render IN OUT --preset presets/voice.toml
 
-This page is printed by the program `preset_reference` from the table of keys that the reader uses;
-a test compares the two.
+The program `preset_reference` prints this page from the same table of keys with which presets are
+read; a test compares page and program.
 
 ## An example
 
 ```toml
 name = "Narration, bright for the credits"
 
-[[eq]]                   # eq.1: what lies below the voice
+[[eq]]                   # eq.1: removes what lies below the voice
 type = "high_pass"
 frequency = 75
 slope = 24               # Butterworth, two of the strip's eight sections
@@ -34,7 +34,7 @@ frequency = 3500
 q = 0.9
 gain = 2.5
 
-[[eq]]                   # eq.3: air, after the dynamics, true to its analog shape at 12 kHz
+[[eq]]                   # eq.3: air, after the dynamics; "matched" keeps its analog shape
 type = "high_shelf"
 frequency = 12000
 shelf_slope = 0.8
@@ -42,7 +42,7 @@ gain = 2
 design = "matched"
 position = "post"
 
-[compressor]             # the table switches it on; what isn't given has its default
+[compressor]             # the table switches it on; keys left out have their defaults
 threshold = -24
 ratio = 3
 attack = 8
@@ -77,17 +77,17 @@ compressor.threshold = -28
 inline constexpr std::string_view kAboutBands = R"(
 Every `[[eq]]` table is a band. Bands run in the order of the file, those with the position "pre"
 before the dynamics and those with "post" after them. Together they may take eight second-order
-sections: a pass one for every 12 dB/oct begun, every other band one.
+sections: a low or high pass takes one for every 12 dB/oct or part of it, any other band takes one.
 
 )";
 
 inline constexpr std::string_view kAboutKeyFilter = R"(
-One band on the detection signal, which the audio itself doesn't pass; a pass of 6 or 12 dB/oct. Its
-keys are those of `[[eq]]` but for the position.
+One band that filters the detection signal and never the audio. It is one section, so a low or high
+pass has 6 or 12 dB/oct. Its keys are those of `[[eq]]` except `position`.
 )";
 
 inline constexpr std::string_view kAboutLinks = R"(
-Linked channels share one gain, that of their loudest. The styles:
+Linked channels share one gain, computed from the loudest of them. The styles:
 
 | style | groups |
 |---|---|
@@ -97,14 +97,15 @@ Linked channels share one gain, that of their loudest. The styles:
 | "all" | everything together |
 | "none" | every channel alone |
 
-A format's own map stands under the format's name: blanks separate channels, bars groups, and every
-channel stands in exactly one group.
+A format's own map is a key with the format's name. Blanks separate channels, bars separate groups,
+and every channel is in exactly one group.
 
     "5.1" = "L R C | LFE | Ls Rs"
 
-A strip holds as many groups as the table says. A map of more groups takes a strip per group, which
-costs some speed and changes nothing else. Where maps change in time, a strip has to hold what any of
-them links: stereo can't be linked for a time and unlinked for another.
+The table says how many groups one strip of a format holds. A map with more groups is run by one
+strip for each group, which costs some speed and changes nothing else. If the map changes in time,
+channels that any of the maps links stay in one strip, and it has to hold their groups under every
+map. Stereo, for example, can't be linked for a time and unlinked for another.
 
 | format | channels | groups in one strip |
 |---|---|---|
@@ -120,17 +121,17 @@ inline constexpr std::string_view kAboutChanges = R"(
     [at.eq.2]                    # or a table of them
     gain = 4
 
-A change holds until another one sets the same key. The tables may stand in any order; no two may
-have the same time. `eq.2` is the second `[[eq]]` table of the file. Bands, makeup and ranges glide
-to their new values with the time of `glide`; everything else takes effect at once. Changes lie on a
-grid of 64 samples.
+A change holds until another one sets the same key. The tables may be in any order; no two may have
+the same time. `eq.2` is the second `[[eq]]` table of the file. Bands, makeup and ranges glide to
+their new values with the time constant `glide`; everything else takes effect at once. Changes lie
+on a grid of 64 samples.
 
-A band glides on a straight line between its coefficients, which isn't one between the frequencies:
-over an octave the response on the way swells by half a decibel at most, over three a high pass swells
-by 2 dB. Moves over several octaves are best made in several changes of an octave each.
+A glide moves a band's coefficients along a straight line, but not its frequency. On the way the
+response swells: over an octave by half a decibel at most, over three octaves by 2 dB for a high
+pass. Divide a move over several octaves into changes of an octave each.
 
-What would move filters instead of gliding them can't change in time: the number of bands and
-whether there is a key filter, and of a band )";
+What would rearrange the filters instead of gliding their coefficients can't change in time: the
+number of bands, whether there is a key filter, and a band's )";
 
 inline constexpr std::string_view kAboutAssignments = R"(
 ## `--set`: settings from the command line
@@ -139,12 +140,13 @@ inline constexpr std::string_view kAboutAssignments = R"(
 
 - A key is written as in an `[[at]]` table; `comp.` and `exp.` are short for `compressor.` and
   `expander.`.
-- A value is written as in a preset, text also without quotes:
+- A value is written as in a preset; text needs no quotes:
   `--set 'link.5.1=L R C | LFE | Ls Rs'`.
 - A table that the preset lacks is created: `--set comp.ratio=4` switches the compressor on.
-- `eq.N` with the number after the last band's adds a band.
-- Later assignments win. All hold through the preset's changes, unless a change sets the same key.
-- A new type or slope drops what the preset gave the band and the new one doesn't know.
+- `eq.N`, with N one more than the number of bands, adds a band.
+- Later assignments override earlier ones. They hold through the preset's changes in time, unless a
+  change sets the same key.
+- If a new type or slope has no use for a key that the preset gives the band, the key is dropped.
 
 ## The presets that ship
 
