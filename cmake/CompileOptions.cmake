@@ -1,5 +1,5 @@
-# What every target of the project is compiled with. No product and sum is fused that the source
-# doesn't fuse: results are promised to the bit.
+# The compiler options of every target. Results are promised to the bit, so the compiler may fuse no
+# multiply and add that the source doesn't fuse.
 add_library(channelstrip_options INTERFACE)
 target_compile_options(channelstrip_options INTERFACE
   -ffp-contract=off -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wdouble-promotion)
@@ -7,15 +7,15 @@ if(CHANNELSTRIP_ARCH)
   target_compile_options(channelstrip_options INTERFACE -march=${CHANNELSTRIP_ARCH})
 endif()
 
-# Sanitizers for everything that is built; a report ends the program. The library is then an
-# ordinary one, which imports what they add.
+# Sanitizers, for everything that is built; the first report ends the program. The library then
+# imports the sanitizers' symbols, as an ordinary library does.
 set(CHANNELSTRIP_SANITIZE "" CACHE STRING
   "Sanitizers: address,undefined or memory (clang alone) or thread; empty: none")
 set_property(CACHE CHANNELSTRIP_SANITIZE PROPERTY STRINGS "" "address,undefined" memory thread)
 if(CHANNELSTRIP_SANITIZE)
   set(sanitize -fsanitize=${CHANNELSTRIP_SANITIZE})
   if(CHANNELSTRIP_SANITIZE MATCHES undefined)
-    string(APPEND sanitize ",float-cast-overflow") # not part of it
+    string(APPEND sanitize ",float-cast-overflow") # undefined doesn't include it
   endif()
   if(CHANNELSTRIP_SANITIZE STREQUAL memory)
     list(APPEND sanitize -fsanitize-memory-track-origins)

@@ -1,5 +1,5 @@
-# The library, its public headers, a CMake package and a pkg-config file. Both find the tree where
-# it stands, so that it may be moved.
+# Installs the library, its public headers, a CMake package and a pkg-config file. Package and
+# pkg-config file find the installed tree relative to themselves, so the tree may be moved.
 include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ChannelStrip)

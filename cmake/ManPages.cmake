@@ -1,7 +1,8 @@
-# Manual pages made from the program's --help, where help2man is found and the program runs here.
+# Manual pages, made from the program's --help. They take help2man and a program that runs on this
+# machine, without sanitizers.
 find_program(HELP2MAN help2man)
 if(NOT HELP2MAN OR CMAKE_CROSSCOMPILING OR CHANNELSTRIP_SANITIZE)
-  message(STATUS "No manual pages: they take help2man and a program that runs here")
+  message(STATUS "No manual pages: they take help2man and a program that runs here, unsanitized")
   return()
 endif()
 
