@@ -1,18 +1,53 @@
 #include "audio_reader.h"
 
 #include <fmt/format.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
 
 #include "../system/standard_streams.h"
+#include "chunks.h"
 #include "flac_blocks.h"
 #include "pcm.h"
 
 namespace channelstrip::host {
+namespace {
+
+// The offset that open_size() gives, of a file.
+off_t open_size_of(int descriptor) {
+  std::vector<char> header(1 << 16);
+  const ssize_t got = pread(descriptor, header.data(), header.size(), 0);
+  struct stat status = {};
+  if (got < 0 || fstat(descriptor, &status) != 0) return 0;
+  const std::string_view bytes(header.data(), static_cast<std::size_t>(got));
+  return static_cast<off_t>(open_size(bytes, static_cast<std::uint64_t>(status.st_size)));
+}
+
+// The caller's to close. Where a WAV file's header leaves its length open, a copy has the largest
+// size there, which libsndfile takes for "up to the end"; 0 would mean no samples.
+int open_audio(const std::string& path, const std::string& name) {
+  SeekableInput input = open_input(path);
+  const off_t open_size_at = open_size_of(input.descriptor);
+  if (open_size_at == 0) return input.descriptor;
+  if (!input.is_copy) input = copy_of(input, name);
+  if (pwrite(input.descriptor, "\xFF\xFF\xFF\xFF", 4, open_size_at) != 4) {
+    const int error = errno;
+    close(input.descriptor);
+    fail_on(name, std::strerror(error));
+  }
+  return input.descriptor;
+}
+
+}  // namespace
 
 AudioReader::AudioReader(const std::string& path) : name_(input_name(path)) {
   SF_INFO info = {};
-  const int input = open_input(path);
+  const int input = open_audio(path, name_);
   file_ = opened(name_, [&] { return Sndfile(sf_open_fd(input, SFM_READ, &info, SF_TRUE)); });
 
   format_.sample_rate = info.samplerate;

@@ -1,4 +1,4 @@
-// libsndfile's handle and messages.
+// libsndfile's handle.
 
 #pragma once
 
@@ -7,7 +7,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <string_view>
 
 namespace channelstrip::host {
 
@@ -15,9 +14,6 @@ struct CloseSndfile {
   void operator()(SNDFILE* file) const { sf_close(file); }
 };
 using Sndfile = std::unique_ptr<SNDFILE, CloseSndfile>;
-
-// Throws std::runtime_error "<path>: <what>", without the full stop of libsndfile's sentences.
-[[noreturn]] void fail_on(const std::string& path, std::string_view what);
 
 // The result of `open`, called by one thread at a time: libsndfile keeps the message of a failed
 // open in one place for all threads. Throws as fail_on() does.

@@ -13,7 +13,7 @@
 
 #include "../pictures/png.h"
 #include "../pictures/strip_curves.h"
-#include "../run/strip_options.h"
+
 #include "../system/text_output.h"
 
 namespace channelstrip::host {

@@ -8,6 +8,7 @@
 
 #include "../meters/meters.h"
 #include "../system/interrupt.h"
+#include "strip_arguments.h"
 
 namespace channelstrip::host {
 namespace {

@@ -19,6 +19,7 @@
 #include "../system/standard_streams.h"
 #include "../system/text_output.h"
 #include "command_line.h"
+#include "strip_arguments.h"
 
 namespace channelstrip::host {
 namespace {

@@ -8,6 +8,7 @@
 #include "../report/page.h"
 #include "../system/interrupt.h"
 #include "../system/text_output.h"
+#include "strip_arguments.h"
 
 namespace channelstrip::host {
 namespace {

@@ -1,4 +1,4 @@
-#include "../run/strip_options.h"
+#include "strip_arguments.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>

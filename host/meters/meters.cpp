@@ -4,7 +4,6 @@
 #include <cmath>
 #include <vector>
 
-#include "../render/render.h"
 #include "../run/strip_run.h"
 #include "../system/interrupt.h"
 #include "../system/text_output.h"

@@ -2,27 +2,15 @@
 
 #include <toml++/toml.h>
 
-#include <cerrno>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-
 #include "../design/band.h"
 #include "../design/link_map.h"
+#include "../text/text_file.h"
 #include "assignment.h"
 #include "automation.h"
 #include "draft.h"
 
 namespace channelstrip::host {
 namespace {
-
-std::string contents(const std::string& path) {
-  std::ifstream stream(path, std::ios::binary);
-  if (!stream) fail({path, ""}, std::strerror(errno));
-  if (std::filesystem::is_directory(path)) fail({path, ""}, std::strerror(EISDIR));
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 toml::table parse(std::string_view text, const Layer& layer) {
   try {
@@ -80,7 +68,7 @@ Preset parse_preset(std::string_view text, const std::string& file) {
 
 Preset load_preset(const std::optional<std::string>& path,
                    const std::vector<std::string>& assignments) {
-  return build(path ? contents(*path) : "", path.value_or(""), assignments);
+  return build(path ? read_text_file(*path) : "", path.value_or(""), assignments);
 }
 
 void check_fits(const Preset& preset, double sample_rate, const ChannelLayout& layout) {

@@ -8,7 +8,6 @@
 
 #include "../design/dynamics_coefficients.h"
 #include "../design/strip_coefficients.h"
-#include "../render/render.h"
 #include "../run/strip_run.h"
 #include "../system/interrupt.h"
 

@@ -24,13 +24,6 @@ double hann(std::size_t i, std::size_t length) {
                               static_cast<double>(length));
 }
 
-struct FreeFftw {
-  void operator()(void* memory) const { fftw_free(memory); }
-};
-struct DestroyPlan {
-  void operator()(fftw_plan plan) const { fftw_destroy_plan(plan); }
-};
-
 // The sum of the power below any frequency.
 class CumulativePower {
  public:
@@ -58,6 +51,13 @@ class CumulativePower {
 
 // The plan is estimated, not measured, so that every run computes the same sums.
 struct WelchSpectrum::Transform {
+  struct Free {
+    void operator()(void* memory) const { fftw_free(memory); }
+  };
+  struct Destroy {
+    void operator()(fftw_plan transform) const { fftw_destroy_plan(transform); }
+  };
+
   explicit Transform(std::size_t length)
       : input(static_cast<double*>(fftw_malloc(length * sizeof(double)))),
         output(static_cast<fftw_complex*>(fftw_malloc((length / 2 + 1) * sizeof(fftw_complex)))),
@@ -66,9 +66,9 @@ struct WelchSpectrum::Transform {
     for (std::size_t i = 0; i < length; ++i) window.push_back(hann(i, length));
   }
 
-  std::unique_ptr<double, FreeFftw> input;
-  std::unique_ptr<fftw_complex, FreeFftw> output;
-  std::unique_ptr<std::remove_pointer_t<fftw_plan>, DestroyPlan> plan;
+  std::unique_ptr<double, Free> input;
+  std::unique_ptr<fftw_complex, Free> output;
+  std::unique_ptr<std::remove_pointer_t<fftw_plan>, Destroy> plan;
   std::vector<double> window;  // of a whole segment
 };
 

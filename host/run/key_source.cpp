@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include "../system/output_file.h"
+
 namespace channelstrip::host {
 
 KeySource::KeySource(const StripOptions& options, const std::string& input,

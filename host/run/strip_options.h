@@ -9,10 +9,6 @@
 #include "../design/channel_layout.h"
 #include "../strip/library.h"
 
-namespace CLI {
-class App;
-}
-
 namespace channelstrip::host {
 
 struct StripOptions {
@@ -27,8 +23,5 @@ struct StripOptions {
 
   bool has_key() const { return key || key_channel; }
 };
-
-// The options are filled when `command` is parsed.
-void add_strip_options(CLI::App& command, StripOptions& options);
 
 }  // namespace channelstrip::host

@@ -21,10 +21,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-[[noreturn]] void fail(const std::string& path, std::string_view what) {
-  throw std::runtime_error(fmt::format("{}: {}", path, what));
-}
-
 constexpr mode_t kPermissions = 0666;  // before the umask
 
 // The path by which linkat() can give a name to a file that has none.
@@ -40,15 +36,20 @@ std::string temporary_name() {
 
 }  // namespace
 
+void fail_on(const std::string& path, std::string_view what) {
+  const std::string_view plain = what.substr(0, what.find_last_not_of(".\n") + 1);
+  throw std::runtime_error(fmt::format("{}: {}", path, plain));
+}
+
 ReplacementFile::ReplacementFile(const std::string& path) : path_(path), target_(path) {
   if (path.empty()) throw std::runtime_error("the output has no name");
   std::error_code error;
   const fs::file_status status = fs::status(path, error);
-  if (!fs::status_known(status)) fail(path, error.message());
+  if (!fs::status_known(status)) fail_on(path, error.message());
   if (fs::exists(status)) {
-    if (fs::is_directory(status)) fail(path, std::strerror(EISDIR));
-    if (!fs::is_regular_file(status)) fail(path, "Not a regular file");
-    if (access(path.c_str(), W_OK) != 0) fail(path, std::strerror(errno));
+    if (fs::is_directory(status)) fail_on(path, std::strerror(EISDIR));
+    if (!fs::is_regular_file(status)) fail_on(path, "Not a regular file");
+    if (access(path.c_str(), W_OK) != 0) fail_on(path, std::strerror(errno));
     target_ = fs::canonical(path).string();
   }
   fs::path folder = fs::path(target_).parent_path();
@@ -56,7 +57,7 @@ ReplacementFile::ReplacementFile(const std::string& path) : path_(path), target_
   temporary_ = (folder / temporary_name()).string();
   open_nameless(folder.string());
   if (descriptor_ < 0) open_named();
-  if (descriptor_ < 0) fail(path, std::strerror(errno));
+  if (descriptor_ < 0) fail_on(path, std::strerror(errno));
 }
 
 ReplacementFile::~ReplacementFile() {
@@ -84,11 +85,11 @@ void ReplacementFile::commit() {
   if (!named_) {
     named_ = linkat(AT_FDCWD, path_of(descriptor_).c_str(), AT_FDCWD, temporary_.c_str(),
                     AT_SYMLINK_FOLLOW) == 0;
-    if (!named_) fail(path_, std::strerror(errno));
+    if (!named_) fail_on(path_, std::strerror(errno));
   }
   // Some file systems report a full disk only here.
-  if (close(std::exchange(descriptor_, -1)) != 0) fail(path_, std::strerror(errno));
-  if (std::rename(temporary_.c_str(), target_.c_str()) != 0) fail(path_, std::strerror(errno));
+  if (close(std::exchange(descriptor_, -1)) != 0) fail_on(path_, std::strerror(errno));
+  if (std::rename(temporary_.c_str(), target_.c_str()) != 0) fail_on(path_, std::strerror(errno));
   named_ = false;
 }
 

@@ -4,8 +4,13 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace channelstrip::host {
+
+// Throws std::runtime_error "<path>: <what>", without a full stop at the end (libsndfile's messages
+// have one).
+[[noreturn]] void fail_on(const std::string& path, std::string_view what);
 
 // All errors are std::runtime_error and begin with the file's name.
 class OutputFile {

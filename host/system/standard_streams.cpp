@@ -8,17 +8,13 @@
 #include <array>
 #include <cerrno>
 #include <climits>
-#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
 #include <utility>
-#include <vector>
 
-#include "../audio/chunks.h"
-#include "../audio/sndfile_handle.h"
 #include "interrupt.h"
 
 namespace channelstrip::host {
@@ -63,22 +59,6 @@ bool is_regular(int descriptor) {
   return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
 }
 
-// The offset that open_size() gives for a regular file.
-off_t open_size_of(int descriptor) {
-  std::vector<char> header(1 << 16);
-  const ssize_t got = pread(descriptor, header.data(), header.size(), 0);
-  struct stat status = {};
-  if (got < 0 || fstat(descriptor, &status) != 0) return 0;
-  const std::string_view bytes(header.data(), static_cast<std::size_t>(got));
-  return static_cast<off_t>(open_size(bytes, static_cast<std::uint64_t>(status.st_size)));
-}
-
-// Writes the largest size, which libsndfile takes for "up to the end"; 0 would mean no samples.
-bool fill_in_size(int descriptor) {
-  const off_t offset = open_size_of(descriptor);
-  return offset == 0 || pwrite(descriptor, "\xFF\xFF\xFF\xFF", 4, offset) == 4;
-}
-
 // Whether a call failed only because a non-blocking descriptor wasn't ready, or because of a
 // signal.
 bool is_to_be_retried() {
@@ -121,7 +101,7 @@ std::string output_name(const std::string& path) {
   return path == kStandardStream ? kOutput : path;
 }
 
-int open_input(const std::string& path) {
+SeekableInput open_input(const std::string& path) {
   const std::string name = input_name(path);
   const bool standard = path == kStandardStream;
   if (standard && isatty(STDIN_FILENO)) fail_on(name, "is a terminal");
@@ -129,17 +109,18 @@ int open_input(const std::string& path) {
   const int given = standard ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0)
                              : open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
   if (given < 0) fail_on(name, std::strerror(errno));
-  Descriptor input(given);
-  const bool is_whole =
-      is_regular(given) && lseek(given, 0, SEEK_CUR) == 0 && open_size_of(given) == 0;
-  if (is_whole) return input.release();
+  const SeekableInput input{given, false};
+  if (is_regular(given) && lseek(given, 0, SEEK_CUR) == 0) return input;
+  return copy_of(input, name);
+}
 
-  Descriptor spool(open_nameless(name));
-  if (!copy(given, spool.get()) || !fill_in_size(spool.get()) ||
-      lseek(spool.get(), 0, SEEK_SET) != 0) {
+SeekableInput copy_of(const SeekableInput& input, const std::string& name) {
+  const Descriptor original(input.descriptor);
+  Descriptor temporary(open_nameless(name));
+  if (!copy(original.get(), temporary.get()) || lseek(temporary.get(), 0, SEEK_SET) != 0) {
     fail_on(name, std::strerror(errno));
   }
-  return spool.release();
+  return {temporary.release(), true};
 }
 
 StandardOutput::StandardOutput() {

@@ -1,7 +1,6 @@
 // Standard input and output in place of files. Pipes are copied to or from a temporary file without
 // a name in $TMPDIR or /tmp: audio files are full of sizes and offsets, and a pipe can't seek.
-// (libsndfile reads some containers from a pipe, but loses frames of others without a word.) WAV
-// files whose header leaves their length open are copied too, to fill it in.
+// (libsndfile reads some containers from a pipe, but loses frames of others without a word.)
 
 #pragma once
 
@@ -18,10 +17,18 @@ inline constexpr const char* kStandardStream = "-";
 std::string input_name(const std::string& path);
 std::string output_name(const std::string& path);
 
-// A descriptor, the caller's to close, from which all of the input can be read and sought. Refuses
-// a terminal as standard input. Throws std::runtime_error that begins with the input's name, or
-// Interrupted.
-int open_input(const std::string& path);
+// An input of which every part can be read at any time.
+struct SeekableInput {
+  int descriptor;  // the caller's to close
+  bool is_copy;    // a temporary file that nobody else sees
+};
+
+// Refuses a terminal as standard input. Throws std::runtime_error that begins with the input's
+// name, or Interrupted.
+SeekableInput open_input(const std::string& path);
+
+// A temporary copy of the input, which is closed. Throws likewise; `name` is the input's.
+SeekableInput copy_of(const SeekableInput& input, const std::string& name);
 
 // Copied to standard output by commit(), which throws Interrupted when a signal comes. SIGPIPE must
 // be ignored for a closed pipe to be an error like any other.

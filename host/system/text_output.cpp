@@ -1,12 +1,10 @@
 #include "text_output.h"
 
-#include <fmt/format.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <stdexcept>
 
 namespace channelstrip::host {
 namespace {
@@ -21,7 +19,7 @@ TextOutput::TextOutput(const std::optional<std::string>& path, std::span<const s
   for (const std::string& input : inputs) {
     std::error_code none_there;
     if (std::filesystem::equivalent(input, *path, none_there)) {
-      throw std::runtime_error(fmt::format("{}: is an input", *path));
+      fail_on(*path, "is an input");
     }
   }
   file_.emplace(*path);
@@ -42,7 +40,7 @@ void TextOutput::flush() {
   for (std::string_view rest = pending_; !rest.empty();) {
     const ssize_t written = ::write(descriptor, rest.data(), rest.size());
     if (written < 0 && errno == EINTR) continue;
-    if (written < 0) throw std::runtime_error(fmt::format("{}: {}", name_, std::strerror(errno)));
+    if (written < 0) fail_on(name_, std::strerror(errno));
     rest.remove_prefix(static_cast<std::size_t>(written));
   }
   pending_.clear();
