@@ -146,24 +146,25 @@ TEST_P(EqGlideRounding, WritingTheRunningValueAloneMovesTheCoefficient) {
   EXPECT_EQ(pair.coef, 2.75f);
 }
 
-// Every quad's outputs land in coefficients 24 to 39, the last ones after the last step.
-TEST_P(EqGlideRounding, CoefficientsAreSetAgainAtTheEndOfABlock) {
-  Strip strip(format());
+// The last channel's output lies in coefficients 24 to 39; the last quad is written after the last
+// glide step.
+void process_into_coefficients(Strip& strip) {
   strip.fill_inputs(9);
   strip.dyn_state[0].dezipRate = 0;
   std::vector<float*> outputs = pointers(strip.out);
   outputs.back() = &strip.dezip.coefs[24];
   process_on(strip, pointers(strip.in), outputs);
+}
+
+TEST_P(EqGlideRounding, CoefficientsAreSetAgainAtTheEndOfABlock) {
+  Strip strip(format());
+  process_into_coefficients(strip);
   EXPECT_TRUE(same_bits(strip.dezip.coefs, strip.eq.targetCoefs));
 }
 
 TEST_P(EqGlideRounding, CoefficientsAreSetAgainBeforeTheMetersRun) {
   Strip strip(format());
-  strip.fill_inputs(9);
-  strip.dyn_state[0].dezipRate = 0;
-  std::vector<float*> outputs = pointers(strip.out);
-  outputs.back() = &strip.dezip.coefs[24];
-  process_on(strip, pointers(strip.in), outputs);
+  process_into_coefficients(strip);
   EXPECT_EQ(strip.output_peak(strip.channels - 1), 1);
 }
 

@@ -29,12 +29,17 @@ TEST_P(Blocks, CountIsRoundedUpToAWholeBlock) {
   }
 }
 
+// The outputs held 77 before the call.
+void process_over_77(BusyStrip& strip, int32_t count) {
+  for (auto& channel : strip.out) std::fill(channel.begin(), channel.end(), 77.0f);
+  strip.sample_count = count;
+  strip.process();
+}
+
 TEST_P(Blocks, EverySampleOfABlockIsWritten) {
   for (const auto [count, processed] : kCases) {
     BusyStrip strip(format(), kCapacity);
-    for (auto& channel : strip.out) std::fill(channel.begin(), channel.end(), 77.0f);
-    strip.sample_count = count;
-    strip.process();
+    process_over_77(strip, count);
     for (const auto& channel : strip.out) {
       EXPECT_EQ(std::ranges::find(channel, 77.0f) - channel.begin(),
                 static_cast<std::ptrdiff_t>(processed))
@@ -46,9 +51,7 @@ TEST_P(Blocks, EverySampleOfABlockIsWritten) {
 TEST_P(Blocks, NothingIsWrittenBehindTheLastBlock) {
   for (const auto [count, processed] : kCases) {
     BusyStrip strip(format(), kCapacity);
-    for (auto& channel : strip.out) std::fill(channel.begin(), channel.end(), 77.0f);
-    strip.sample_count = count;
-    strip.process();
+    process_over_77(strip, count);
     for (const auto& channel : strip.out) {
       EXPECT_TRUE(std::all_of(channel.begin() + static_cast<std::ptrdiff_t>(processed),
                               channel.end(), [](float sample) { return sample == 77.0f; }))

@@ -1,5 +1,4 @@
-// Buffers that overlap: every quad goes through the pass before the dynamics channel by channel,
-// in ascending order, each read whole before it is written.
+// Buffers that overlap each other, or the records.
 
 #include <tests/support/busy_strip.h>
 #include <tests/support/compare.h>
@@ -10,22 +9,20 @@
 namespace channelstrip::test::shared_buffers_test {
 namespace {
 
+// The EQ pass before the dynamics takes each quad channel by channel, in ascending order, and reads
+// all four samples of a channel before it writes any.
 class SharedBuffers : public EveryFormat {};
 INSTANTIATE_TEST_SUITE_P(EveryFormat, SharedBuffers, every_format(), format_name);
 
 constexpr int kSamples = 48;
 
-// Noise on every input. The band before the dynamics halves, nothing else changes the audio:
-// results are exact and tell how often they passed it.
+// Noise on every input, halved exactly: a result tells how often it passed the band.
 class HalvingStrip : public Strip {
  public:
   explicit HalvingStrip(std::string_view format_name) : Strip(format_name, kSamples) {
     Noise noise(5);
     for (auto& channel : in) std::generate(channel.begin(), channel.end(), noise);
-    pass_exactly();
-    set_band(0, {0.5f, 0, 0, 0, 0});
-    eq.endBand[0] = 1;
-    jump_to_targets();
+    halve_exactly();
   }
 };
 
@@ -112,6 +109,39 @@ TEST_P(SharedBuffers, AllInputsMayBeOneBuffer) {
   copies.process();
   shared.in = copies.in;
   EXPECT_EQ(differences(shared, copies), "");
+}
+
+// Coefficients are read anew for every quad or block, not once per call. A host may not rewrite
+// them during a call; here the strip does it itself, through a buffer that lies in a record.
+
+void process(const SChannelStrip_Alg_Context& context) {
+  const SChannelStrip_Alg_Context* const contexts[] = {&context};
+  entry_point(format_named("Mono"))(contexts, contexts + 1);
+}
+
+// The output lies in targets 0 to 15; the four of the last quad are written after the last glide.
+TEST(FreshReads, TargetsAreReadForEveryQuad) {
+  Strip strip("Mono");
+  strip.pass_exactly();
+  strip.fill_inputs(0.5f);
+  SChannelStrip_Alg_Context context = *strip.context();
+  float* const output = strip.eq.targetCoefs;
+  context.outputs = &output;
+  process(context);
+  for (int i = 0; i < 12; ++i) EXPECT_EQ(strip.dezip.coefs[i], 0.5f) << i;
+  EXPECT_EQ(strip.dezip.coefs[15], 1.0f);
+}
+
+// Meter 0 lies in the makeup gain; the first block raises it to 0.5, which the second one reads.
+TEST(FreshReads, DynamicsCoefficientsAreReadForEveryBlock) {
+  Strip strip("Mono", 32);
+  strip.fill_inputs(0.5f);
+  strip.dyn.makeupGain = 0.25f;
+  SChannelStrip_Alg_Context context = *strip.context();
+  float* const meters = &strip.dyn.makeupGain;
+  context.meterOutputs = &meters;
+  process(context);
+  EXPECT_EQ(strip.dyn_state[0].curMakeupGain, 0.5f);
 }
 
 }  // namespace

@@ -1,12 +1,11 @@
 #include "edit.h"
 
-#include <tests/model/random_audio.h>
+#include <tests/model/random_scene.h>
 
 #include <algorithm>
 #include <cmath>
 
 #include "choice.h"
-#include "record_edits.h"
 
 namespace channelstrip::test {
 namespace {
@@ -26,7 +25,6 @@ void set_samples(std::vector<float>& arena, Kind kind, const Step& step) {
 
 // Any buffer may lie anywhere, over any other; records may be another instance's.
 void rewire(Scene& scene, Instance& it, const Step& step) {
-  constexpr std::size_t kMostSamples = (kMostCount + 15) / 16 * 16;
   const std::size_t at = step.value % (scene.arena.size() - kMostSamples + 1);
   const std::size_t lender = step.value % scene.instances.size();
   switch (step.part % 4) {

@@ -1,6 +1,6 @@
 #include "history.h"
 
-#include <tests/model/random_audio.h>
+#include <tests/model/random_scene.h>
 
 #include <iterator>
 

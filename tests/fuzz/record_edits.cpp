@@ -1,4 +1,4 @@
-#include "record_edits.h"
+#include "edit.h"
 
 #include <algorithm>
 #include <cmath>

@@ -4,10 +4,8 @@
 
 #include <algorithm>
 #include <bit>
-#include <cmath>
 #include <cstdint>
 #include <functional>
-#include <numbers>
 #include <span>
 #include <utility>
 #include <vector>
@@ -101,14 +99,9 @@ inline std::vector<float> bursts(std::size_t frames, std::size_t channels) {
   return samples;
 }
 
-// Midway through a 1 kHz sine a sample meets each crest.
+// A sine that peaks at `db` dBFS: at 1 kHz a sample falls on each crest.
 inline std::vector<float> tone(double db, std::size_t frames, double frequency = 1000) {
-  std::vector<float> samples(frames);
-  for (std::size_t i = 0; i < frames; ++i) {
-    const double phase = 2 * std::numbers::pi * frequency * static_cast<double>(i) / kRate;
-    samples[i] = static_cast<float>(host::db_to_linear(db) * std::sin(phase));
-  }
-  return samples;
+  return sine(host::db_to_linear(db), frequency, kRate, frames);
 }
 
 }  // namespace channelstrip::test

@@ -1,7 +1,6 @@
 #include "rack.h"
 
 #include <fmt/format.h>
-#include <tests/model/random_audio.h>
 #include <tests/model/random_scene.h>
 #include <tests/model/random_sections.h>
 #include <tests/model/strip.h>

@@ -35,10 +35,7 @@ TEST_P(MeteredAudio, InputPeakIsThatOfTheRawInputs) {
 // overwritten by the next quad's outputs when the block is done.
 TEST_P(MeteredAudio, IsTakenWhenAllQuadsOfABlockAreDone) {
   Strip strip(format());
-  strip.pass_exactly();
-  strip.set_band(0, {0.5f, 0, 0, 0, 0});
-  strip.jump_to_targets();
-  strip.eq.endBand[0] = 1;
+  strip.halve_exactly();
   for (auto& channel : strip.in) channel.insert(channel.begin(), 4, 0.0f), channel[4] = 1;
   process_on(strip, pointers(strip.in, 4), pointers(strip.in, 0));
   for (int c = 0; c < strip.channels; ++c) {

@@ -1,10 +1,12 @@
 // Level to decibels and decibels to gain.
 //
-// In float the table conversions to the bit, written as arithmetic on significand and exponent. In
-// double the functions that they estimate, so that their error can be measured.
+// In float: the table conversions to the bit, written as arithmetic on significand and exponent,
+// and their tables, computed when the program starts. In double: the functions that they estimate,
+// so that their error can be measured.
 
 #pragma once
 
+#include <array>
 #include <bit>
 #include <cfloat>
 #include <cmath>
@@ -12,11 +14,39 @@
 #include <cstdint>
 #include <limits>
 
-#include "tables.h"
-
 namespace channelstrip::model {
 
-// One unit in the last place above the single nearest 20 log10(2).
+struct Tables {
+  std::array<float, 513> log2;       // log2(1 + i/512)
+  std::array<float, 512> pow2_high;  // 2^(i/512)
+  std::array<float, 512> pow2_low;   // 2^((i + 1/2)/2^18)
+};
+
+// The float nearest to 1/log10(2).
+inline constexpr float kOctavesPerDecade = 0x1.a934fp+1F;
+
+inline Tables make_tables() {
+  Tables tables{};
+  for (std::size_t i = 0; i < 513; ++i) {
+    // Two roundings: of the decimal logarithm, and of the product.
+    tables.log2[i] = static_cast<float>(std::log10(1.0 + static_cast<double>(i) / 512.0));
+    tables.log2[i] *= kOctavesPerDecade;
+  }
+  // The two entries that stand one unit in the last place above the rule.
+  tables.log2[37] = std::nextafter(tables.log2[37], 1.0F);
+  tables.log2[39] = std::nextafter(tables.log2[39], 1.0F);
+
+  for (std::size_t i = 0; i < 512; ++i) {
+    const double step = static_cast<double>(i);
+    tables.pow2_high[i] = static_cast<float>(std::exp2(step / 512.0));
+    tables.pow2_low[i] = static_cast<float>(std::exp2((step + 0.5) / 262144.0));
+  }
+  return tables;
+}
+
+inline const Tables kTables = make_tables();
+
+// One unit in the last place above the float nearest to 20 log10(2).
 inline constexpr float kDecibelsPerOctave = 0x1.815184p+2F;
 inline constexpr float kFloorDecibels = -140.0F;
 
@@ -29,7 +59,7 @@ inline float fast_log2(float x) {
   int exponent = -126;
   const float significand = magnitude < FLT_MIN ? 1.0F + std::ldexp(magnitude, 126)
                                                 : 2.0F * std::frexp(magnitude, &exponent);
-  --exponent;  // of a significand from 1 to 2; frexp's is half of that
+  --exponent;  // for a significand from 1 to 2; frexp's is half of that
 
   const float position = (significand - 1.0F) * 512.0F;  // exact
   const float whole = std::floor(position);

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string>
 
-#include "level_watch.h"
+#include "strip_state.h"
 
 namespace channelstrip::test {
 

@@ -8,7 +8,6 @@
 #include <limits>
 
 #include "conversions.h"
-#include "tables.h"
 
 namespace channelstrip::model::model_conversions_test {
 namespace {

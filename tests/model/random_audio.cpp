@@ -1,4 +1,4 @@
-#include "random_audio.h"
+#include "random_scene.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,7 +10,6 @@
 namespace channelstrip::test {
 namespace {
 
-constexpr int kMostSamples = (kMostCount + 15) / 16 * 16;
 constexpr std::size_t kBuffer = kMostSamples + 8;  // with room to shift and an untouched end
 
 enum class Layout {

@@ -1,4 +1,4 @@
-#include "random_dynamics.h"
+#include "random_scene.h"
 
 #include <limits>
 

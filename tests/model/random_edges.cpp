@@ -1,4 +1,4 @@
-#include "random_edges.h"
+#include "random_scene.h"
 
 #include <algorithm>
 #include <array>

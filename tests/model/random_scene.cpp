@@ -4,8 +4,6 @@
 #include <limits>
 #include <span>
 
-#include "random_audio.h"
-#include "random_dynamics.h"
 #include "random_sections.h"
 
 namespace channelstrip::test {

@@ -1,6 +1,8 @@
-// Random scenes for the sweep.
+// Random scenes for the sweep, whole or in parts.
 
 #pragma once
+
+#include <ChannelStrip/dynamics/dyn_records.h>
 
 #include "random.h"
 #include "scene.h"
@@ -25,5 +27,23 @@ Scene random_scene(Random& random, int channels, int groups, Kind kind);
 
 // What a host does between two calls: new settings, new audio, meters reset here and there.
 void change_scene(Random& random, Scene& scene, int groups, Kind kind);
+
+inline constexpr int kMostCount = 100;                            // samples that a call may ask for
+inline constexpr int kMostSamples = (kMostCount + 15) / 16 * 16;  // that it then processes
+inline constexpr int kKeys = 2;  // input buffers that only the key may select
+
+// Gives every instance its inputs, keys and outputs, and the arena its size.
+void place_buffers(Random& random, Scene& scene, int channels, Kind kind);
+
+// Fills inputs and outputs alike.
+void fill_arena(Random& random, Scene& scene, Kind kind);
+
+// Every dynamics setting but the two filters.
+void randomise_dynamics(Random& random, Dyn_SCoefsBlock& c, int groups, Kind kind);
+
+// Puts levels on every threshold and knee edge of an order-free scene, or one float beside: chooses
+// a level, sets the edges to its decibels or their neighbours, and fills the buffers with that
+// level and a few others.
+void stand_on_edges(Random& random, Scene& scene);
 
 }  // namespace channelstrip::test

@@ -6,7 +6,6 @@
 #include <ChannelStrip/frame/entry_points.h>
 #include <host/design/stem_format.h>
 
-#include "level_watch.h"
 #include "scene.h"
 #include "section.h"
 #include "strip.h"

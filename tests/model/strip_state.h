@@ -10,13 +10,20 @@
 #include <cstdint>
 #include <type_traits>
 
-#include "level_watch.h"
-
 namespace channelstrip::model {
 
 inline constexpr int kMaxChannels = 8;
 inline constexpr int kMaxGroups = 5;
 inline constexpr int kMaxMeters = 3 * kMaxChannels + 4;
+
+// Sees what the gain computer compares, sample by sample.
+class LevelWatch {
+ public:
+  virtual ~LevelWatch() = default;
+
+  // The detector's level, the same in dB, and whether the gate was open before this sample.
+  virtual void see(double level, double db, bool gate_was_open, const Dyn_SCoefsBlock& c) = 0;
+};
 
 template <typename Real>
 struct EqCoefs {

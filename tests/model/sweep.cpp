@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "compare.h"
-#include "random_edges.h"
 #include "random_scene.h"
 #include "run_scene.h"
 #include "shrink.h"

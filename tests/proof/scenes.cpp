@@ -1,7 +1,7 @@
 #include "scenes.h"
 
 #include <tests/model/compare.h>
-#include <tests/model/random_audio.h>
+#include <tests/model/random_scene.h>
 #include <tests/model/run_scene.h>
 #include <tests/support/strip.h>
 

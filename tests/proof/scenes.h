@@ -12,7 +12,6 @@
 
 namespace channelstrip::test {
 
-inline constexpr int kMostSamples = 112;     // that a call of a random scene processes
 inline constexpr std::size_t kStride = 128;  // samples from one buffer to the next
 
 // A random scene of one instance at least.

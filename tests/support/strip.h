@@ -80,6 +80,14 @@ class Strip {
     for (Dyn_SState& state : dyn_state) state.curMakeupGain = dyn.makeupGain;
   }
 
+  // One band before the dynamics halves every sample; nothing else changes it.
+  void halve_exactly() {
+    pass_exactly();
+    set_band(0, {0.5f, 0, 0, 0, 0});
+    eq.endBand[0] = 1;
+    jump_to_targets();
+  }
+
   void set_band(int band, std::array<float, 5> coefs) {
     std::copy(coefs.begin(), coefs.end(), eq.targetCoefs + 5 * band);
   }

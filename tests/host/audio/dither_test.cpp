@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "../support/audio.h"
-#include "../support/copy.h"
+#include "../support/rendered.h"
 #include "../support/temporary_folder.h"
 #include "host/audio/pcm.h"
 

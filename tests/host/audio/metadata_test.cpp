@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "../support/audio.h"
-#include "../support/copy.h"
+#include "../support/rendered.h"
 #include "../support/temporary_folder.h"
 
 namespace channelstrip::test::metadata_test {

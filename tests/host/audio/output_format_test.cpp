@@ -5,8 +5,8 @@
 #include <string>
 #include <utility>
 
+#include "../support/refusal.h"
 #include "host/audio/containers.h"
-#include "refusal.h"
 
 namespace channelstrip::test::output_format_test {
 namespace {

@@ -8,9 +8,9 @@
 #include <string>
 
 #include "../support/audio.h"
-#include "../support/render.h"
+#include "../support/refusal.h"
+#include "../support/rendered.h"
 #include "../support/temporary_folder.h"
-#include "refusal.h"
 
 namespace channelstrip::test {
 

@@ -5,8 +5,8 @@
 #include <cmath>
 #include <limits>
 
+#include "../support/refusal.h"
 #include "bands.h"
-#include "refusal.h"
 
 namespace channelstrip::test::band_test {
 namespace {
@@ -137,7 +137,9 @@ TEST(Band, OthersIgnoreTheGain) {
 
 TEST(Band, RefusesWhatIsNoBand) {
   const auto refused = [](double frequency, double q, double gain, double rate) {
-    return refusal([&] { design_band({BandType::kPeak, frequency, q, gain}, rate); });
+    return refusal<std::invalid_argument>([&] {
+      design_band({BandType::kPeak, frequency, q, gain}, rate);
+    });
   };
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
   constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
@@ -156,7 +158,7 @@ TEST(Band, RefusesWhatIsNoBand) {
 
 TEST(Band, RefusalInSinglePrecisionNamesWhatTheBandIsMadeOf) {
   const auto refused = [](const BandSettings& band) {
-    return refusal([&] { design_stored_band(band, 192000); });
+    return refusal<std::invalid_argument>([&] { design_stored_band(band, 192000); });
   };
   EXPECT_EQ(refused({.type = BandType::kLowPass, .frequency = 0.1, .slope = 24}),
             "frequency 0.1 Hz and slope 24 dB/oct leave no stable filter in single precision at "

@@ -7,6 +7,7 @@
 #include <array>
 #include <cmath>
 #include <complex>
+#include <vector>
 
 #include "host/design/band.h"
 #include "host/design/dynamics.h"
@@ -32,6 +33,21 @@ inline double decibels(std::complex<double> value) {
 
 inline double db_at(const host::BandSettings& band, double frequency, double rate = kRate) {
   return decibels(response(design_band(band, rate), frequency, rate));
+}
+
+// The output of the section's recurrence from rest, in double precision:
+// y = b0 x + z1; z1 := b1 x + a1 y + z2; z2 := b2 x + a2 y.
+inline std::vector<double> filtered(const host::Section& section,
+                                    const std::vector<double>& input) {
+  std::vector<double> output;
+  double z1 = 0, z2 = 0;
+  for (const double x : input) {
+    const double y = section.b0 * x + z1;
+    z1 = section.b1 * x + section.a1 * y + z2;
+    z2 = section.b2 * x + section.a2 * y;
+    output.push_back(y);
+  }
+  return output;
 }
 
 // Calls `check` with bands of `type` of every frequency, Q and gain.

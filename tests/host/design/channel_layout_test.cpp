@@ -3,7 +3,7 @@
 #include <fmt/ranges.h>
 #include <gtest/gtest.h>
 
-#include "refusal.h"
+#include "../support/refusal.h"
 
 namespace channelstrip::test::channel_layout_test {
 namespace {
@@ -181,12 +181,14 @@ TEST(StatedOrder, IsThatOfTheFormatWhereNoSpeakersAreNamedOrTheyContradictIt) {
 }
 
 TEST(ChosenLayout, RefusesCountsThatNoFormatHas) {
-  EXPECT_EQ(refusal([] { choose_layout(0, {}); }), "no format has 0 channels");
-  EXPECT_EQ(refusal([] { choose_layout(9, {}); }), "no format has 9 channels");
+  EXPECT_EQ(refusal<std::invalid_argument>([] { choose_layout(0, {}); }),
+            "no format has 0 channels");
+  EXPECT_EQ(refusal<std::invalid_argument>([] { choose_layout(9, {}); }),
+            "no format has 9 channels");
 }
 
 TEST(ForcedLayout, RefusesAnotherCount) {
-  EXPECT_EQ(refusal([] { choose_layout(4, {}, find_stem_format("5.1")); }),
+  EXPECT_EQ(refusal<std::invalid_argument>([] { choose_layout(4, {}, find_stem_format("5.1")); }),
             "format 5.1 has 6 channels, the stream has 4");
 }
 

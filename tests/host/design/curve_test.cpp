@@ -4,8 +4,8 @@
 #include <cmath>
 #include <limits>
 
+#include "../support/refusal.h"
 #include "host/design/dynamics.h"
-#include "refusal.h"
 
 namespace channelstrip::test::curve_test {
 namespace {
@@ -174,7 +174,7 @@ TEST(AutoMakeup, TakesNoAccountOfTheUsersMakeup) {
 
 TEST(CompressorCurve, RefusesWhatIsNoCurve) {
   const auto refused = [](const CompressorSettings& settings) {
-    return refusal([&] { compressor_curve(settings); });
+    return refusal<std::invalid_argument>([&] { compressor_curve(settings); });
   };
   EXPECT_EQ(
       refused({.ratio = 0.5}),
@@ -189,7 +189,7 @@ TEST(CompressorCurve, RefusesWhatIsNoCurve) {
 
 TEST(ExpanderCurve, RefusesWhatIsNoCurve) {
   const auto refused = [](double threshold, double ratio, double width) {
-    return refusal([&] { expander_curve({threshold, ratio, width}); });
+    return refusal<std::invalid_argument>([&] { expander_curve({threshold, ratio, width}); });
   };
   EXPECT_EQ(refused(-50, 0.9, 6), "ratio 0.9 is not 1 to 100");
   EXPECT_EQ(refused(-50, kInfinity, 6), "ratio inf is not 1 to 100");

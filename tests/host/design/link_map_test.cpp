@@ -6,8 +6,8 @@
 #include <array>
 #include <iterator>
 
+#include "../support/refusal.h"
 #include "records.h"
-#include "refusal.h"
 
 namespace channelstrip::test::link_map_test {
 namespace {
@@ -129,7 +129,7 @@ TEST(RestrictedLinkMap, NumbersTheGroupsThatAreLeft) {
 
 TEST(ParsedLinkMap, RefusesWhatIsNoMapOfTheLayout) {
   const auto refused = [](const char* format, const char* map) {
-    return refusal([&] { parse_link_map(map, layout_of(format)); });
+    return refusal<std::invalid_argument>([&] { parse_link_map(map, layout_of(format)); });
   };
   EXPECT_EQ(refused("Stereo", "L X"), "the map names X, the channels are L R");
   EXPECT_EQ(refused("Stereo", "l r"), "the map names l, the channels are L R");

@@ -8,8 +8,8 @@
 #include <random>
 #include <vector>
 
+#include "../support/refusal.h"
 #include "host/design/dynamics.h"
-#include "refusal.h"
 
 namespace channelstrip::test::meter_ballistics_test {
 namespace {
@@ -140,7 +140,7 @@ TEST(PeakMeter, CuttingRaisesItByTheDecayOfAPeriodAtMost) {
 
 TEST(PeakMeter, RefusesBallisticsThatAreNone) {
   const auto refused = [](const Ballistics& ballistics) {
-    return refusal([&] { PeakMeter{ballistics}; });
+    return refusal<std::invalid_argument>([&] { PeakMeter{ballistics}; });
   };
   EXPECT_EQ(refused({.hold = -1}), "hold -1 ms is not 0 or more and finite");
   EXPECT_EQ(refused({.hold = kNan}), "hold nan ms is not 0 or more and finite");

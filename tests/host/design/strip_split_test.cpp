@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "../support/refusal.h"
 #include "records.h"
-#include "refusal.h"
 
 namespace channelstrip::test::strip_split_test {
 namespace {
@@ -51,7 +51,7 @@ TEST(StripSplit, KeepsTogetherWhatAnyMapLinks) {
 }
 
 TEST(StripSplit, RefusesMapsThatDoNotGoTogether) {
-  EXPECT_EQ(refusal([] {
+  EXPECT_EQ(refusal<std::invalid_argument>([] {
               split("Stereo", {"L R", "L | R"});
             }),
             "the link map changes so that a strip of 2 channels would need 2 groups");

@@ -20,20 +20,11 @@ namespace {
 
 using Rows = std::vector<std::vector<std::string>>;
 
-// A 1 kHz sine: at 48 kHz a sample meets each crest.
-std::vector<float> sine(float amplitude, std::size_t frames) {
-  std::vector<float> samples(frames);
-  for (std::size_t i = 0; i < frames; ++i) {
-    const double phase = 2 * std::numbers::pi * 1000 * static_cast<double>(i) / 48000;
-    samples[i] = amplitude * static_cast<float>(std::sin(phase));
-  }
-  return samples;
-}
-
 class MetersProgram : public Command {
  protected:
+  // At 48 kHz a sample of the 1 kHz sine falls on each crest.
   std::string write_sine(std::size_t frames) const {
-    return write_audio(folder.file("in.wav"), {.floats = sine(0.5f, frames)});
+    return write_audio(folder.file("in.wav"), {.floats = sine(0.5, 1000, 48000, frames)});
   }
 
   // Splits what was written; the files have no quotes.

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "../design/refusal.h"
+#include "../support/refusal.h"
 #include "golden.h"
 
 namespace channelstrip::test::chart_test {
@@ -162,17 +162,21 @@ TEST(ChartStyle, HasColoursForDarkScreens) {
 TEST(Chart, RefusesAnAxisWithoutExtent) {
   Chart chart = small();
   chart.y = {"gain", 3, 3};
-  EXPECT_EQ(refusal([&] { svg(chart); }), "axis \"gain\" can't reach from 3 to 3");
+  EXPECT_EQ(refusal<std::invalid_argument>([&] { svg(chart); }),
+            "axis \"gain\" can't reach from 3 to 3");
   chart.y = {"gain", 0, kInfinity};
-  EXPECT_EQ(refusal([&] { svg(chart); }), "axis \"gain\" can't reach from 0 to inf");
+  EXPECT_EQ(refusal<std::invalid_argument>([&] { svg(chart); }),
+            "axis \"gain\" can't reach from 0 to inf");
   chart.y = {"gain", 0, 1, Scale::kLogarithmic};
-  EXPECT_EQ(refusal([&] { svg(chart); }), "axis \"gain\" can't reach from 0 to 1");
+  EXPECT_EQ(refusal<std::invalid_argument>([&] { svg(chart); }),
+            "axis \"gain\" can't reach from 0 to 1");
 }
 
 TEST(Chart, RefusesAnAreaWithALineOfAnotherLength) {
   Chart chart = small();
   chart.series = {{.label = "wave", .points = {{0, 0}, {1, 1}}, .lower = {0}}};
-  EXPECT_EQ(refusal([&] { svg(chart); }), "series \"wave\" has 2 points and 1 lower values");
+  EXPECT_EQ(refusal<std::invalid_argument>([&] { svg(chart); }),
+            "series \"wave\" has 2 points and 1 lower values");
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The presets that ship with the program.
+// The presets that ship with the program, and the one that docs/presets.md gives as an example.
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "../support/audio.h"
-#include "../support/render.h"
+#include "../support/rendered.h"
 #include "../support/temporary_folder.h"
 #include "host/design/dynamics.h"
 #include "host/design/strip_coefficients.h"
@@ -125,6 +125,20 @@ TEST(KickGatePreset, ShutsOnWhatIsNoKickDrum) {
   // White noise of -26 dBFS has next to nothing in the drum's band.
   const auto [report, input, output] = rendered("kick_gate", 1, 0.05f);
   EXPECT_NEAR(report.meters.expander_reduction, 1 - db_to_linear(-40), 1e-3);
+}
+
+TEST(PresetReference, ExampleIsAPreset) {
+  const std::string page = contents(CHANNELSTRIP_SOURCE_DIR "/docs/presets.md");
+  const std::string opening = "```toml\n";
+  const auto begin = page.find(opening) + opening.size();
+  const Preset preset = parse_preset(page.substr(begin, page.find("```", begin) - begin), "p.toml");
+  EXPECT_EQ(preset.settings.pre.size(), 2u);
+  EXPECT_EQ(preset.settings.post.size(), 1u);
+  EXPECT_TRUE(preset.settings.compressor->auto_makeup);
+  ASSERT_EQ(preset.changes.size(), 1u);
+  EXPECT_EQ(preset.changes[0].settings.pre[1].gain, 4);
+  const ChannelLayout layout = default_layout(*find_stem_format("5.1"));
+  EXPECT_EQ(refusal([&] { check_fits(preset, 48000, layout); }), "");
 }
 
 }  // namespace

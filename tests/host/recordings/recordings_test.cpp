@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-#include "../support/channels.h"
+#include "../support/audio.h"
 #include "recordings.h"
 #include "through_strip.h"
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "../support/audio.h"
-#include "../support/render.h"
+#include "../support/rendered.h"
 #include "../support/temporary_folder.h"
 
 namespace channelstrip::test::neutral_test {

@@ -1,12 +1,14 @@
-// The program as users and scripts meet it.
+// The program as users and scripts meet it: what it prints, the files it writes, and its memory.
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "host/audio/sndfile_handle.h"
 #include "program.h"
 
 namespace channelstrip::test::program_test {
@@ -67,6 +69,69 @@ TEST_F(Program, GivesOrdinaryPermissions) {
   run({"render", input, output});
   umask(mask);
   EXPECT_EQ(fs::status(output).permissions(), fs::perms{0640});
+}
+
+class Output : public Program {};
+
+TEST_F(Output, HasTheBitsAskedFor) {
+  const ChildResult result = run({"render", input, output, "--bits", "24"});
+  EXPECT_EQ(result.exit_status, 0);
+  EXPECT_NE(result.output.find("Mono, 48000 Hz, 16-bit -> 24-bit, "), std::string::npos);
+  EXPECT_EQ(read_audio(output).format, SF_FORMAT_WAV | SF_FORMAT_PCM_24);
+}
+
+TEST_F(Output, IsDitheredBelow24BitsUnlessToldNotTo) {
+  const std::string undithered = folder.file("undithered.wav"), tpdf = folder.file("tpdf.wav");
+  run({"render", input, output});
+  run({"render", input, tpdf, "--dither", "tpdf"});
+  run({"render", input, undithered, "--dither", "none"});
+  EXPECT_EQ(read_audio(undithered).integers, read_audio(input).integers);
+  EXPECT_NE(read_audio(output).integers, read_audio(input).integers);
+  EXPECT_EQ(contents(output), contents(tpdf));
+}
+
+TEST_F(Output, GoesToStandardOutput) {
+  run({"render", input, output});
+  const ChildResult result = run({"render", input, "-", "--quiet"});
+  EXPECT_EQ(result.exit_status, 0);
+  EXPECT_EQ(result.printed, contents(output));
+  EXPECT_EQ(folder.entries(), (std::vector<std::string>{"in.wav", "out.wav"}));
+}
+
+TEST_F(Output, RefusesWhatItCannotBe) {
+  expect_refusal({"render", input, output, "--dither", "pink"},
+                 "--dither: pink not in {none,tpdf}");
+  expect_refusal({"render", "-", output, "--key", "-"},
+                 "--key: standard input is the audio already");
+}
+
+class Memory : public Program {
+ protected:
+  // Piece by piece: what this process holds counts for its children.
+  std::string seconds_of_noise(const std::string& name, int seconds) {
+    SF_INFO info = {};
+    info.samplerate = 48000;
+    info.channels = 2;
+    info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
+    const host::Sndfile file(sf_open(folder.file(name).c_str(), SFM_WRITE, &info));
+    const std::vector<float> second = noise(2 * 48000, 0.5f);
+    for (int i = 0; i < seconds; ++i) sf_writef_float(file.get(), second.data(), 48000);
+    return folder.file(name);
+  }
+
+  // KiB, the most that any child has held so far.
+  long most_after_rendering(const std::string& file) {
+    EXPECT_EQ(run({"render", file, output, "-q"}).exit_status, 0);
+    rusage usage = {};
+    getrusage(RUSAGE_CHILDREN, &usage);
+    return usage.ru_maxrss;
+  }
+};
+
+// 100 s are 18750 KiB of 16-bit samples; pages and allocators vary by less than a tenth of that.
+TEST_F(Memory, DoesNotGrowWithTheFile) {
+  const long before = most_after_rendering(seconds_of_noise("short.wav", 1));
+  EXPECT_LE(most_after_rendering(seconds_of_noise("long.wav", 100)), before + 1875);
 }
 
 }  // namespace

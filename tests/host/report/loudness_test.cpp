@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "../design/records.h"
-#include "../design/refusal.h"
-#include "signals.h"
+#include "../support/audio.h"
+#include "../support/refusal.h"
 
 namespace channelstrip::test::loudness_test {
 namespace {
@@ -116,7 +116,7 @@ TEST(Loudness, DoesNotDependOnTheCutting) {
 }
 
 TEST(Loudness, RefusesARateThatCannotBeMeasured) {
-  EXPECT_EQ(refusal([] { LoudnessMeter(8, layout_of("Mono")); }),
+  EXPECT_EQ(refusal<std::invalid_argument>([] { LoudnessMeter(8, layout_of("Mono")); }),
             "no loudness can be measured at 8 Hz");
 }
 

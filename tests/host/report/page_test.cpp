@@ -8,7 +8,7 @@
 
 #include "../support/audio.h"
 #include "../support/child.h"
-#include "../support/render.h"
+#include "../support/rendered.h"
 #include "../support/temporary_folder.h"
 #include "browser.h"
 #include "host/pictures/xml.h"

@@ -8,8 +8,7 @@
 
 #include "../support/audio.h"
 #include "../support/command.h"
-#include "../support/render.h"
-#include "signals.h"
+#include "../support/rendered.h"
 
 namespace channelstrip::test::report_program_test {
 namespace {

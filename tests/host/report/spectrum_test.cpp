@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "../support/audio.h"
-#include "signals.h"
 
 namespace channelstrip::test::spectrum_test {
 namespace {

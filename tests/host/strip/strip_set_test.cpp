@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "../design/refusal.h"
 #include "../streamed.h"
-#include "../support/channels.h"
+#include "../support/audio.h"
+#include "../support/refusal.h"
 
 namespace channelstrip::test::strip_set_test {
 namespace {
@@ -116,7 +116,7 @@ TEST(SplitStrip, CanNotBeSplitOnTheWay) {
                       .input = input,
                       .settings = busy_settings(),
                       .changes = {{50, unlinked()}}};
-  EXPECT_EQ(refusal([&] { play(stream); }),
+  EXPECT_EQ(refusal<std::invalid_argument>([&] { play(stream); }),
             "the link map changes so that a strip of 2 channels would need 2 groups");
 }
 

@@ -1,6 +1,8 @@
 #include "audio.h"
 
 #include <algorithm>
+#include <cmath>
+#include <numbers>
 #include <random>
 #include <stdexcept>
 
@@ -28,6 +30,25 @@ std::vector<float> noise(std::size_t samples, float amplitude, std::uint32_t see
   std::ranges::generate(
       result, [&] { return amplitude * (static_cast<float>(random() >> 8) * 0x1p-23f - 1.0f); });
   return result;
+}
+
+std::vector<float> sine(double amplitude, double frequency, double sample_rate, std::size_t frames,
+                        std::size_t channels) {
+  std::vector<float> samples;
+  for (std::size_t i = 0; i < frames; ++i) {
+    const double phase = 2 * std::numbers::pi * frequency * static_cast<double>(i) / sample_rate;
+    samples.insert(samples.end(), channels, static_cast<float>(amplitude * std::sin(phase)));
+  }
+  return samples;
+}
+
+std::vector<float> channels_of(std::span<const float> frames, std::size_t width,
+                               std::span<const std::size_t> channels) {
+  std::vector<float> some;
+  for (std::size_t i = 0; i < frames.size(); i += width) {
+    for (const std::size_t c : channels) some.push_back(frames[i + c]);
+  }
+  return some;
 }
 
 std::string write_audio(const std::string& path, const TestAudio& audio) {

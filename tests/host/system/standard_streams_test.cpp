@@ -12,9 +12,9 @@
 #include <string>
 #include <thread>
 
-#include "../audio/refusal.h"
 #include "../support/audio.h"
-#include "../support/copy.h"
+#include "../support/refusal.h"
+#include "../support/rendered.h"
 #include "../support/streams.h"
 #include "../support/temporary_folder.h"
 

@@ -1,17 +1,19 @@
-// A file read and written again with nothing in between.
+// A file made of another: copied, or rendered with the library just built.
 
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "host/audio/audio_reader.h"
 #include "host/audio/audio_writer.h"
 #include "host/audio/output_format.h"
+#include "host/render/render.h"
 
 namespace channelstrip::test {
 
-// Returns what the writer lost of the metadata.
+// Reads a file and writes what it read; returns what of the metadata the writer had to leave out.
 inline std::vector<std::string> copy_audio(const std::string& input, const std::string& output,
                                            const host::OutputChoice& choice = {},
                                            host::Dither dither = host::Dither::kNone) {
@@ -24,6 +26,14 @@ inline std::vector<std::string> copy_audio(const std::string& input, const std::
   }
   writer.commit();
   return writer.lost_metadata();
+}
+
+inline host::RenderReport render(const std::string& input, const std::string& output,
+                                 const std::optional<std::string>& preset = {}) {
+  return host::render({.input = input,
+                       .output = output,
+                       .strip = {.preset = preset, .library = CHANNELSTRIP_LIBRARY},
+                       .dither = host::Dither::kNone});
 }
 
 }  // namespace channelstrip::test

@@ -1,11 +1,38 @@
-#include "host/pictures/xml.h"
+// Text in pictures: broken into rows, and escaped for XML.
 
 #include <gtest/gtest.h>
 
-namespace channelstrip::test::xml_test {
+#include <string_view>
+#include <vector>
+
+#include "host/pictures/text_rows.h"
+#include "host/pictures/xml.h"
+
+namespace channelstrip::test::text_test {
 namespace {
 
 using namespace host;
+
+using Rows = std::vector<std::string_view>;
+
+TEST(TextRows, BreakAtTheLastBlankThatFits) {
+  EXPECT_EQ(text_rows("one two three", 13), Rows{"one two three"});
+  EXPECT_EQ(text_rows("one two three", 12), (Rows{"one two", "three"}));
+  EXPECT_EQ(text_rows("one two three", 7), (Rows{"one two", "three"}));
+  EXPECT_EQ(text_rows("one two three", 6), (Rows{"one", "two", "three"}));
+}
+
+TEST(TextRows, CountCharactersNotBytes) {
+  EXPECT_EQ(text_rows("Ö ö", 3), Rows{"Ö ö"});
+}
+
+TEST(TextRows, LongWordHasARowOfItsOwn) {
+  EXPECT_EQ(text_rows("a endless b", 3), (Rows{"a", "endless", "b"}));
+}
+
+TEST(TextRows, EmptyTextHasNone) {
+  EXPECT_EQ(text_rows("", 10), Rows{});
+}
 
 TEST(EscapeXml, EscapesWhatMarkupIsMadeOf) {
   EXPECT_EQ(escape_xml("a<b>&\"c\" 'd'"), "a&lt;b&gt;&amp;&quot;c&quot; &#39;d&#39;");
@@ -35,4 +62,4 @@ TEST(Length, CountsCharacters) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test::xml_test
+}  // namespace channelstrip::test::text_test

@@ -1,6 +1,5 @@
-// What single precision costs the gain, against the same law in double.
-
-#include "precision.h"
+// What the sweep measures besides differences: how far single precision lies from double, and which
+// edges the levels have met.
 
 #include <gtest/gtest.h>
 
@@ -9,11 +8,13 @@
 #include <cmath>
 #include <cstdint>
 
+#include "edge_counts.h"
+#include "precision.h"
 #include "random_scene.h"
 #include "run_scene.h"
 #include "tests/support/strip.h"
 
-namespace channelstrip::test::precision_test {
+namespace channelstrip::test::measures_test {
 namespace {
 
 // The outputs are the gain, and single precision knows the level exactly: the audio is 1
@@ -71,5 +72,33 @@ TEST(SinglePrecision, GainLiesWithinItsRoundings) {
   EXPECT_GT(worst, 1e-5);  // there is something to bound
 }
 
+// Every edge at -140 dB, met on it and on both sides.
+TEST(EdgeCounts, NameWhatWasNeverMet) {
+  constexpr float kEdge = -140.0F;
+  EdgeCounts counts;
+  Dyn_SCoefsBlock c{};
+  c.compKneeLow = c.compKneeHigh = c.expKneeLow = c.expKneeHigh = kEdge;
+  c.gateOpenThreshold = c.gateCloseThreshold = kEdge;
+  for (float towards : {-1000.0F, kEdge, 1000.0F}) {
+    counts.see(0.5, static_cast<double>(std::nextafter(kEdge, towards)), false, c);
+  }
+  EXPECT_EQ(counts.missing(),
+            "above compKneeLow, below expKneeHigh, below gateCloseThreshold, at "
+            "gateCloseThreshold, above gateCloseThreshold, below 0 dB, at 0 dB, above 0 dB");
+  EXPECT_EQ(counts.least(), 0U);
+}
+
+TEST(EdgeCounts, CountOnlyComparisonsThatAreMade) {
+  EdgeCounts counts;
+  Dyn_SCoefsBlock c{};
+  c.compKneeLow = 0.0F;
+  c.compKneeHigh = -10.0F;
+  counts.see(1.0, 0.0, false, c);
+  EXPECT_NE(counts.missing().find("at compKneeLow"), std::string::npos);
+  c.compKneeHigh = 10.0F;
+  counts.see(1.0, 0.0, false, c);
+  EXPECT_EQ(counts.missing().find("at compKneeLow"), std::string::npos);
+}
+
 }  // namespace
-}  // namespace channelstrip::test::precision_test
+}  // namespace channelstrip::test::measures_test

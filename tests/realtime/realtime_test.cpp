@@ -1,11 +1,11 @@
-// The kernel as witness: in strict secure computing mode a process that asks it for anything but
-// read, write and exit is killed. Page faults are no requests.
+// Calls take a bounded stack and ask nothing of the kernel.
 
 #include <gtest/gtest.h>
 #include <linux/seccomp.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
+#include <tests/support/every_format.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -15,13 +15,39 @@
 #include <vector>
 
 #include "every_mode.h"
+#include "painted_stack.h"
 
-namespace channelstrip::test::system_call_test {
+namespace channelstrip::test::realtime_test {
 namespace {
 
+class Stack : public EveryFormat {};
+INSTANTIATE_TEST_SUITE_P(Formats, Stack, every_format(), format_name);
+
+// 16 KiB for optimised code; unoptimised code keeps every intermediate value on the stack.
+TEST_P(Stack, NoCallTakesMoreThanItsLimit) {
+  const EveryMode range(GetParam());
+  const size_t depth = PaintedStack::depth(range, entry_point(GetParam()));
+  EXPECT_GT(depth, 0u);
+  EXPECT_LE(depth, size_t{CHANNELSTRIP_STACK_LIMIT});
+}
+
+// A callee that writes 20000 bytes: the measured depth is that and little more.
+TEST(PaintedStack, SeesTheDeepestByteOfACall) {
+  const auto deep = +[](const SChannelStrip_Alg_Context* const*, const void*) {
+    char bytes[20000];
+    bytes[0] = 1;
+    asm volatile("" : : "r"(bytes) : "memory");  // keeps the write
+  };
+  const size_t depth = PaintedStack::depth(EveryMode(format_named("Mono")), deep);
+  EXPECT_GE(depth, 20000u);
+  EXPECT_LE(depth, 20000u + 512);
+}
+
+// In strict secure computing mode the kernel kills a process that makes any system call but read,
+// write and exit. Page faults are no system calls.
 struct End {
   int status;      // as waitpid gives it
-  char answer{0};  // what the work returned, if it came to that
+  char answer{0};  // what the work returned, if it got that far
 };
 
 // Runs the work in a confined child process.
@@ -34,7 +60,7 @@ End confined(Work work) {
     if (prctl(PR_SET_SECCOMP, SECCOMP_MODE_STRICT) != 0) _exit(2);
     const char answer = work();
     const bool written = write(ends[1], &answer, 1) == 1;
-    syscall(SYS_exit, written ? 0 : 1);  // _exit would ask for the whole group's end
+    syscall(SYS_exit, written ? 0 : 1);  // _exit would call exit_group, which kills
   }
   close(ends[1]);
   End end{};
@@ -48,7 +74,7 @@ End confined(Work work) {
 
 TEST(SystemCalls, NoEntryPointMakesOne) {
   std::deque<EveryMode> ranges;
-  std::vector<AlgEntry_16_Stem*> entries;  // loading and looking up make them
+  std::vector<AlgEntry_16_Stem*> entries;  // looked up before: that makes system calls
   for (const host::StemFormat& format : host::stem_formats()) {
     ranges.emplace_back(format);
     entries.push_back(entry_point(format));
@@ -75,4 +101,4 @@ TEST(SystemCalls, OneInTheSamePlaceKills) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test::system_call_test
+}  // namespace channelstrip::test::realtime_test
