@@ -1,4 +1,4 @@
-// What a step can ask for, among things and among numbers.
+// Which element or number a step chooses.
 
 #pragma once
 
@@ -13,8 +13,8 @@
 
 namespace channelstrip::test {
 
-// Signed zeros, ends of the float range, levels that are exact in dB, the floor of the level and
-// the ends of the power.
+// Signed zeros, the ends of the float range, exact levels in dB, the floor of levels, and the
+// limits of the conversion from dB to gain.
 inline constexpr float kSpecialNumbers[] = {
     0.0F,       -0.0F,    1e-45F,     1e-40F,      1.1754944e-38F, 0.25F,     0.5F,
     1.0F,       -1.0F,    2.0F,       -6.0206003F, 6.0206003F,     -12.0412F, -140.0F,
@@ -34,7 +34,7 @@ auto& chosen(Sequence& from, std::size_t index) {
   return *(std::begin(from) + static_cast<std::ptrdiff_t>(index % std::size(from)));
 }
 
-// A special number, a neighbour of the present one, one of few digits, or any bits at all.
+// A special number, a float near `present`, a number with few significant bits, or any bits at all.
 inline float number(const Step& step, float present) {
   const auto low = static_cast<int16_t>(step.value % 65536);
   const auto high = step.value / 65536;

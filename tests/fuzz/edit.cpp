@@ -23,7 +23,7 @@ void set_samples(std::vector<float>& arena, Kind kind, const Step& step) {
   }
 }
 
-// Any buffer may lie anywhere, over any other; records may be another instance's.
+// Any buffer may lie anywhere and overlap any other; records may be shared with another instance.
 void rewire(Scene& scene, Instance& it, const Step& step) {
   const std::size_t at = step.value % (scene.arena.size() - kMostSamples + 1);
   const std::size_t lender = step.value % scene.instances.size();
@@ -42,7 +42,7 @@ void rewire(Scene& scene, Instance& it, const Step& step) {
   }
 }
 
-// In any order, some twice, some left out.
+// Instances in any order, some twice, some left out.
 void set_range(Scene& scene, const Step& step) {
   constexpr std::size_t kMostInRange = 20;
   auto& range = scene.range;

@@ -1,4 +1,4 @@
-// The formats, and the entry points as they are linked.
+// The stem formats with their linked entry points.
 
 #pragma once
 

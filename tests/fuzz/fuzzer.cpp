@@ -1,4 +1,4 @@
-// What libFuzzer calls.
+// The entry point for libFuzzer.
 
 #include <cstdint>
 #include <cstdio>

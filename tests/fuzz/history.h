@@ -1,4 +1,4 @@
-// From bytes to what a host does with a scene, call after call.
+// Reads bytes as a history: what a host does with a scene, call after call.
 
 #pragma once
 
@@ -8,7 +8,7 @@
 
 namespace channelstrip::test {
 
-// Plays the host and has every call judged. Returns the first fault, or "".
+// Plays the history and checks every call. Returns the first fault, or "".
 std::string first_fault(std::span<const uint8_t> bytes);
 
 }  // namespace channelstrip::test

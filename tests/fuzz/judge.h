@@ -1,4 +1,4 @@
-// One call of the library, judged.
+// Checks one call of the library.
 
 #pragma once
 
@@ -10,8 +10,8 @@
 
 namespace channelstrip::test {
 
-// Processes the scene's range by the library and leaves the scene as the library left it. Returns
-// what is wrong with that, or "".
+// Calls the library on the scene's range, which changes the scene. Returns what is wrong with the
+// result, or "".
 std::string judge_call(Scene& scene, const Format& format, Kind kind);
 
 }  // namespace channelstrip::test

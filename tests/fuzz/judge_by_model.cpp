@@ -1,4 +1,4 @@
-// The library against the model.
+// Compares the library with the model.
 
 #include <tests/model/compare.h>
 #include <tests/model/run_scene.h>
@@ -16,8 +16,8 @@ namespace {
 
 using model::SumOrder;
 
-// A general band may start a little off its stable target; frozen there for long it runs away, and
-// the orders of its sums with it.
+// A general band may start with coefficients a little off its stable target. If they stay there for
+// long, the signal grows without bound, and so do the differences between the orders of its sums.
 bool ran_away(const Scene& scene) {
   return std::ranges::any_of(values_of(scene), [](const Value& value) {
     return value.quantity == Quantity::kSignal && !(std::fabs(value.number) < 1e6);
@@ -25,7 +25,7 @@ bool ran_away(const Scene& scene) {
 }
 
 std::string fault(const Scene& before, const Scene& after, const Format& format, Kind kind) {
-  // What is one legal order's result throughout needs no second one.
+  // If the result equals that of one legal order, the others aren't needed.
   Scene first = by_model(format.stem, before, SumOrder::kInputFirst);
   if (same_words(first, after)) return {};
   const std::array<Scene, 3> legal = {std::move(first),
@@ -33,7 +33,7 @@ std::string fault(const Scene& before, const Scene& after, const Format& format,
                                       by_model(format.stem, before, SumOrder::kProductsFirst)};
   if (kind == Kind::kOrderFree) return first_difference(legal, after);
   if (ran_away(legal.front())) return {};
-  const double floor = kind == Kind::kEqualiser ? 0x1p-15 : 1e-4;  // the sweep's
+  const double floor = kind == Kind::kEqualiser ? 0x1p-15 : 1e-4;  // as in the sweep
   return first_excess(legal, after, floor);
 }
 

@@ -1,5 +1,6 @@
-// The library under MemorySanitizer: before a call everything is poisoned but what the call may
-// read, after it everything that the call writes must be initialised. A report ends the program.
+// Checks the library under MemorySanitizer: before a call everything is poisoned except what the
+// call may read; after it everything that the call writes must be initialised. A report ends the
+// program.
 
 #include <sanitizer/msan_interface.h>
 #include <tests/model/run_scene.h>
@@ -41,7 +42,7 @@ bool leads_group(const Dyn_SCoefsBlock& dyn, int channel) {
   return std::find(dyn.linkGroup, group, *group) == group;
 }
 
-// What a call both reads and writes.
+// Visits the memory that a call both reads and writes.
 template <typename Action>
 void visit_memory(const Instance& settings, Instance& memory, int channels, Action action) {
   action(memory.eq_coefs);

@@ -46,7 +46,8 @@ void set_finite(Real& x, const Step& step) {
   if (std::isfinite(value)) x = static_cast<Real>(value);
 }
 
-// What order-free sections must not use is 0, or not a number once the audio isn't.
+// Leaves zeros alone, because order-free sections must not use those words, and NaNs and
+// infinities, which the memory of an unused coefficient becomes when the audio isn't finite.
 template <typename Real>
 void set_where_used(Real& x, const Step& step) {
   if (x != 0 && std::isfinite(x)) set_finite(x, step);
@@ -55,7 +56,8 @@ void set_where_used(Real& x, const Step& step) {
 void set_number(Dyn& dyn, const Step& step) {
   float& field = dyn.*chosen(kNumbers, step.index);
   if (step.how % 5 == 4) {
-    field = dyn.*chosen(kNumbers, step.value);  // a threshold that is another, a knee of no width
+    field =
+        dyn.*chosen(kNumbers, step.value);  // e.g. two equal thresholds, or a knee without width
   } else {
     set_finite(field, step);
   }

@@ -1,4 +1,4 @@
-// Plays files, and histories drawn at random, through the same function as the fuzzer.
+// Plays files and random histories through the same function as the fuzzer.
 //
 //   fuzz_replay RANDOM_HISTORIES FILE...
 
@@ -17,7 +17,7 @@ using History = std::vector<uint8_t>;
 
 int played = 0, faults = 0;
 
-// `name` and `number` tell histories apart.
+// A report names the history by `name` and `number`.
 void play(const History& history, const char* name, unsigned number) {
   ++played;
   const std::string fault = channelstrip::test::first_fault(history);
@@ -26,7 +26,7 @@ void play(const History& history, const char* name, unsigned number) {
   std::printf("%s %u: %s\n", name, number, fault.c_str());
 }
 
-// The C library's functions are the ones that every sanitizer sees through.
+// Uses C's file functions: every sanitizer intercepts them.
 bool read(const char* path, History& history) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path, "rb"), std::fclose);
   if (!file) return false;

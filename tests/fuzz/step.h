@@ -1,5 +1,5 @@
-// How the fuzzer's bytes read: a head that names a random scene, then what the host does to it, in
-// steps of ten bytes. Whatever the bytes, the result is something that a host may do.
+// How the fuzzer's bytes are read: a head that chooses a random scene, then steps of ten bytes that
+// say what the host does to it. Any bytes give a history that a host may produce.
 
 #pragma once
 
@@ -43,7 +43,7 @@ enum class What : uint8_t {
   kNewSettings,  // all settings, and the audio with them
   kNewAudio,
   kDynNumber,  // a float of Dyn_SCoefsBlock
-  kDynMode,    // an integer of it
+  kDynMode,    // an integer of Dyn_SCoefsBlock
   kFilter,     // a coefficient of the key or the detector filter
   kLinkGroup,
   kBandTarget,
@@ -70,8 +70,8 @@ struct Step {
         value(bytes.word()) {}
 
   What what;
-  uint8_t how;           // the value's bits are to be read
-  std::size_t instance;  // these are reduced to what there is
+  uint8_t how;           // the bits of `value` are to be read
+  std::size_t instance;  // this and the next two are taken modulo the number of choices
   std::size_t part;
   std::size_t index;
   uint32_t value;

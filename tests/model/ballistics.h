@@ -1,4 +1,4 @@
-// What moves in time: one-pole glides, attack and release, hold, gate, peak detector.
+// Steps in time: one-pole glides, attack and release, gate, hold, peak detector.
 
 #pragma once
 
@@ -12,25 +12,26 @@ Real towards(Real target, Real from, Real weight) {
   return std::fma(target - from, weight, from);
 }
 
-// The limit acts on the smoothed term, which is where the next sample starts.
+// The range limits the smoothed term, and the next sample starts from the limited one.
 template <typename Real>
 Real compressor_term(Real target, Real previous, Real attack, Real release, Real range) {
   const Real term = towards(target, previous, target <= previous ? attack : release);
   return term < range ? range : term;
 }
 
-// Hysteresis: an open gate asks for the lower of two thresholds.
+// Hysteresis: an open gate stays open down to the close threshold.
 template <typename Real>
 bool gate_is_open(bool was_open, Real level, Real open_threshold, Real close_threshold) {
   return level >= (was_open ? close_threshold : open_threshold);
 }
 
-// The count passes through a float and is unsigned from there on.
+// The count is rounded to a float first; a negative one then wraps to a large unsigned count.
 inline uint32_t hold_samples(int32_t count) {
   return static_cast<uint32_t>(static_cast<int64_t>(static_cast<float>(count)));
 }
 
-// A rising sample loads the counter; the others hold while it isn't zero, then release.
+// A rising target loads the hold counter. Otherwise the term stays while the counter runs down to
+// zero, and then releases.
 template <typename Real>
 Real expander_term(Real target, Real previous, Real attack, Real release, uint32_t hold,
                    uint32_t& count) {
@@ -43,7 +44,8 @@ Real expander_term(Real target, Real previous, Real attack, Real release, uint32
   return previous;
 }
 
-// Compared before the decay: a level between the decayed and the previous peak is passed over.
+// The level is compared with the peak before its decay: a level between the decayed and the
+// previous peak is ignored.
 template <typename Real>
 Real peak_after(Real level, Real previous, Real decay) {
   return level > previous ? level : previous * decay;

@@ -15,8 +15,8 @@
 namespace channelstrip::test {
 namespace {
 
-// Errors of different orders of a sum are of one size, but three may happen to lie close together
-// with a fourth outside: in a million quads a fourth order was seen up to 14 spreads away.
+// Different orders of a sum have errors of one size, but three results may happen to lie close
+// together and a fourth far off: in a million quads, a fourth order was up to 14 spreads away.
 constexpr double kSpreads = 64.0;
 
 using Values = std::vector<Value>;

@@ -1,4 +1,4 @@
-// What of two runs of one scene must be equal, and what may differ by how much.
+// Compares two runs of one scene: which words must be equal, and by how much the others may differ.
 
 #pragma once
 
@@ -9,21 +9,21 @@
 
 namespace channelstrip::test {
 
-// The first word of `actual` that has in none of `legal` the same bits (any NaN is any other's
-// equal); empty: there is none. Words that nobody should touch are among them.
+// Describes the first word of `actual` whose bits none of `legal` has; empty if there is none. All
+// NaNs count as equal. Words that nobody should touch are compared too.
 std::string first_difference(std::span<const Scene> legal, const Scene& actual);
 
-// The first number of `actual` that lies further from the first of `legal` than
+// Describes the first number of `actual` that differs from that of legal[0] by more than
 //
-//   kSpreads x spread + floor x max(peak, 1),
+//   kSpreads x spread + floor x max(peak, 1);
 //
-// spread being the largest distance between any two of `legal`, peak the largest magnitude, that
-// the instance's numbers of the same quantity (signal, dB, gain) have; empty: there is none. Words
-// that don't depend on a filter's last bits must be equal.
+// empty if there is none. Both are taken over the instance's numbers of the same quantity (signal,
+// dB, gain): spread is the largest distance between two of `legal`, peak the largest magnitude.
+// Words that don't depend on a filter's last bits must be equal.
 std::string first_excess(std::span<const Scene> legal, const Scene& actual, double floor);
 
-// The same, and the largest distance of all in units of its bound; infinite where bits should be
-// equal and aren't.
+// The same with the largest distance, in units of its bound; infinite where bits should be equal
+// and aren't.
 struct Deviation {
   std::string first_excess;
   double largest = 0.0;
@@ -31,7 +31,7 @@ struct Deviation {
 
 Deviation deviation(std::span<const Scene> legal, const Scene& actual, double floor);
 
-// Everything to the bit, NaNs too, and much quicker than the others.
+// Whether everything is equal to the bit, NaNs included. Much quicker than the other comparisons.
 bool same_words(const Scene& a, const Scene& b);
 
 }  // namespace channelstrip::test

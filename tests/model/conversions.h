@@ -50,12 +50,12 @@ inline const Tables kTables = make_tables();
 inline constexpr float kDecibelsPerOctave = 0x1.815184p+2F;
 inline constexpr float kFloorDecibels = -140.0F;
 
-// Not for NaN. The sign is ignored, as the rule ignores its bit.
+// `x` must not be a NaN; its sign is ignored.
 inline float fast_log2(float x) {
   const float magnitude = std::fabs(x);
   if (std::isinf(magnitude)) return 128.0F;
 
-  // A denormal is read as if its significand had the leading one that it lacks.
+  // A denormal's significand has no leading one, but is read as if it had.
   int exponent = -126;
   const float significand = magnitude < FLT_MIN ? 1.0F + std::ldexp(magnitude, 126)
                                                 : 2.0F * std::frexp(magnitude, &exponent);
@@ -77,7 +77,7 @@ inline double level_to_db(double level) {
   return level > 0.0 ? 20.0 * std::log10(level) : static_cast<double>(kFloorDecibels);
 }
 
-// Towards zero; beyond either limit, the limit. A NaN gives the upper one.
+// Rounds towards zero and saturates at both limits. A NaN gives the upper limit.
 inline int32_t saturating_int(float v) {
   if (v < -0x1p31F) return std::numeric_limits<int32_t>::min();
   if (v < 0x1p31F) return static_cast<int32_t>(v);

@@ -48,7 +48,7 @@ void process_dynamics(const Dyn_SCoefsBlock& c, DynMemory<Real>* memory, Real* c
                    order);
       leader[group] = ch;
     }
-    // Two channels may share a buffer: the later one meets what the earlier one wrote.
+    // Two channels may share a buffer: the later one then reads what the earlier one wrote.
     Real* quad = audio[ch] + at;
     const Real before[kQuad] = {quad[0], quad[1], quad[2], quad[3]};
     for (int s = 0; s < kQuad; ++s) {

@@ -1,4 +1,4 @@
-// Copies of an instance's buffers in double, and their way back.
+// Copies of an instance's buffers in double precision; the outputs are rounded back to float.
 
 #pragma once
 
@@ -14,7 +14,7 @@
 
 namespace channelstrip::model {
 
-// Buffers that are the same for the host are the same here; ones that overlap in part are not.
+// Buffers at one address share one copy; buffers that overlap only in part have separate ones.
 class DoubleBuffers {
  public:
   DoubleBuffers(const SChannelStrip_Alg_Context& context, int channels)

@@ -35,7 +35,7 @@ void EdgeCounts::note(Edge edge, float value, float threshold) {
   const auto count = [&](Side side) { ++counts[static_cast<std::size_t>(side)]; };
   if (value == threshold) {
     count(Side::kAt);
-  } else if (std::fabs(value - threshold) < 1e-3F) {  // farther than any two neighbours here
+  } else if (std::fabs(value - threshold) < 1e-3F) {  // more than one float apart at these levels
     if (value == std::nextafter(threshold, -kInfinity)) count(Side::kBelow);
     if (value == std::nextafter(threshold, kInfinity)) count(Side::kAbove);
   }

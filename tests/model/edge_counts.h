@@ -1,4 +1,4 @@
-// How often levels stood on, or next to, what they are compared with.
+// Counts how often levels lay on, or one float beside, the edges that they are compared with.
 
 #pragma once
 
@@ -18,22 +18,22 @@ enum class Edge {
   kGateOpen,
   kGateClose,
   kFullScale,     // the level 1, 0 dB
-  kSilenceFloor,  // -140 dB, where silence is put
+  kSilenceFloor,  // -140 dB, the level of silence
 };
 
-enum class Side { kBelow, kAt, kAbove };  // below and above: by one float
+enum class Side { kBelow, kAt, kAbove };  // kBelow and kAbove: by one float
 
 inline constexpr std::size_t kEdgeCount = 8, kSideCount = 3;
 
-// An edge counts only where the sample's way through the curves really compares with it.
+// An edge is counted only if evaluating the curves for this sample really compares with it.
 class EdgeCounts : public model::LevelWatch {
  public:
   void see(double level, double db, bool gate_was_open, const Dyn_SCoefsBlock& c) override;
 
-  // Of the most seldom case.
+  // How often the rarest case was met.
   uint64_t least() const;
 
-  // The cases that were never met, by name; empty: none.
+  // The names of the cases that were never met; empty if there are none.
   std::string missing() const;
 
  private:

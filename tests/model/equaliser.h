@@ -11,8 +11,8 @@ namespace channelstrip::model {
 
 inline constexpr int kQuad = 4;
 
-// One step of every coefficient towards its target. The distance is measured from the rounded
-// value in use, so the step ends exactly where that one meets the target.
+// Moves every coefficient one step towards its target. The distance is measured from the rounded
+// coefficient in use, so the glide ends as soon as that one equals its target.
 template <typename Real>
 void glide_coefs(EqCoefs<Real>& coefs, const EQ_SCoefs& targets, Real rate) {
   for (int i = 0; i < CHANNELSTRIP_EQ_COEFS; ++i) {
@@ -30,8 +30,8 @@ void resynchronise_coefs(EqCoefs<Real>& coefs) {
   }
 }
 
-// Bands first to end - 1 over samples `at` to `at` + 3 of one channel. The four are read before
-// any is written: `out` may be or overlap `in`.
+// Runs bands `first` to `end` - 1 over samples `at` to `at` + 3 of one channel. All four are read
+// before any is written: `out` may be `in` or overlap it.
 template <typename Real>
 void equalise(const EqCoefs<Real>& coefs, EqMemory<Real>& memory, const Real* in, Real* out, int at,
               int first, int end, SumOrder order) {

@@ -1,4 +1,4 @@
-// From the linked levels of one quad to its gains.
+// The gain computer of a link group: from the linked levels of a quad to its gains.
 
 #pragma once
 
@@ -20,8 +20,8 @@ Real maximum(Real held, Real value) {
   return value > held ? value : held;
 }
 
-// `levels` hold detector levels before and gains with makeup after. `meters` are the dynamics
-// readouts, `slot` the index of the group's gain among them.
+// `levels` holds the linked levels before the call and the gains, makeup included, after it.
+// `meters` are the dynamics readouts, `slot` is the index of the group's gain among them.
 template <typename Real>
 void process_gain(Real (&levels)[kQuad], DynMemory<Real>& s, const Dyn_SCoefsBlock& c, Real rate,
                   int slot, Real* meters, SumOrder order) {

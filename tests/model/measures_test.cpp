@@ -17,8 +17,8 @@
 namespace channelstrip::test::measures_test {
 namespace {
 
-// The outputs are the gain, and single precision knows the level exactly: the audio is 1
-// throughout, the detector holds the key's peak, no filter takes part.
+// Makes the outputs equal to the gain, with levels that are exact in single precision: the audio is
+// 1 throughout, the detector holds the key's peak, and no filter takes part.
 void make_outputs_gains(Instance& it, Scene& scene) {
   Dyn_SCoefsBlock& c = it.dyn_coefs;
   c.makeupGain = 1.0F;
@@ -34,19 +34,20 @@ void make_outputs_gains(Instance& it, Scene& scene) {
   std::fill_n(scene.arena.data() + it.inputs_at[0], 112, 1.0F);
 }
 
-// In the order of the computation, largest values first; h is 2^-24, half an ulp of 1.
+// The errors in the order of the computation; h is 2^-24, half an ulp of 1.
 //
-//   level       3e-6 octaves of the table, 6.4e-8 x 100 dB of the factor, h x 64 dB: 2.8e-5 dB.
-//               Levels below -100 dB leave every curve here at its range.
-//   target      slope x level's error and h x 64 dB, at most 3 x 3.2e-5 dB; in a knee also h x the
-//               terms a L^2 <= 1000, b L <= 1800, c <= 820 dB, in evaluation (2.1e-4 dB) and as the
-//               coefficients' own, where the two precisions stand on two sides of an edge
-//               (2.1e-4 dB): 5.2e-4 dB for the expander. The compressor's slope is a third and its
-//               terms are 160, 310 and 160 dB: 1.2e-4 dB. Ranges as they glide are nearer: 28
-//               steps of h x 32 dB.
-//   ballistics  never widen a distance, whichever weight; 112 samples of h x 32 dB, and once
-//               h x 64 dB: 2.2e-4 dB for either term
-//   dB to gain  6e-5 dB for either term; three products and the exact result's rounding, 4h or
+//   level       3e-6 octaves from the table, 6.4e-8 x 100 dB from the factor, and a rounding of h x
+//               64 dB: 2.8e-5 dB. At levels below -100 dB every curve here is at its range.
+//   target      slope x the level's error and h x 64 dB, at most 3 x 3.2e-5 dB. In a knee also h x
+//               the terms a L^2 <= 1000, b L <= 1800 and c <= 820 dB: once from the evaluation
+//               (2.1e-4 dB), and once from the rounded coefficients if the two precisions lie on
+//               different sides of an edge (2.1e-4 dB). 5.2e-4 dB for the expander. The
+//               compressor's slope is a third of that, and its terms are 160, 310 and 160
+//               dB: 1.2e-4 dB. Gliding ranges differ by less: 28 steps of h x 32 dB.
+//   ballistics  no weight widens a distance; 112 samples of h x 32 dB, and once h x 64 dB: 2.2e-4
+//   dB
+//               for either term
+//   dB to gain  6e-5 dB for either term; three products and the rounding of the exact result, 4h or
 //               2.1e-6 dB
 constexpr double kGainBound = 5.2e-4 + 1.2e-4 + 2 * 2.2e-4 + 2 * 6e-5 + 2.1e-6;
 
@@ -69,10 +70,10 @@ TEST(SinglePrecision, GainLiesWithinItsRoundings) {
     }
   }
   EXPECT_LE(worst, kGainBound);
-  EXPECT_GT(worst, 1e-5);  // there is something to bound
+  EXPECT_GT(worst, 1e-5);  // the comparison sees single precision at all
 }
 
-// Every edge at -140 dB, met on it and on both sides.
+// Every edge is at -140 dB; levels on it and one float to either side.
 TEST(EdgeCounts, NameWhatWasNeverMet) {
   constexpr float kEdge = -140.0F;
   EdgeCounts counts;

@@ -1,4 +1,4 @@
-// The judge judged: the model's tables and conversions against worked values.
+// Tests of the model itself: its tables and conversions against worked values.
 
 #include <gtest/gtest.h>
 
@@ -78,7 +78,7 @@ TEST(ModelConversions, PowerSaturatesToANaNAboveAndChangesSignBelow) {
 }
 
 TEST(ModelConversions, FloatStaysNearDouble) {
-  // 7e-6 is the staircase of the power; 3e-6 octaves and a rounding near -140 dB that of the level.
+  // 7e-6 for the steps of the power; 3e-6 octaves and a rounding near -140 dB for the level.
   for (int i = -14000; i <= 4000; ++i) {
     const float db = static_cast<float>(i) / 100.0F;
     const double gain = db_to_gain(static_cast<double>(db));

@@ -1,4 +1,4 @@
-// The judge judged: the model's whole strip.
+// Tests of the model itself: its whole strip.
 
 #include <gtest/gtest.h>
 
@@ -21,9 +21,8 @@ using test::Scene;
 constexpr std::size_t kStride = 64;       // samples from one buffer to the next
 constexpr float kUnity = 0x1.000016p+0F;  // the factor of 0 dB
 
-// One instance that does nothing: bands empty, curves flat, gate open, ballistics immediate, peaks
-// held.
-// Inputs come first in the arena, then a key, then outputs.
+// One instance that does nothing: no bands, flat curves, an open gate, ballistics without delay, a
+// peak detector without decay. The arena holds the inputs, then a key, then the outputs.
 Scene neutral_scene(int channels, int count) {
   Scene scene;
   Instance it;
@@ -80,7 +79,8 @@ TEST(ModelStrip, LeavesAnInstanceWithoutSamplesAlone) {
   }
 }
 
-// Channels 0 and 1, 2, 3 and 4, 5; the limiter at -20 dB answers to each group's loudest.
+// The groups are channels 0 and 1, 2, 3 and 4, 5. The limiter at -20 dB follows the loudest of
+// each.
 TEST(ModelStrip, GroupFollowsItsLoudestChannelOnItsFirstChannelsRecord) {
   constexpr float kLevels[] = {0.1F, 1.0F, 0.01F, 10.0F, 0.1F, 0.0F};
   constexpr float kExpected[] = {-20.0F, -20.0F, 0.0F, -40.0F, -40.0F, 0.0F};  // dB
@@ -131,8 +131,9 @@ TEST(ModelStrip, BandsRunBeforeAndAfterTheDynamics) {
   EXPECT_EQ(output(scene, 0)[0], 2.0F * (kUnity * kUnity) * 3.0F);
 }
 
-// In place, so that the copies in double have to share a buffer as well. The bound: half a step of
-// either staircase (7e-6 together with the table's own error) and the roundings of some octaves.
+// In place, so that the copies in double have to share a buffer as well. The bound is half a step
+// of either conversion (7e-6 together with the table's own error) and the roundings of some
+// octaves.
 TEST(ModelStrip, DoubleLiesWithinFloatsErrors) {
   Scene scene = neutral_scene(1, 48);
   Instance& it = scene.instances[0];

@@ -1,4 +1,4 @@
-// The judge judged: the model's rules against values worked out by hand.
+// Tests of the model itself: its rules against values worked out by hand.
 
 #include <gtest/gtest.h>
 
@@ -75,7 +75,7 @@ TEST(ModelEqualiser, RunsTheBandsOfItsRangeInPlace) {
   EXPECT_EQ(audio[1], 24.0F);
 }
 
-// Slope 1 from -20 dB; the knee, -30 to -10 dB, is the plain square so that it shows itself.
+// Slope 1 from -20 dB. The knee, -30 to -10 dB, is level^2, which no line could be mistaken for.
 constexpr Curve<float> kCurve{1.0F, -20.0F, 1.0F, 0.0F, 0.0F, -30.0F, -10.0F};
 
 TEST(ModelCurves, CompressorKneeIsOpenBelowAndClosedAbove) {

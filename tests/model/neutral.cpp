@@ -9,7 +9,7 @@ namespace {
 
 static_assert(std::is_standard_layout_v<Instance>);
 
-// Identity filters, flat curves, terms that jump, a peak that holds.
+// Identity filters, flat curves, ballistics without delay, a peak detector without decay.
 Instance neutral_instance() {
   Instance it;
   Dyn_SCoefsBlock& c = it.dyn_coefs;
@@ -32,7 +32,7 @@ class Parts {
     const std::size_t dyn = offsetof(Instance, dyn_coefs);
     add(dyn + offsetof(Dyn_SCoefsBlock, compSlope), 7 * 4);  // the compressor's curve
     add_words(dyn + offsetof(Dyn_SCoefsBlock, compRange), 5);
-    add(dyn + offsetof(Dyn_SCoefsBlock, expSlope), 9 * 4);  // the expander's, and the gate
+    add(dyn + offsetof(Dyn_SCoefsBlock, expSlope), 9 * 4);  // the expander's curve and the gate
     add_words(dyn + offsetof(Dyn_SCoefsBlock, expRange), 5);
     add(dyn + offsetof(Dyn_SCoefsBlock, keyFilter), 5 * 4);
     add(dyn + offsetof(Dyn_SCoefsBlock, detectorFilter), 5 * 4);

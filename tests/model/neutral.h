@@ -1,4 +1,4 @@
-// What a setting, a memory or a sample is when it has no part in anything.
+// The values of settings and memory that have no effect.
 
 #pragma once
 
@@ -9,7 +9,7 @@
 
 namespace channelstrip::test {
 
-// A run of an instance's bytes that become neutral together.
+// A range of an instance's bytes that are made neutral together.
 struct Part {
   std::size_t offset, size;
 };

@@ -1,4 +1,4 @@
-// The sweep itself judged: what it lets pass, what it finds and what it says then.
+// Tests of the sweep itself: what it lets pass, which faults it finds and how it reports them.
 
 #include <gtest/gtest.h>
 
@@ -19,7 +19,7 @@ Findings swept(const Processor& processor, Subject subject) {
   return sweep(format_named("LCR"), processor, subject, 1, kQuads);
 }
 
-// A strip that does `wrong` to every instance's settings before it processes them, and undoes it.
+// A strip that applies `wrong` to every instance's settings for the time of the call.
 template <typename Wrong>
 Processor faulty(Wrong wrong) {
   return [wrong](const Scene& scene) {
@@ -55,7 +55,7 @@ TEST(SweepBound, RejectsAGainThatIsTwoThousandthsOff) {
   EXPECT_GT(swept(processor, Subject::kDynamics).differing_calls, 0);
 }
 
-// A comparison that takes in or leaves out what equals its threshold.
+// An edge moved by one float stands for a comparison that wrongly includes or excludes equality.
 TEST(SweepOfEdges, FindsEveryEdgeThatStandsOneFloatOff) {
   float Dyn_SCoefsBlock::*const edges[] = {
       &Dyn_SCoefsBlock::compKneeLow,       &Dyn_SCoefsBlock::compKneeHigh,
@@ -79,7 +79,7 @@ TEST(SweepReport, SaysHowToGetAFailureAgainAndWhatIsLeftOfIt) {
   EXPECT_EQ(report.find("instance 1:"), std::string::npos) << report;
 }
 
-// A fault that depends on earlier calls leaves no scene to shrink.
+// A fault that depends on earlier calls can't be reproduced from one scene, so nothing is shrunk.
 TEST(SweepReport, SaysWhenAFailureIsNotMetAgain) {
   int calls = 0;
   const Processor processor = [&calls](const Scene& scene) {

@@ -1,4 +1,4 @@
-// How far single precision lies from the same strip in double precision.
+// The distance between the same strip in single and in double precision.
 
 #pragma once
 
@@ -7,16 +7,16 @@
 namespace channelstrip::test {
 
 struct PrecisionError {
-  // Of any output sample, relative to the peak of the instance's outputs. Not bounded: a resonance
-  // that new settings release may leave memory far above what comes out.
+  // The largest of any output sample, relative to the peak of the instance's outputs. It has no
+  // bound: after a change of settings a resonant filter's memory may be far larger than its output.
   double signal = 0.0;
-  double gain = 0.0;  // dB; of either gain term and of the gain readouts
+  double gain = 0.0;  // dB; the largest of the gain terms and the gain readouts
 
   // Keeps the greater of each field.
   void keep_maximum(const PrecisionError& other);
 };
 
-// Between two runs of one scene whose instances share neither buffers nor records.
+// The two runs are of one scene whose instances share neither buffers nor records.
 PrecisionError precision_error(const Scene& single, const Scene& exact);
 
 }  // namespace channelstrip::test

@@ -10,7 +10,7 @@
 namespace channelstrip::test {
 namespace {
 
-constexpr std::size_t kBuffer = kMostSamples + 8;  // with room to shift and an untouched end
+constexpr std::size_t kBuffer = kMostSamples + 8;  // room to shift, and an end that stays untouched
 
 enum class Layout {
   kSeparate,
@@ -18,7 +18,7 @@ enum class Layout {
   kCrossed,      // each output is another channel's input
   kShared,       // all outputs of an instance are one buffer
   kChained,      // an instance's inputs are the outputs of the one before
-  kOverlapping,  // everything lies over everything else
+  kOverlapping,  // all buffers overlap at random distances
 };
 
 Layout random_layout(Random& random, Kind kind) {
@@ -28,7 +28,7 @@ Layout random_layout(Random& random, Kind kind) {
   return random.pick({Layout::kSeparate, Layout::kInPlace});
 }
 
-// Runs of silence of either sign, of constants whose levels are exact in dB, of noise and of sines.
+// Fills with zeros of either sign, a constant whose level is exact in dB, noise or a sine.
 void fill_run(Random& random, std::span<float> run, Kind kind) {
   const bool loud = kind != Kind::kOrderFree || random.chance(0.5F);
   const float level = loud ? random.real(0.05F, 4.0F) : std::exp2(random.real(-20.0F, 2.0F));
@@ -53,7 +53,7 @@ void fill_run(Random& random, std::span<float> run, Kind kind) {
 
 void place_buffers(Random& random, Scene& scene, int channels, Kind kind) {
   const Layout layout = random_layout(random, kind);
-  // How far overlapping buffers start from each other, at most.
+  // The greatest distance between the starts of overlapping buffers.
   const int span = random.pick({6, 40, 150});
   std::size_t next = 0;
   const auto place = [&] {
@@ -100,7 +100,7 @@ void fill_arena(Random& random, Scene& scene, Kind kind) {
     fill_run(random, run, kind);
     at += run.size();
   }
-  // Rarely, what no host should send.
+  // Rarely, numbers that no host should send.
   if (kind == Kind::kOrderFree && !arena.empty() && random.chance(0.05F)) {
     for (int i = 0; i < 5; ++i) {
       const auto at =

@@ -5,7 +5,7 @@
 namespace channelstrip::test {
 namespace {
 
-// In dB; the exact values are levels that the audio's constant runs really have.
+// In dB. The listed values are exactly the levels of the audio's constant runs.
 float threshold(Random& random) {
   return random.chance(0.4F) ? random.pick({-140.0F, -6.0206003F, 0.0F, 6.0206003F})
                              : random.real(-90.0F, 6.0F);
@@ -54,9 +54,9 @@ void set_soft_curves(Random& random, Dyn_SCoefsBlock& c, float comp_slope, float
                square(-exp_slope / (2.0F * exp_width), exp_at + exp_width / 2.0F));
 }
 
-// Soft curves that don't meet their lines, and flat knees whose edges are exact levels, so that
-// each edge betrays the side to which it belongs. A threshold below every level reaches gains that
-// only the power's finest steps tell apart, and levels that are denormals.
+// Soft curves that jump at the knee edges, or flat knees whose edges are exact levels, so that the
+// result shows to which side an edge belongs. A threshold below every level reaches gains that only
+// the power's finest steps tell apart, and levels that are denormals.
 void set_any_curves(Random& random, Dyn_SCoefsBlock& c) {
   if (random.chance(0.5F)) {
     set_soft_curves(random, c, random.real(-1.0F, 0.3F), random.real(0.0F, 3.0F));
@@ -86,7 +86,7 @@ void set_any_ballistics(Random& random, Dyn_SCoefsBlock& c) {
 void set_continuous_ballistics(Random& random, Dyn_SCoefsBlock& c) {
   c.gateOpenThreshold = c.gateCloseThreshold = random.chance(0.9F) ? -1000.0F : 1000.0F;
   c.compRange = random.real(-60.0F, 0.0F);
-  // The steepest curve reaches it above -140 dB, where the level's floor makes a step.
+  // The steepest curve reaches the range above -140 dB, where the level's floor would make a step.
   c.expRange = random.real(-40.0F, 0.0F);
   c.expHoldSamples = 0;
   c.peakDecay = 1.0F;

@@ -21,7 +21,7 @@ float above(float x) {
   return std::nextafter(x, kInfinity);
 }
 
-// The lowest level that reaches `db`, some ulps around 1e-7 for -140 dB.
+// The lowest level that converts to `db` or more; for -140 dB it is a few ulps from 1e-7.
 float level_near_floor(float db) {
   float level = 0.999e-7F;
   while (model::level_to_db(level) < db) level = above(level);
@@ -37,8 +37,8 @@ float random_level(Random& random) {
   return std::exp2(random.real(-20.0F, 2.0F));
 }
 
-// Where the three pieces of either curve meet they are several dB apart, and the ballistics pass it
-// on at once.
+// Where two pieces of a curve meet they differ by several dB: a level on the wrong side of an edge
+// shows. The comments give each line's value at `db`.
 void set_curves(Dyn_SCoefsBlock& c, float db) {
   c.compThreshold = db - 20.0F;
   c.compSlope = -0.8F;  // -16 dB
@@ -61,8 +61,8 @@ void set_edges(Random& random, Dyn_SCoefsBlock& c, float db) {
   std::tie(c.gateCloseThreshold, c.gateOpenThreshold) = std::minmax({edge(), edge()});
 }
 
-// The detector's level is the audio's, or silence, which a peak that decays to nothing lets through
-// after every sample that doesn't rise.
+// Makes the detector's level that of the audio, or silence: a peak that decays to nothing is 0
+// after every sample that doesn't rise above the last.
 void detect_exactly(Random& random, Instance& it) {
   Dyn_SCoefsBlock& c = it.dyn_coefs;
   it.eq_targets.endBand[0] = 0;

@@ -11,15 +11,14 @@ namespace {
 
 constexpr int kKeyFilter = 8, kDetectorFilter = 9;  // after the bands
 
-// Which coefficient stands beside b0 in an order-free section. It stays for good and is the same in
-// all instances of a scene, so that neither glides nor changes nor loans make another section of
-// it.
+// Which coefficient an order-free section has besides b0. It never changes and is the same in all
+// instances of a scene, so that glides, new settings and shared records leave the section
+// order-free.
 int shape_of(const Scene& scene, int section) {
   return (scene.first_shape + section) % 5;
 }
 
-// The second delay element of a section. A second term in z1 would make its sum depend on the
-// order.
+// The memory z2 of a section; in an order-free one it must not give z1's sum a second term.
 float random_z2(Random& random, const Scene& scene, int section, Kind kind) {
   const int shape = shape_of(scene, section);
   const bool in_use = kind != Kind::kOrderFree || shape == 2 || shape == 4;
@@ -44,7 +43,8 @@ void set_bands(Random& random, const Scene& scene, std::span<float> coefs, Kind 
   }
 }
 
-// Ranges that split the bands, that are empty in either way, and, if they may, that overlap.
+// Ranges that split the bands, empty ones (end equal to or below first) and, if `overlap`,
+// overlapping ones.
 void set_band_ranges(Random& random, EQ_SCoefs& eq, bool overlap) {
   const int split = random.integer(0, CHANNELSTRIP_EQ_BANDS);
   eq.firstBand[0] = random.integer(0, split);
@@ -60,12 +60,12 @@ void set_settings(Random& random, const Scene& scene, Instance& it, int groups, 
   set_band_ranges(random, it.eq_targets, kind == Kind::kOrderFree);
 
   randomise_dynamics(random, it.dyn_coefs, groups, kind);
-  // Plain, too, so that levels meet thresholds exactly.
+  // Also a filter that does nothing, so that levels meet thresholds exactly.
   const bool plain_key = kind == Kind::kEqualiser || random.chance(0.3F);
   const SectionCoefs key =
       plain_key ? SectionCoefs{1.0F} : eq_section(random, kind, shape_of(scene, kKeyFilter));
   std::copy(key.begin(), key.end(), it.dyn_coefs.keyFilter);
-  // A smoothing filter stays: another's memory would make it undershoot.
+  // A smoothing filter is not replaced: with the memory of another one it would undershoot.
   if (kind != Kind::kDynamics || it.dyn_coefs.detectorFilter[0] == 0.0F) {
     const SectionCoefs detector = detector_section(random, kind, shape_of(scene, kDetectorFilter));
     std::copy(detector.begin(), detector.end(), it.dyn_coefs.detectorFilter);
@@ -78,7 +78,7 @@ void set_settings(Random& random, const Scene& scene, Instance& it, int groups, 
 void set_eq_state(Random& random, const Scene& scene, Instance& it, Kind kind) {
   set_bands(random, scene, it.eq_coefs.coefs, kind);
   for (std::size_t i = 0; i < CHANNELSTRIP_EQ_COEFS; ++i) {
-    // Not always what the used value was rounded from.
+    // Not always the value that the one in use was rounded from.
     const double off = random.pick({0.0, 1e-9, 0.01});
     it.eq_coefs.smoothedCoefs[i] = static_cast<double>(it.eq_coefs.coefs[i]) * (1.0 + off);
   }
@@ -98,7 +98,7 @@ void set_dyn_state(Random& random, const Scene& scene, Instance& it, Kind kind) 
     s.keyZ1 = random.real(-0.1F, 0.1F);
     s.keyZ2 = random_z2(random, scene, kKeyFilter, kind);
     s.detZ1 = random.real(0.0F, 0.1F);
-    // Of a smoothing filter, none: the level stays positive.
+    // Zero for a smoothing filter: the level stays positive.
     s.detZ2 = kind == Kind::kDynamics ? 0.0F : random_z2(random, scene, kDetectorFilter, kind);
     s.peakLevel = random.real(0.0F, 1.0F);
     s.smoothLevel = random.real(0.0F, 1.0F);
@@ -106,7 +106,7 @@ void set_dyn_state(Random& random, const Scene& scene, Instance& it, Kind kind) 
     s.curCompRange = random.real(-60.0F, 0.0F);
     s.curExpRange = random.real(-40.0F, 0.0F);
     s.gateOpen = random.pick({-1, 0, 1, 2});
-    // A negative count is a very long one.
+    // A negative count counts as a very long one.
     s.holdCount = kind == Kind::kOrderFree ? random.pick({-5, 0, 1, 7, 30}) : 0;
     if (kind == Kind::kOrderFree && random.chance(0.1F)) {
       // The product of the two factors underflows to 0.
@@ -131,7 +131,8 @@ void set_counts(Random& random, Scene& scene) {
   }
 }
 
-// As much like the first one as instances that share a register need be.
+// Gives all instances the first one's count and band ranges, as instances that share a register
+// must have.
 void make_alike(Scene& scene) {
   for (Instance& it : scene.instances) {
     const Instance& first = scene.instances.front();
@@ -141,7 +142,7 @@ void make_alike(Scene& scene) {
   }
 }
 
-// In order, some of them twice, some left out.
+// Instances in ascending order, some of them twice, some left out.
 void choose_range(Random& random, Scene& scene) {
   scene.range.clear();
   for (std::size_t i = 0; i < scene.instances.size(); ++i) {
@@ -168,7 +169,7 @@ void choose_loans(Random& random, Scene& scene, Kind kind) {
 Scene random_scene(Random& random, int channels, int groups, Kind kind) {
   Scene scene;
   scene.first_shape = random.integer(0, 4);
-  // Often enough to fill any register that they might share.
+  // Often enough instances to fill any register that they might share.
   const bool many = random.chance(channels <= 2 ? 0.8F : 0.1F);
   scene.instances.resize(static_cast<std::size_t>(random.integer(0, many ? 20 : 4)));
   for (Instance& it : scene.instances) {

@@ -9,33 +9,36 @@
 
 namespace channelstrip::test {
 
-// What a comparison can ask of a scene.
+// Which settings a scene may have, and so how strictly its results can be compared.
 enum class Kind {
-  // Every setting and every aliasing, but only filters that round the same way in any order of
-  // their sums: all results are fixed to the bit.
+  // Any settings and any overlap of buffers, but only filters whose results don't depend on the
+  // order
+  // of their sums: all results are fixed to the bit.
   kOrderFree,
   // General filters in the equaliser around dynamics whose gain doesn't depend on the audio.
   kEqualiser,
-  // General filters everywhere, and dynamics that are continuous in the audio, so that a last bit
-  // can't throw a switch: curves that meet at their edges, a gate and a hold out of play, a peak
-  // detector that doesn't decay (the level it falls to is not the one that it is compared with), a
-  // smoothing filter that doesn't undershoot (decibels have no bound where a level crosses 0).
+  // General filters everywhere, and dynamics that are continuous in the audio, so that a difference
+  // in the last bit can't throw a switch. The pieces of the curves meet at the knee edges, the gate
+  // never switches, and there is no hold. The peak doesn't decay: with a decay its level jumps,
+  // because it is compared with the level before the decay. The smoothing filter doesn't
+  // undershoot:
+  // where a level crosses 0, the error in dB has no bound.
   kDynamics,
 };
 
 Scene random_scene(Random& random, int channels, int groups, Kind kind);
 
-// What a host does between two calls: new settings, new audio, meters reset here and there.
+// What a host may do between two calls: new settings, new audio, some meters reset.
 void change_scene(Random& random, Scene& scene, int groups, Kind kind);
 
 inline constexpr int kMostCount = 100;                            // samples that a call may ask for
 inline constexpr int kMostSamples = (kMostCount + 15) / 16 * 16;  // that it then processes
 inline constexpr int kKeys = 2;  // input buffers that only the key may select
 
-// Gives every instance its inputs, keys and outputs, and the arena its size.
+// Places every instance's inputs, keys and outputs in the arena, and sizes it.
 void place_buffers(Random& random, Scene& scene, int channels, Kind kind);
 
-// Fills inputs and outputs alike.
+// Fills the whole arena, outputs as well as inputs.
 void fill_arena(Random& random, Scene& scene, Kind kind);
 
 // Every dynamics setting but the two filters.

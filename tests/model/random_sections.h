@@ -13,8 +13,9 @@ namespace channelstrip::test {
 
 using SectionCoefs = std::array<float, 5>;
 
-// A section whose sums have one term each, b0's apart: a product or, in z1, the other element. So
-// their order can't matter. `shape` says which coefficient stands beside b0; 0, none.
+// A section whose result doesn't depend on the order of its sums: besides b0 it has at most one
+// coefficient, so each sum has at most one nonzero term. `shape` is that coefficient's index; 0:
+// none.
 inline SectionCoefs order_free_section(Random& random, int shape) {
   SectionCoefs c{random.real(-1.5F, 1.5F)};
   if (shape > 0) c[static_cast<std::size_t>(shape)] = random.real(-0.95F, 0.95F);
@@ -66,8 +67,7 @@ inline SectionCoefs general_section(Random& random) {
                           static_cast<double>(q), static_cast<double>(gain));
 }
 
-// A low-pass that follows a rectified level without undershooting it: its response is nowhere
-// negative.
+// A low-pass that never undershoots a rectified level: its impulse response is nowhere negative.
 inline SectionCoefs smoothing_section(Random& random) {
   return cookbook_section(Filter::kLowPass, static_cast<double>(random.real(0.0005F, 0.02F)), 0.5,
                           0.0);

@@ -1,5 +1,5 @@
-// One call over a scene's range, by the built library or by the model. Scenes are values: the one
-// given stays as it is.
+// One call over a scene's range, by the built library or by the model. Returns the scene after the
+// call; the argument is a copy.
 
 #pragma once
 

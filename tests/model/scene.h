@@ -1,5 +1,5 @@
-// A range of instances with all that it needs: a value, so that two runs can start from equal,
-// independent copies.
+// A range of instances with all their records and buffers. A value, so that two runs can start from
+// equal, independent copies.
 
 #pragma once
 
@@ -17,7 +17,8 @@ namespace channelstrip::test {
 inline constexpr std::size_t kMaxChannels = 8;
 inline constexpr std::size_t kMeterGuard = 4;  // words past the meter array's end
 
-// Records of eight channels whatever the format, so that the ones past N can be seen untouched.
+// Records of eight channels in every format: those past the format's N channels must stay
+// untouched.
 struct Instance {
   Dyn_SCoefsBlock dyn_coefs{};
   std::array<Dyn_SState, kMaxChannels> dyn_state{};
@@ -27,9 +28,9 @@ struct Instance {
   std::array<float, 3 * kMaxChannels + 4 + kMeterGuard> meters{};
   int32_t key_input = 0;
   int32_t count = 0;
-  std::vector<std::size_t> inputs_at, outputs_at;  // first samples in the arena
+  std::vector<std::size_t> inputs_at, outputs_at;  // arena index of each buffer's first sample
 
-  // Whose records its context points to; instances may share them.
+  // The instances whose records its context points to: its own, or shared ones.
   std::size_t settings_of = 0;  // coefficients and targets
   std::size_t memory_of = 0;    // states and meters
 };
@@ -38,10 +39,10 @@ struct Scene {
   std::vector<Instance> instances;
   std::vector<std::size_t> range;  // which instances a call processes, in order
   std::vector<float> arena;        // every buffer of every instance
-  int first_shape = 0;             // of the sections; for who makes the scene
+  int first_shape = 0;             // of the order-free sections; used only to make the scene
 };
 
-// The context records of a scene's range. The scene must stay where it is.
+// The context records of a scene's range. They point into the scene, which must not move.
 class Contexts {
  public:
   explicit Contexts(Scene& scene) : pointers_(scene.instances.size()) {

@@ -74,7 +74,7 @@ class Lister {
     add_meters(it);
   }
 
-  // Samples that are no instance's output have to stay as they are.
+  // Samples that belong to no instance's output must stay as they are.
   void add_arena(const Scene& scene) {
     constexpr auto kNobody = static_cast<std::size_t>(-1);
     std::vector<std::size_t> owners(scene.arena.size(), kNobody);

@@ -1,4 +1,4 @@
-// Every word of a scene by name.
+// Every word of a scene, with its name.
 
 #pragma once
 
@@ -11,13 +11,13 @@
 
 namespace channelstrip::test {
 
-// What a number measures; numbers of one quantity and instance have errors of one size.
+// What a number measures. Within an instance, numbers of one quantity have errors of one size.
 enum class Quantity {
   kFixed,    // doesn't depend on a filter's last bits
-  kSignal,   // audio, levels, and what filters remember
+  kSignal,   // audio, levels and filter memory
   kDecibel,  // gain terms
   kGain,     // gain readouts
-  kChosen,   // the level at which a maximum was met: of two near maxima, either's
+  kChosen,   // the level beside the greatest gain: with two nearly equal gains, either's
 };
 
 struct Value {
@@ -28,7 +28,7 @@ struct Value {
   uint64_t bits;
 };
 
-// In an order that depends on the scene's layout alone.
+// The order depends only on the scene's layout.
 std::vector<Value> values_of(const Scene& scene);
 
 }  // namespace channelstrip::test

@@ -6,8 +6,8 @@
 
 namespace channelstrip::model {
 
-// The order of the sums is free, so one implementation's last bits need not be another's. Where the
-// first three legal orders part, they show how much may be asked of any other, such as the fourth.
+// The order of the sums is free, so implementations may differ in the last bits. Where the results
+// of the first three legal orders differ, their spread bounds any other order, such as the fourth.
 enum class SumOrder {
   kInputFirst,       // (z2 + b1 x) + a1 y
   kFeedbackFirst,    // (z2 + a1 y) + b1 x
@@ -24,7 +24,7 @@ struct Section {
   Real b0, b1, b2, a1, a2;
 };
 
-// One sample; a1 and a2 are added.
+// Processes one sample. The terms of a1 and a2 are added.
 template <typename Real>
 Real run_section(const Section<Real>& c, Real x, Real& z1, Real& z2, SumOrder order) {
   const Real y = std::fma(c.b0, x, z1);

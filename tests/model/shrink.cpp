@@ -34,7 +34,8 @@ class Shrinker {
   }
 
  private:
-  // Keeps the change if the scene still fails; false also where nothing changes.
+  // Keeps the change if the scene still fails; returns whether it did. A change of nothing is
+  // false.
   template <typename Change>
   bool attempt(Change change) {
     Scene candidate = best_;
@@ -44,7 +45,7 @@ class Shrinker {
     return smaller_ = true;
   }
 
-  // Changes positions first to end - 1 together or, where that doesn't do, each half by itself.
+  // Tries the change on positions first to end - 1 together; if that isn't kept, on each half.
   template <typename Change>
   void attempt_halves(std::size_t first, std::size_t end, Change change) {
     if (first == end) return;
@@ -55,7 +56,7 @@ class Shrinker {
     attempt_halves(first, middle, change);
   }
 
-  // The later half goes first, so positions before it stay as they are.
+  // The later half is tried first, so that the positions before it stay valid.
   void shorten_range() {
     attempt_halves(0, best_.range.size(), [](Scene& scene, std::size_t first, std::size_t end) {
       const auto begin = scene.range.begin();
@@ -86,7 +87,7 @@ class Shrinker {
     }
   }
 
-  // To as few samples as will do: what comes last goes first, then whole blocks from the front.
+  // Removes samples from the end, then whole blocks from the front.
   void shorten(std::size_t i) {
     const auto set_count = [&](int32_t count) {
       return attempt([&](Scene& scene) { scene.instances[i].count = count; });

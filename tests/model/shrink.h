@@ -1,4 +1,4 @@
-// Makes a failing scene as small and as plain as it can be and still fail.
+// Reduces a failing scene to the smallest and plainest one that still fails.
 
 #pragma once
 
@@ -11,12 +11,13 @@ namespace channelstrip::test {
 
 using Fails = std::function<bool(const Scene&)>;
 
-// Leaves out calls of instances, instances, samples and bands, and puts settings, memory and audio
-// to their neutral values, as long as the scene still fails. A section and a curve go as a whole:
-// half of one may ask what no host does. Gives the scene back as it is if it doesn't fail.
+// Removes entries of the range, instances, samples and bands, and sets settings, memory and audio
+// to neutral values, as long as the scene still fails. A section or a curve is neutralised as a
+// whole: half of one would be settings that no host makes. Returns a scene that doesn't fail
+// unchanged.
 Scene shrunk(Scene scene, const Fails& fails);
 
-// What of a scene isn't neutral, one line per instance.
+// Lists what is not neutral in a scene, one line per instance.
 std::string description(const Scene& scene);
 
 }  // namespace channelstrip::test

@@ -1,4 +1,4 @@
-// Planted faults, and what is left of scenes that show them.
+// What is left of scenes that show planted faults.
 
 #include "shrink.h"
 
@@ -17,7 +17,7 @@
 namespace channelstrip::test::shrink_test {
 namespace {
 
-// Processes instances seven times or more.
+// A scene whose range has at least seven entries.
 Scene large_scene(uint32_t seed) {
   for (;; ++seed) {
     Random random(seed);
@@ -26,8 +26,7 @@ Scene large_scene(uint32_t seed) {
   }
 }
 
-// Fails where a strip that does `wrong` to its scene before it starts differs from one that
-// doesn't.
+// Fails if a strip whose scene is changed by `wrong` before the call differs from a correct one.
 template <typename Wrong>
 Fails differs_if(Wrong wrong) {
   return [wrong](const Scene& scene) {
@@ -47,7 +46,7 @@ TEST(Shrinker, LeavesAPassingSceneAlone) {
   EXPECT_TRUE(same_words(shrunk(scene, [](const Scene&) { return false; }), scene));
 }
 
-// Any one sample of one instance shows that the makeup goes wrong.
+// Any single sample of any instance shows a wrong makeup.
 TEST(Shrinker, LeavesOneSampleOfOneInstanceWhereThatIsEnough) {
   const Fails fails = differs_if([](Scene& scene) {
     for (Instance& it : scene.instances) it.dyn_coefs.makeupGain *= 1.5F;
@@ -69,7 +68,7 @@ TEST(Shrinker, LeavesOneSampleOfOneInstanceWhereThatIsEnough) {
   }
 }
 
-// A fault that spares the first two blocks takes a third and no more.
+// A fault that starts after two blocks needs a third, but no more.
 TEST(Shrinker, LeavesNoMoreSamplesThanTheFaultTakes) {
   const Fails fails = differs_if([](Scene& scene) {
     for (Instance& it : scene.instances) it.count = std::min(it.count, 32);
@@ -81,7 +80,7 @@ TEST(Shrinker, LeavesNoMoreSamplesThanTheFaultTakes) {
   EXPECT_EQ(small.instances.front().count, 33);
 }
 
-// Instances in the wrong order show only where two share something.
+// A wrong order of instances shows only if two of them share something.
 TEST(Shrinker, LeavesTheTwoInstancesThatAFaultTakes) {
   const Fails fails = differs_if([](Scene& scene) { std::ranges::reverse(scene.range); });
   Scene scene = large_scene(1);
@@ -98,7 +97,7 @@ TEST(Shrinker, LeavesTheBandThatIsWrong) {
     for (Instance& it : scene.instances) it.eq_targets.targetCoefs[5 * 6] += 1.0F;
   });
   Scene scene = large_scene(1);
-  std::ranges::fill(scene.arena, 1.0F);  // or another band's memory may be all that sounds
+  std::ranges::fill(scene.arena, 1.0F);  // otherwise another band's memory may be the only signal
   ASSERT_TRUE(fails(scene));
   const EQ_SCoefs eq = shrunk(scene, fails).instances.front().eq_targets;
   int bands = 0;

@@ -1,7 +1,7 @@
 // One whole instance: the stages in their order, quad by quad and block by block.
 //
-// Real = float rounds where the library must: with one order of a section's sums, all bits are
-// fixed. Real = double is the same law without those roundings.
+// With Real = float it rounds where the library must: given an order of a section's sums, all bits
+// are fixed. With Real = double it computes the same without those roundings.
 
 #pragma once
 
@@ -26,7 +26,7 @@ struct Buffers {
   const Real* key;  // may be null
 };
 
-// Of the context, coefficients, targets, rate and count; buffers and memory are given apart.
+// Takes coefficients, targets, rate and count from the context; buffers and state are arguments.
 template <typename Real>
 void run(StripState<Real>& state, const SChannelStrip_Alg_Context& context,
          const Buffers<Real>& audio, int channels, int groups, SumOrder order) {

@@ -1,5 +1,5 @@
-// What one instance remembers between calls, in the model's own arithmetic: loaded from the
-// records and the meter array before a call, stored back after it.
+// The state of one instance in the model's own arithmetic: loaded from the records and the meter
+// array before a call, stored back after it.
 
 #pragma once
 
@@ -57,8 +57,8 @@ struct StripState {
   Real meters[kMaxMeters];
 };
 
-// Calls action(field of the state, field of the record) for everything that is both read and
-// written; the host's own words are never visited.
+// Calls action(field of the state, field of the record) for every field that is both read and
+// written. The host's own fields are not visited.
 template <typename Real, typename Action>
 void visit_fields(StripState<Real>& state, const SChannelStrip_Alg_Context& context, int channels,
                   Action action) {

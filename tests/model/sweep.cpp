@@ -32,10 +32,11 @@ Kind kind_of(Subject subject) {
   return Kind::kOrderFree;
 }
 
-// A section far below the sample rate integrates its roundings twice, over n = 112 samples to
-// sqrt(n^3 / 3) = 680 of them, each 2^-23 / sqrt(12) of the value in the mean. In the dynamics a
-// last bit may move a gain by a step of either staircase (1.06e-5), a level near a knee's edge by
-// what cancels in its polynomial (terms of up to 1000 dB, 1.2e-4 dB or 1.4e-5).
+// The relative error that is allowed whatever the spread. A section at a frequency far below the
+// sample rate integrates its roundings twice: over n = 112 samples they add up to sqrt(n^3 / 3) =
+// 680 roundings of 2^-23 / sqrt(12) of the value each (rms). In the dynamics a last bit may move a
+// gain by one step of either conversion (1.06e-5), and near a knee edge the terms of the
+// polynomial, up to 1000 dB, cancel (1.2e-4 dB, or 1.4e-5 of the gain).
 double floor_of(Subject subject) {
   return subject == Subject::kEqualiser ? 0x1p-15 : 1e-4;
 }
@@ -81,8 +82,8 @@ class Trials {
     return quads;
   }
 
-  // The other orders only where the first has other bits. Even order-free filters need them: where
-  // a product underflows, their zeros differ in sign.
+  // Runs the other orders only if the first one's bits differ. Even order-free filters need them:
+  // where a product underflows, the orders' zeros differ in sign.
   Deviation judge(const Scene& before, const Scene& after, model::LevelWatch* watch) const {
     Scene first = by_model(format_, before, SumOrder::kInputFirst, watch);
     if (same_words(first, after)) return {};

@@ -25,16 +25,16 @@ enum class Subject {
 struct Findings {
   int64_t quads = 0;  // processed: 4 samples of all channels of one instance
   int64_t differing_calls = 0;
-  std::string first_failure;  // how to get it again, what differed, and the scene made small
+  std::string first_failure;  // how to reproduce it, what differed, and the shrunk scene
   double deviation = 0.0;     // the largest, in units of its bound
   EdgeCounts edges;
-  PrecisionError error;  // against the model in double, where there is a bound
+  PrecisionError error;  // against the model in double; only of subjects with a bound
 };
 
-// Who is judged: makes of the scene before a call the one after it.
+// The implementation under test: returns the scene after a call on the given one.
 using Processor = std::function<Scene(const Scene&)>;
 
-// Trials from `first_seed` on, one seed each, until `quads` have been processed.
+// Runs trials with seeds from `first_seed` on, until `quads` have been processed.
 Findings sweep(const host::StemFormat& format, const Processor& processor, Subject subject,
                uint32_t first_seed, int64_t quads);
 

@@ -1,5 +1,5 @@
-// The sweep at any length, for one stem format: figures as one line on stdout, whose fields are
-// format, quads, deviations, errors and differing calls; the first failure on stderr, status 1.
+// Runs the sweep at any length for one stem format. Prints one line with format, quads, deviations,
+// errors and differing calls; on a failure also the first one on stderr, with status 1.
 //
 //   sweep_soak FORMAT QUADS [FIRST_SEED]
 

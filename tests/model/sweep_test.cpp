@@ -12,7 +12,7 @@ namespace {
 
 constexpr uint32_t kFirstSeed = 1;
 
-// In each of four tests: a format's make 120,000.
+// In each of four tests: 120,000 per format.
 constexpr int64_t kQuads = 30'000;
 
 class Sweep : public EveryFormat {
