@@ -1,5 +1,5 @@
-// Type and place of every field of the records that host and library share. C11 and C++17: both
-// must see the same.
+// Checks type and offset of every field of the records that host and library share, in C11 and in
+// C++17: both must see the same layout.
 
 #include <ChannelStrip/dynamics/dyn_records.h>
 #include <ChannelStrip/eq/eq_records.h>
@@ -28,7 +28,7 @@ typedef double Doubles40[40];
 typedef int32_t Ints2[2];
 typedef int32_t Ints8[8];
 
-// The context: pointers back to back.
+// The context: ten pointers without gaps.
 #define POINTER(index, type, field) \
   FIELD(SChannelStrip_Alg_Context, (index) * sizeof(void*), type, field)
 POINTER(0, const float* const*, inputs);

@@ -4,9 +4,9 @@
 namespace channelstrip::test::compressor_test {
 namespace {
 
-constexpr float kKnee = -3;  // the polynomial, here a constant
+constexpr float kKnee = -3;  // dB, the knee polynomial's constant term and only one
 
-// A level's compressor target shows as the term: weights are 1 and terms start at 0 dB.
+// The compressor's gain term shows the target of a level: weights are 1 and terms start at 0 dB.
 class CompressorCurve : public EveryGroup {
  protected:
   CompressorCurve() {
@@ -106,7 +106,7 @@ TEST_P(CompressorCurve, PolynomialRoundsEveryTermAndSum) {
 constexpr float kLoud = kLevel;
 constexpr float kReduction = -12;
 
-// The target is -12 dB when it is loud, 0 dB in silence.
+// The target is -12 dB for a loud signal, 0 dB in silence.
 class CompressorBallistics : public EveryGroup {
  protected:
   CompressorBallistics() {
@@ -137,7 +137,7 @@ TEST_P(CompressorBallistics, RisesWithTheReleaseWeight) {
   EXPECT_EQ(term(), -9.0f);
 }
 
-// An infinite weight turns even a distance of 0 into NaN, so it shows which one is used.
+// An infinite weight turns even a distance of 0 into NaN, so the result shows which weight is used.
 TEST_P(CompressorBallistics, RestsWithTheAttackWeight) {
   strip.dyn.compRelease = kInfinity;
   start_at(kReduction);
@@ -169,7 +169,7 @@ TEST_P(CompressorBallistics, FarTargetLeavesTheTermAtItsRange) {
   EXPECT_EQ(term(), -5.0f);
 }
 
-// Half way to -12 is -6: were only the target limited, the term would reach -2.5.
+// Half-way to -12 is -6, limited to -5. If only the target were limited, the term would be -2.5.
 TEST_P(CompressorBallistics, RangeLimitsTheSmoothedTerm) {
   set_range(-5);
   strip.dyn.compAttack = 0.5f;

@@ -16,8 +16,8 @@ constexpr float kSmallestDenormal = std::numeric_limits<float>::denorm_min();
 constexpr float kSmallestNormal = std::numeric_limits<float>::min();
 constexpr float kLargest = std::numeric_limits<float>::max();
 
-// What a saturated integer's bits look up: sign and exponent its own, the tables' ends for
-// mantissa.
+// The gains for saturated integers: sign and exponent are the integer's own, the mantissa comes
+// from the ends of the tables.
 const uint32_t kHighestGain = 0x7F800000u | (bits(gmPowTableH[511] * gmPowTableL[511]) & 0x7FFFFFu);
 const uint32_t kLowestGain = 0x80000000u | (bits(gmPowTableH[0] * gmPowTableL[0]) & 0x7FFFFFu);
 
@@ -35,7 +35,7 @@ TEST(FastLog2, SignIsIgnored) {
   EXPECT_EQ(FastLog2(-0.3f), FastLog2(0.3f));
 }
 
-// A last table entry other than 1 would show here first.
+// A wrong last table entry, which must be 1, would show here first.
 TEST(FastLog2, LastIndexInterpolatesTowardsTheOctave) {
   EXPECT_LT(FastLog2(std::nextafter(2.0f, 0.0f)), 1.0f);
   EXPECT_NEAR(FastLog2(std::nextafter(2.0f, 0.0f)), 1.0f, 1e-6);

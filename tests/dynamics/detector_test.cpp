@@ -88,7 +88,8 @@ TEST_P(SmoothDetector, StoresItsMemory) {
   EXPECT_EQ(state(&Dyn_SState::detZ2), 3.0f);
 }
 
-// The filter halves, so the modes differ; the compressor term is the detector level in decibels.
+// The smoothing filter halves, so the modes differ. The compressor term is the detector level in
+// dB.
 class DetectorMode : public EveryGroup {
  protected:
   DetectorMode() {

@@ -1,5 +1,5 @@
-// Every stem format with a link map that uses all of its groups: what holds of one group's gain
-// computer must hold of each.
+// Every stem format with a link map that uses all of its groups: each group's gain computer must
+// behave alike.
 
 #pragma once
 
@@ -16,7 +16,7 @@ namespace channelstrip::test {
 inline constexpr float kInfinity = std::numeric_limits<float>::infinity();
 inline constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 
-// A level between two entries of the logarithm's table, and its decibels as the detector sees them.
+// A level between two entries of the logarithm table, and its conversion to dB.
 inline constexpr float kLevel = 0.3f;
 inline const float kLevelDb = LevelToDb(kLevel);
 
@@ -27,24 +27,24 @@ inline float one_float_above(float x) {
   return std::nextafter(x, kInfinity);
 }
 
-// All but Mono, whose one channel leads.
+// All formats but Mono, whose only channel leads its group.
 inline auto formats_with_followers() {
   return testing::ValuesIn(host::stem_formats().subspan(1));
 }
 
-// All but Mono and Stereo.
+// All formats but Mono and Stereo.
 inline auto formats_of_several_groups() {
   return testing::ValuesIn(host::stem_formats().subspan(2));
 }
 
 class EveryGroup : public EveryFormat {
  protected:
-  // A sample's magnitude is its detector level, and no ordinary term is limited.
+  // The detector level is the sample's magnitude, and ranges limit no ordinary term.
   EveryGroup() {
     strip.dyn.detectorMode = 1;
     strip.dyn.compRange = strip.dyn.expRange = -600;
     strip.jump_to_targets();
-    // Channels 0 to G-1 lead a group each.
+    // Channels 0 to G-1 each lead a group.
     for (size_t c = 0; c < channels(); ++c) {
       strip.dyn.linkGroup[c] = static_cast<int32_t>(groups() - 1 - leader(c));
     }
@@ -52,20 +52,20 @@ class EveryGroup : public EveryFormat {
 
   static size_t leader(size_t channel) { return channel % groups(); }
 
-  // One block, all channels alike.
+  // Processes one block of a constant level in all channels.
   void play(float level) {
     strip.fill_inputs(level);
     strip.process();
   }
 
-  // One block at lead_in up to the samples that end it.
+  // Processes one block that ends with `ending`, after a constant lead_in.
   void play(float lead_in, std::initializer_list<float> ending) {
     strip.fill_inputs(lead_in);
     for (auto& channel : strip.in) std::copy_backward(ending.begin(), ending.end(), channel.end());
     strip.process();
   }
 
-  // The field as all groups' leaders have it, to the bit.
+  // The field's value, which all groups' leaders must have to the bit.
   template <typename T>
   T state(T Dyn_SState::*field) const {
     const T value = strip.dyn_state[0].*field;
@@ -80,7 +80,7 @@ class EveryGroup : public EveryFormat {
     for (Dyn_SState& state : strip.dyn_state) state.*field = value;
   }
 
-  // The sample as all channels have it, to the bit.
+  // The output sample, which all channels must have to the bit.
   float output(size_t sample) const {
     const float value = strip.out[0][sample];
     for (size_t c = 1; c < channels(); ++c) {
@@ -89,12 +89,12 @@ class EveryGroup : public EveryFormat {
     return value;
   }
 
-  // All of the dynamics readouts.
+  // Sets all of the dynamics readouts.
   void set_readouts(float value) {
     std::fill(strip.meters.begin() + 2 * strip.channels, strip.meters.end(), value);
   }
 
-  // Terms that no target moves.
+  // Sets gain terms that no target moves: all weights are 0.
   void freeze_terms(float comp_gain, float exp_gain) {
     strip.dyn.compAttack = strip.dyn.compRelease = 0;
     strip.dyn.expAttack = strip.dyn.expRelease = 0;

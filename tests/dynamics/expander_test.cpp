@@ -4,10 +4,10 @@
 namespace channelstrip::test::expander_test {
 namespace {
 
-constexpr float kKnee = -3;  // the polynomial, here a constant
+constexpr float kKnee = -3;  // dB, the knee polynomial's constant term and only one
 
-// A level's expander target shows as the term: the gate is open, there is no hold, weights are 1
-// and terms start at 0 dB.
+// The expander's gain term shows the target of a level: the gate is open, there is no hold, weights
+// are 1 and terms start at 0 dB.
 class ExpanderCurve : public EveryGroup {
  protected:
   ExpanderCurve() {
@@ -100,7 +100,7 @@ TEST_P(ExpanderCurve, PolynomialRoundsEveryTermAndSum) {
 constexpr float kFloor = -40;
 constexpr float kLoud = kLevel;
 
-// The target is 0 dB when it is loud, the floor in silence. No hold.
+// The target is 0 dB for a loud signal, kFloor in silence. No hold.
 class ExpanderBallistics : public EveryGroup {
  protected:
   ExpanderBallistics() {
@@ -129,7 +129,7 @@ TEST_P(ExpanderBallistics, FallsWithTheReleaseWeight) {
   EXPECT_EQ(term(), -10.0f);
 }
 
-// An infinite weight turns even a distance of 0 into NaN, so it shows which one is used.
+// An infinite weight turns even a distance of 0 into NaN, so the result shows which weight is used.
 TEST_P(ExpanderBallistics, RestsWithTheReleaseWeight) {
   strip.dyn.expAttack = kInfinity;
   start_at(kFloor);

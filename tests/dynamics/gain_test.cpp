@@ -1,4 +1,4 @@
-// The gains as they reach the audio.
+// The gains as they are applied to the audio.
 
 #include "every_group.h"
 #include "roundings.h"
@@ -48,7 +48,8 @@ TEST_P(Gain, KeepsTheSignOfTheAudio) {
   EXPECT_LT(output(0), -1.0f);
 }
 
-// Loud: the compressor goes to -12 dB and the gate opens. Quiet: back and closed. All gradually.
+// A loud sample moves the compressor towards -12 dB and opens the gate; a quiet one moves it back
+// and closes the gate. All gradually.
 TEST_P(Gain, OfASampleComesFromThatSample) {
   constexpr float l = 0.3f, q = 0.001f;
   const std::array<float, 16> audio = {l, l, q, l, q, q, q, l, l, q, l, q, l, l, l, q};

@@ -9,7 +9,7 @@ constexpr float kLoud = kLevel;      // -10.5 dB: opens the gate
 constexpr float kBetween = 0.0056f;  // -45.0 dB: between the thresholds
 constexpr float kQuiet = 0.001f;     // -60.0 dB: closes the gate
 
-// Open, the gate gives 0 dB at any level; closed, the floor.
+// An open gate gives 0 dB at any level, a closed one kFloor.
 class Gate : public EveryGroup {
  protected:
   Gate() {

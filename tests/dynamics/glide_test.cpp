@@ -13,7 +13,7 @@ class Glide : public EveryGroup {
  protected:
   Glide() { set_state(&Dyn_SState::dezipRate, kRate); }
 
-  // One block is four steps; the values are such that unfused ones would lead elsewhere.
+  // One block makes four steps. The values are chosen so that unfused steps give another result.
   void expect_fused_steps(float Dyn_SState::*current, float Dyn_SCoefsBlock::*target_field,
                           float start, float target) {
     const float expected = after_steps(kQuads, fused_step, start, target, kRate);
@@ -50,7 +50,7 @@ TEST_P(Glide, EachQuadHasOneMakeupAfterItsStep) {
 
 TEST_P(Glide, EachQuadHasOneCompressorRangeAfterItsStep) {
   strip.dyn.compKneeHigh = strip.dyn.compKneeLow = -1000;
-  strip.dyn.compSlope = 100;  // the target is far below
+  strip.dyn.compSlope = 100;  // the target is far below the range
   strip.dyn.compRange = -50;
   set_state(&Dyn_SState::curCompRange, 0.0f);
   play(kLevel);

@@ -1,4 +1,4 @@
-// Slots 0 to 3 of the readouts are shared by all groups; each channel has a gain of its own group.
+// All groups share slots 0 to 3 of the readouts; each channel has a slot for its group's gain.
 
 #include "every_group.h"
 
@@ -7,7 +7,7 @@ namespace {
 
 constexpr int kChannelGain = CHANNELSTRIP_METER_CHANNEL_GAIN;
 
-// Group g, as its leader's channel numbers it, stands at frozen terms and at (g + 1)/8.
+// Gain terms are frozen. The group whose leader is channel g has the level (g + 1)/8.
 class GroupReadouts : public EveryGroup {
  protected:
   GroupReadouts() {

@@ -6,7 +6,8 @@ namespace {
 constexpr float kFloor = -40;
 constexpr float kLoud = kLevel;
 
-// The target is 0 dB when it is loud, the floor in silence; attack at once, release by halves.
+// The target is 0 dB for a loud signal, kFloor in silence. The attack is immediate; the release
+// halves the distance with every sample.
 class Hold : public EveryGroup {
  protected:
   Hold() {
@@ -17,14 +18,14 @@ class Hold : public EveryGroup {
     rest();
   }
 
-  // Closed, at the floor, no hold left.
+  // The gate is closed, the term at kFloor, no hold left.
   void rest() {
     set_state(&Dyn_SState::gateOpen, 0);
     set_state(&Dyn_SState::expGain, kFloor);
     set_state(&Dyn_SState::holdCount, 0);
   }
 
-  // At rest, one rising sample, then `falling` falling ones.
+  // From rest, one rising sample, then `falling` falling ones.
   void rise_and_fall(size_t falling) {
     rest();
     strip.fill_inputs(0);

@@ -58,14 +58,14 @@ TEST_P(KeyDetection, GoesOnWhileTheMainChannelsAreSilent) {
   EXPECT_EQ(output(15), 0.0f);
 }
 
-// Of one channel the last is the first, whose index means no key: the level is the same.
+// In Mono the last channel is input 0, and that index means no key: the level is the same.
 TEST_P(KeyDetection, MayBeOfAMainChannel) {
   strip.key_index = strip.channels - 1;
   strip.in[channels() - 1].assign(16, 0.75f);
   EXPECT_EQ(detected(), 0.75f);
 }
 
-// The pass before the dynamics doubles; the gains halve four times over.
+// The pass before the dynamics doubles; the gain of -24 dB then halves four times.
 class KeyInOutputs : public KeyDetection {
  protected:
   KeyInOutputs() {
@@ -93,7 +93,7 @@ TEST_P(KeyInOutputs, MayBeAMainChannelProcessedInPlace) {
   EXPECT_EQ(state(&Dyn_SState::smoothLevel), 1.5f);
 }
 
-// Sixteen halvings of the distance to -64 dB.
+// Sixteen samples, each of which halves the distance to -64 dB.
 TEST_P(KeyDetection, OfAllGroupsIsOneButTheirBallisticsAreNot) {
   strip.dyn.compKneeLow = -100;
   strip.dyn.compKneeC = -64;

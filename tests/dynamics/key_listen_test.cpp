@@ -1,4 +1,4 @@
-// The key filter, and the outputs that carry what it gives.
+// The key filter, and key listen, which puts its output on the outputs.
 
 #include "every_group.h"
 
@@ -7,7 +7,7 @@ namespace {
 
 constexpr float kOwn = 0.25f, kKey = 0.5f;
 
-// Everything but the key filter is far from being neutral.
+// All settings but the key filter are far from neutral.
 class KeyListen : public EveryGroup {
  protected:
   KeyListen() {

@@ -1,5 +1,5 @@
-// The conversions as the built library performs them, seen through its entry points: to the bit
-// those of the public header.
+// The conversions of the built library, seen through its entry points, equal those of the public
+// header to the bit.
 
 #include <array>
 
@@ -8,8 +8,8 @@
 namespace channelstrip::test::library_conversions_test {
 namespace {
 
-// The inputs are silent and the peak doesn't decay, so the detector stays where it is put, which
-// may be anywhere. The compressor term is its level in decibels.
+// The inputs are silent and the peak doesn't decay, so the detector keeps whatever level it is
+// given. The compressor term is that level in dB.
 class LibraryLevelToDb : public EveryGroup {
  protected:
   LibraryLevelToDb() {
@@ -21,7 +21,7 @@ class LibraryLevelToDb : public EveryGroup {
     strip.jump_to_targets();
   }
 
-  // Each group converts a level of its own.
+  // Each group converts its own level.
   void expect_header_results(const std::array<float, 5>& levels) {
     set_state(&Dyn_SState::compGain, 0.0f);
     for (size_t c = 0; c < groups(); ++c) strip.dyn_state[c].peakLevel = levels[c];
@@ -61,7 +61,7 @@ TEST_P(LibraryLevelToDb, ConvertsInfinity) {
   EXPECT_EQ(state(&Dyn_SState::compGain), 770.63684f);
 }
 
-// A closed gate takes the expander term straight to its range, here any number of decibels.
+// A closed gate takes the expander term straight to its range, which can be any number of dB here.
 class LibraryDbToGain : public EveryGroup {
  protected:
   LibraryDbToGain() {
@@ -77,7 +77,7 @@ class LibraryDbToGain : public EveryGroup {
     strip.process();
   }
 
-  // The compressor's factor for 0 dB, which isn't 1, takes part.
+  // The gain includes the compressor's factor for 0 dB, which isn't exactly 1.
   void expect_header_result(float db) {
     process(db);
     ASSERT_EQ(bits(output(0)), bits(DbToGain(0) * DbToGain(db))) << db;
@@ -85,7 +85,7 @@ class LibraryDbToGain : public EveryGroup {
 };
 INSTANTIATE_TEST_SUITE_P(EveryFormat, LibraryDbToGain, every_format(), format_name);
 
-// Two octaves in steps that fall on every entry of both tables.
+// Two octaves, in steps that use every entry of both tables.
 TEST_P(LibraryDbToGain, AgreesAcrossTheTables) {
   for (int i = -4099; i <= 4099; ++i) expect_header_result(6.0206f * static_cast<float>(i) / 4099);
 }

@@ -9,7 +9,7 @@ constexpr float kLoud = 0.5f, kQuiet = 0.001f;
 const float kZeroDbGain = DbToGain(0) * DbToGain(0);
 const float kLoweredGain = DbToGain(-12) * DbToGain(0);
 
-// -12 dB for a level above -50 dB, 0 dB below, at once.
+// The gain is -12 dB for levels above -50 dB and 0 dB below, without delay.
 class Linking : public EveryGroup {
  protected:
   Linking() {
@@ -34,7 +34,7 @@ TEST_P(Linking, LoudestChannelLowersItsWholeGroupInTheSameSample) {
   }
 }
 
-// Neither a sum nor a signed maximum.
+// The linked level is neither a sum nor a signed maximum.
 TEST_P(Linking, GroupsLevelIsTheGreatestMagnitude) {
   for (size_t greatest = 0; greatest < channels(); ++greatest) {
     for (auto& channel : strip.in) channel[15] = 0.5f;
@@ -49,7 +49,7 @@ TEST_P(Linking, GroupsLevelIsTheGreatestMagnitude) {
 TEST_P(Linking, NaNInOneChannelLeavesTheLevelToTheOthers) {
   std::fill_n(strip.dyn.linkGroup, channels(), 0);
   for (size_t broken = 0; broken < channels(); ++broken) {
-    set_state(&Dyn_SState::keyZ1, 0.0f);  // where the NaN before has gone
+    set_state(&Dyn_SState::keyZ1, 0.0f);  // the last NaN is still in there
     set_state(&Dyn_SState::keyZ2, 0.0f);
     for (auto& channel : strip.in) channel[15] = kLoud;
     strip.in[broken][15] = kNaN;

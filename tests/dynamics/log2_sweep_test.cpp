@@ -1,5 +1,5 @@
-// The logarithm over every float, against its rule in real arithmetic: floor and powers of two
-// where the library cuts bits.
+// The logarithm at every float, against its rule in real arithmetic: with floor and powers of two
+// where the library masks bits.
 
 #include <ChannelStrip/dynamics/fast_log.h>
 #include <gtest/gtest.h>
@@ -21,7 +21,7 @@ float float_of(uint32_t x) {
   return std::bit_cast<float>(x);
 }
 
-// A number 1.m taken apart: its interval of the table and its place in it. All exact.
+// A significand 1.m, its interval of the table, and its position in that interval. All exact.
 struct Mantissa {
   explicit Mantissa(int m) : value(1 + static_cast<float>(m) * 0x1p-23f) {
     const double position = (static_cast<double>(value) - 1) * 512;
@@ -68,7 +68,7 @@ TEST(FastLog2Sweep, ReadsEveryDenormalAsANormalOfExponentMinus127) {
   EXPECT_EQ(wrong, 0u);
 }
 
-// Greatest distances from the true logarithm.
+// The largest errors against the true logarithm.
 struct Log2Errors {
   double near_one = 0;  // for x from 2^-32 to 2^32: levels within 192 dB of full scale
   double anywhere = 0;
@@ -98,8 +98,8 @@ TEST(FastLog2Sweep, IsAccurate) {
   EXPECT_LE(errors.anywhere, 8.5e-6);
 }
 
-// Where one interval of the table meets the next, the rounding of entry plus exponent can take the
-// result back.
+// At the boundary of two intervals of the table, the rounding of entry plus exponent can make the
+// result fall.
 TEST(FastLog2Sweep, FallsOnlyBetweenIntervalsAndByOneUnitInTheLastPlace) {
   uint64_t falls_within = 0, falls_by_more = 0;
   float previous = -127;

@@ -1,5 +1,5 @@
-// The power over every float of its range, against its rule in real arithmetic: floor and powers
-// of two where the library cuts bits.
+// The power at every float of its range, against its rule in real arithmetic: with floor and powers
+// of two where the library masks bits.
 
 #include <ChannelStrip/dynamics/fast_log.h>
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@ namespace {
 constexpr float kLowestDb = -758.5956f;
 const float kHighestDb = std::nextafter(770.6368f, 0.0f);
 
-// The float just below 128 rounds up to it when it is scaled.
+// The float just below 128 rounds up to 128 when it is scaled.
 const float kHighestOctave = std::nextafter(std::nextafter(128.0f, 0.0f), 0.0f);
 
 float scaled_octaves(float y) {
@@ -62,7 +62,7 @@ Faults count_faults(float lowest, float highest) {
   float last_scaled = 0, expected = 0, previous = 0;
   for (int64_t r = rank(lowest); r <= rank(highest); ++r) {
     const float x = of_rank(r);
-    // Neighbours mostly share their scaled value, whose power then is known.
+    // Neighbours mostly have the same scaled value, whose power is already known.
     if (const float scaled = Scale(x); scaled != last_scaled) {
       expected = power_by_the_rule(scaled);
       last_scaled = scaled;
@@ -98,7 +98,7 @@ TEST(DbToGainSweep, FollowsItsRuleAndNeverFallsFromZeroDecibels) {
   expect_none(count_faults<DbToGain, scaled_db>(0, kHighestDb));
 }
 
-// The last rank from `first` to `end` with the same gain as `first`.
+// The last rank from `first` up to `end` that has the same gain as `first`.
 int64_t end_of_step(int64_t first, int64_t end) {
   const float gain = DbToGain(of_rank(first));
   int64_t stride = 1;
@@ -109,7 +109,7 @@ int64_t end_of_step(int64_t first, int64_t end) {
   }
 }
 
-// Calls check(first, last) for every run of floats of one gain.
+// Calls check(first, last) for every run of floats that have one gain.
 template <typename Check>
 void for_every_step(float lowest, float highest, Check check) {
   const int64_t end = rank(highest);
@@ -120,7 +120,7 @@ void for_every_step(float lowest, float highest, Check check) {
   }
 }
 
-// Along a step the gain rests while the true one rises, so the ends of steps are the worst places.
+// Along a step the gain is constant while the true one rises, so the error is largest at its ends.
 TEST(DbToGainSweep, IsAccurateFromMinus140To40Decibels) {
   double worst = 0;
   const auto error = [](float db) {
@@ -133,7 +133,7 @@ TEST(DbToGainSweep, IsAccurateFromMinus140To40Decibels) {
   EXPECT_LE(worst, 7e-6);
 }
 
-// The scaled value is a single near 2^30: its lowest six bits are zero up to 2^30, seven above.
+// The scaled value is a float near 2^30: below 2^30 its lowest six bits are zero, above it seven.
 TEST(DbToGainSweep, IsAStaircaseTwiceAsCoarseFrom2Up) {
   std::map<int, int> steps;  // by octave
   for_every_step(-380, 60, [&](float first, float) { ++steps[std::ilogb(DbToGain(first))]; });

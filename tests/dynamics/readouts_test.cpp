@@ -26,7 +26,7 @@ class Readouts : public EveryGroup {
 
   int readouts() const { return kChannelGain + strip.channels; }
 
-  // -12 dB for levels above -50 dB, 0 dB below, at once.
+  // The gain is -12 dB for levels above -50 dB and 0 dB below, without delay.
   void compress_loud_samples() {
     strip.dyn.compKneeLow = -50;
     strip.dyn.compKneeC = -12;
@@ -85,7 +85,7 @@ TEST_P(Readouts, GreatestGainMayComeWithAnySample) {
 
 TEST_P(Readouts, GreatestReductionsMayComeWithAnySample) {
   compress_loud_samples();
-  strip.dyn.expKneeHigh = 1000;  // the expander's target is that of its knee, for loud levels
+  strip.dyn.expKneeHigh = 1000;  // loud levels lie in the expander's knee
   strip.dyn.expKneeLow = -50;
   strip.dyn.expKneeC = -20;
   for (size_t sample = 0; sample < 16; ++sample) {
@@ -112,7 +112,7 @@ TEST_P(Readouts, LevelStaysWhenTheGainDoesNotRise) {
   EXPECT_EQ(strip.readout(kMeterLevel), kZeroDbGain);
 }
 
-// Factors of 2^-99.7 each: their product is 0 in single precision.
+// Two factors of 2^-99.7: their product underflows to 0.
 TEST_P(Readouts, WhileTheGainIsZeroTheLoudestSampleGivesTheLevel) {
   freeze_terms(-600, -600);
   play(0.25f, {0.5f, 0.75f, 0.5f});
@@ -120,7 +120,7 @@ TEST_P(Readouts, WhileTheGainIsZeroTheLoudestSampleGivesTheLevel) {
   EXPECT_EQ(strip.readout(kMeterLevel), 0.75f);
 }
 
-// A gain that is not a number is greater than none, so only the level decides.
+// A NaN gain never compares as greater, so only the level decides.
 TEST_P(Readouts, LevelEqualToTheOneShownLeavesAnEmptyGain) {
   freeze_terms(kNaN, 0);
   set_readouts(0);
@@ -148,7 +148,7 @@ TEST_P(Readouts, LevelIsThatOfTheDetectorInUse) {
   }
 }
 
-// 800 dB is beyond what a factor can be.
+// 800 dB is beyond the range of the conversion, whose result is a NaN.
 TEST_P(Readouts, NaNNeverEnters) {
   ASSERT_TRUE(std::isnan(DbToGain(800)));
   set_readouts(0.5f);

@@ -5,7 +5,7 @@
 namespace channelstrip::test::records_test {
 namespace {
 
-// A record that no processing would leave behind; its key filter is at rest.
+// A record with values that no processing would produce; its key filter is at rest.
 Dyn_SState untouched_record() {
   Dyn_SState record;
   std::fill_n(reinterpret_cast<float*>(&record), sizeof record / sizeof(float), 12345.5f);
@@ -18,7 +18,7 @@ class Records : public EveryGroup {
   // The key filter leaves memory behind.
   Records() { strip.dyn.keyFilter[1] = strip.dyn.keyFilter[2] = 0.5f; }
 
-  // Processes with untouched records from channel `first` on.
+  // Processes with untouched_record() from channel `first` on.
   void expect_only_key_memory_touched_from(size_t first) {
     std::fill(strip.dyn_state.begin() + static_cast<ptrdiff_t>(first), strip.dyn_state.end(),
               untouched_record());

@@ -1,5 +1,5 @@
-// The same formula rounded in different places. A test whose values make the promised one differ
-// from every other can tell them apart.
+// Formulas as promised and with other roundings. A test chooses values at which the promised result
+// differs from all others.
 
 #pragma once
 
@@ -26,7 +26,7 @@ struct Line {
 
   float plain(float x) const { return (x - threshold) * slope; }
 
-  // x is the product of octaves and decibels per octave, which could be fused too.
+  // x is the product of octaves and decibels per octave, which could be fused as well.
   std::vector<float> otherwise(float octaves, float db_per_octave) const {
     const float x = octaves * db_per_octave;
     return {std::fma(octaves, db_per_octave, -threshold) * slope,
@@ -41,7 +41,7 @@ inline float unfused_step(float x, float target, float weight) {
   return x + (target - x) * weight;
 }
 
-// Where `step` has taken x after `count` of them.
+// x after `count` steps.
 inline float after_steps(int count, float (*step)(float, float, float), float x, float target,
                          float weight) {
   for (int i = 0; i < count; ++i) x = step(x, target, weight);

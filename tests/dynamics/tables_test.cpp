@@ -11,7 +11,7 @@
 namespace channelstrip::test::tables_test {
 namespace {
 
-// Rounded once from 64 significant bits; for none of the entries do these lie on a tie.
+// Rounded from 64 significant bits, which are never half-way between two floats for these entries.
 float nearest_log10(int i) {
   return static_cast<float>(std::log10(1.0L + i / 512.0L));
 }
@@ -83,7 +83,7 @@ TEST(Tables, LowPowersAreHalfAStepAbove) {
   EXPECT_EQ(bits(gmPowTableL[511]), 0x3F802C59u);
 }
 
-// So that a product's exponent field is that of 1 and only its mantissa counts.
+// Each product lies in [1, 2), so its exponent field is that of 1 and only its mantissa counts.
 TEST(Tables, EveryProductOfPowersIsInOneOctave) {
   for (float high : gmPowTableH) {
     for (float low : gmPowTableL) {

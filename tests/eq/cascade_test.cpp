@@ -1,4 +1,4 @@
-// The bands of the two passes: which run, in which order, on which side of the dynamics.
+// The bands of the two passes: which of them run, in which order, before or after the dynamics.
 
 #include <tests/support/busy_strip.h>
 #include <tests/support/compare.h>
@@ -28,7 +28,7 @@ void expect_constant_outputs(const Strip& strip, float value) {
   }
 }
 
-// Each band multiplies by two to its own power; no two ranges of neighbours have the same sum.
+// Band k multiplies by 2^kExponents[k]. No two ranges of bands have the same sum of exponents.
 constexpr int kExponents[kBands] = {1, 4, 7, 13, 2, 8, 6, 3};
 
 void set_gains(Strip& strip) {

@@ -1,4 +1,4 @@
-// One band. The dynamics gain is exactly 1 and the numbers are short, so every result is exact.
+// One band. The dynamics gain is exactly 1 and the numbers have few bits, so every result is exact.
 
 #include <tests/support/busy_strip.h>
 #include <tests/support/compare.h>

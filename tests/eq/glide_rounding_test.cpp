@@ -1,5 +1,5 @@
-// The glide to the bit: what is rounded when, signed zeros, rest, and a pair that the host or a
-// buffer has torn apart.
+// The glide to the bit: its roundings, signed zeros, coming to rest, and a running value and
+// coefficient that no longer agree because the host or a buffer wrote only one of them.
 
 #include <tests/support/busy_strip.h>
 #include <tests/support/compare.h>
@@ -15,7 +15,7 @@ INSTANTIATE_TEST_SUITE_P(EveryFormat, EqGlideRounding, every_format(), format_na
 
 constexpr size_t kCoefs = CHANNELSTRIP_EQ_COEFS;
 
-// One block's four steps, for one coefficient.
+// A coefficient in use and its running value.
 struct Pair {
   float coef;
   double smoothed;
@@ -30,7 +30,7 @@ struct Pair {
   }
 };
 
-// Processes one block with coefficient 17 at `pair`, and returns what became of it.
+// Processes one block, four glide steps, with coefficient 17 at `pair`; returns it after the block.
 Pair glided(std::string_view format, Pair pair, float target, float rate) {
   Strip strip(format);
   strip.dezip.coefs[17] = pair.coef;
@@ -71,7 +71,8 @@ TEST_P(EqGlideRounding, EveryStepFollowsTheRule) {
     strip.dyn_state[0].dezipRate = rate;
     for (size_t i = 0; i < kCoefs; ++i) {
       strip.eq.targetCoefs[i] = wide_noise(noise);
-      strip.dezip.coefs[i] = wide_noise(noise);  // not the rounded double: the first step differs
+      strip.dezip.coefs[i] =
+          wide_noise(noise);  // not the rounded running value: the first step differs
       strip.dezip.smoothedCoefs[i] = static_cast<double>(wide_noise(noise)) * 1.1;
     }
     const EQ_SDezipCoefs before = strip.dezip;
@@ -96,7 +97,7 @@ TEST_P(EqGlideRounding, CoefficientsAreTheRoundedRunningValuesAfterEveryCall) {
 }
 
 TEST_P(EqGlideRounding, ComesToRestExactlyOnTheTarget) {
-  BusyStrip strip(format(), 1024);  // 0.9^256 of the distance is beyond a double's digits
+  BusyStrip strip(format(), 1024);  // 0.9^256 = 2e-12 of the distance is beyond a float's digits
   strip.process();
   EXPECT_TRUE(same_bits(strip.dezip.coefs, strip.eq.targetCoefs));
 }

@@ -1,4 +1,4 @@
-// The glide of the coefficients: how far, when, and of which bands.
+// The glide of the coefficients: how far a step goes, when it is made, and of which bands.
 
 #include <tests/support/busy_strip.h>
 #include <tests/support/compare.h>
@@ -13,8 +13,8 @@ namespace {
 class EqGlide : public EveryFormat {};
 INSTANTIATE_TEST_SUITE_P(EveryFormat, EqGlide, every_format(), format_name);
 
-// Coefficient 0, band 0's b0, stands at 0 and is to become 1; 16 samples of 1 go through band 0
-// and nothing else, so that the outputs show the coefficient quad by quad.
+// Coefficient 0, which is band 0's b0, glides from 0 to 1. 16 samples of 1 pass band 0 and nothing
+// else, so the outputs show the coefficient quad by quad.
 class GlidingStrip : public Strip {
  public:
   GlidingStrip(std::string_view format_name, float rate) : Strip(format_name) {
@@ -114,7 +114,8 @@ TEST_P(EqGlide, RateOfRecordZeroAloneCounts) {
   EXPECT_TRUE(same_record(strip.dezip, reference.dezip));
 }
 
-// Meter 0 lies in the rate's field, and the first block raises it to 0.5.
+// Meter 0 lies in the rate's field, and the first block raises it to 0.5; the second must not use
+// that.
 TEST(EqGlideRate, IsReadOncePerCall) {
   Strip strip("Mono", 32);
   strip.fill_inputs(0.5f);

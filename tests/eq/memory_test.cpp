@@ -1,4 +1,4 @@
-// Filter memory: each channel's and each band's own, kept while a band is idle.
+// Filter memory: every channel and band has its own, and an idle band keeps it.
 
 #include <tests/support/busy_strip.h>
 #include <tests/support/compare.h>
@@ -68,7 +68,8 @@ TEST_P(EqMemory, OfABandThatReturnsIsResumed) {
   for (const auto& channel : strip.out) EXPECT_EQ(channel[0], 3);
 }
 
-// A delay of one sample in both passes: the second starts from what the first left of this quad.
+// A delay of one sample in both passes: the second pass starts with the memory that the first pass
+// left after the same quad.
 TEST_P(EqMemory, OfABandInBothPassesIsAdvancedTwicePerQuad) {
   Strip strip(format());
   strip.pass_exactly();

@@ -1,4 +1,4 @@
-// Whole blocks of 16, whatever the count.
+// Processing is in whole blocks of 16, whatever the count.
 
 #include <tests/support/busy_strip.h>
 #include <tests/support/compare.h>
@@ -105,7 +105,7 @@ TEST_P(Blocks, OneCallEqualsOneCallPerBlock) {
   EXPECT_EQ(differences(in_one_call, in_many), "");
 }
 
-// The count lies in a field that counts down while the call runs.
+// The count lies in the hold counter, which counts down during the call.
 TEST_P(Blocks, CountIsReadOncePerCall) {
   BusyStrip strip(format(), kCapacity), reference(format(), kCapacity);
   for (BusyStrip* const each : {&strip, &reference}) {

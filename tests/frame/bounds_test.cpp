@@ -1,4 +1,5 @@
-// Every buffer and record between unmapped pages, and what is the host's alone write-protected.
+// Every buffer and record lies between unmapped pages, and what only the host writes is
+// write-protected.
 
 #include <tests/support/busy_strip.h>
 #include <tests/support/compare.h>
@@ -15,7 +16,7 @@ INSTANTIATE_TEST_SUITE_P(EveryFormat, Bounds, every_format(), format_name);
 
 using Channels = std::vector<std::unique_ptr<Guarded<float>>>;
 
-// A copy of the strip that lies between guards; the host's own part of it can't be written.
+// A copy of the strip between guard pages; what only the host writes is read-only.
 class GuardedStrip {
  public:
   GuardedStrip(const Strip& strip, Guard guard)

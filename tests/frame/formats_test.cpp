@@ -1,4 +1,4 @@
-// What every stem format does alike, and where two of them meet.
+// What all stem formats have in common, and where two of them must agree.
 
 #include <tests/support/busy_strip.h>
 #include <tests/support/compare.h>
@@ -23,7 +23,7 @@ TEST_P(Formats, NeutralStripPassesAudioWithinTheConversionsStep) {
   strip.process();
   for (size_t c = 0; c < channels(); ++c) {
     for (size_t i = 0; i < 64; ++i) {
-      // Two factors of 1.0000013.
+      // The two 0 dB terms are factors of 1.0000013.
       EXPECT_NEAR(strip.out[c][i], strip.in[c][i], 2.7e-6f * std::abs(strip.in[c][i]));
     }
   }
@@ -66,7 +66,7 @@ TEST_P(Formats, EveryChannelIsProcessed) {
   }
 }
 
-// A limiter at -40 dB takes a group of level 2^-g to 0.01, so its gain tells its level.
+// Group g has the level 2^-g. A limiter at -40 dB takes it to 0.01, so the gain shows the level.
 TEST_P(Formats, HoldTheirNumberOfLinkGroups) {
   Strip strip(format());
   strip.dyn.compThreshold = strip.dyn.compKneeLow = strip.dyn.compKneeHigh = -40;

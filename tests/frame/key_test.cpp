@@ -1,5 +1,5 @@
-// Which input is the key channel. The level readout of a neutral strip is the linked level of the
-// call's first sample.
+// Which input is the key. The level readout of a neutral strip is the linked level of the call's
+// first sample.
 
 #include <tests/support/every_format.h>
 #include <tests/support/strip.h>
@@ -12,7 +12,7 @@ namespace {
 class Key : public EveryFormat {};
 INSTANTIATE_TEST_SUITE_P(EveryFormat, Key, every_format(), format_name);
 
-// Input i stands at 2^-i; there are two more inputs than channels.
+// Input i is constant at 2^-i; there are two more inputs than channels.
 class KeyedStrip : public Strip {
  public:
   explicit KeyedStrip(std::string_view format_name) : Strip(format_name, 32) {
@@ -52,7 +52,7 @@ TEST_P(Key, NegativeIndexSelectsAnInputBeforeTheFirst) {
     strip.key_index = -1;
     SChannelStrip_Alg_Context context = *strip.context();
     context.inputs = inputs.data() + 1;
-    if (in_memory) {  // a count within what is written keeps a strip out of lanes
+    if (in_memory) {  // a count in written memory keeps the strip out of lanes
       strip.dyn_state[0].reserved14 = *context.sampleCount;
       context.sampleCount = &strip.dyn_state[0].reserved14;
     }
@@ -86,8 +86,8 @@ TEST_P(Key, InAnOutputBufferIsReadBehindTheFirstPass) {
   EXPECT_EQ(strip.detected_level(), 0.25f * strip.in[channels() - 1][0]);
 }
 
-// The index lies in a gate's field, which falls from 1 to 0 in the first quad. The detector filter
-// passes its input, so its level is that of the last sample.
+// The index lies in the gate's field, which goes from 1 to 0 in the first quad. The detector filter
+// is an identity, so its level is that of the last sample.
 TEST_P(Key, IndexIsReadOncePerCall) {
   KeyedStrip strip(format());
   strip.in[1] = std::vector<float>(32, 0.125f);

@@ -1,4 +1,4 @@
-// A range of instances equals one call for each in array order, whatever they share.
+// A call for a range equals one call for each instance in array order, whatever they share.
 
 #include <tests/support/busy_strip.h>
 #include <tests/support/compare.h>
@@ -12,8 +12,7 @@ namespace {
 class Ranges : public EveryFormat {};
 INSTANTIATE_TEST_SUITE_P(EveryFormat, Ranges, every_format(), format_name);
 
-// Strips of one format with contexts that can be rewired; more of them than could ever stand side
-// by side in one processor register.
+// Strips of one format whose contexts tests can change; more than fit side by side in any register.
 class Rack {
  public:
   static constexpr size_t kStrips = 19;

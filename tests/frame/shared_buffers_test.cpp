@@ -82,7 +82,7 @@ TEST_P(SharedBuffers, AnOutputMayOverlapItsInputAtAnyDistance) {
   }
 }
 
-// The last channel's audio remains; dynamics and second pass go over it once per channel.
+// The last channel's audio remains; the dynamics and the second pass process it once per channel.
 TEST_P(SharedBuffers, AllChannelsMayWriteOneBuffer) {
   HalvingStrip strip(format());
   strip.eq.firstBand[0] = strip.eq.endBand[0] = 0;

@@ -1,4 +1,4 @@
-// What the context points to: left alone, in place, at any alignment of a float.
+// What the context points to: buffers left untouched, in place, at any alignment of a float.
 
 #include <tests/support/busy_strip.h>
 #include <tests/support/compare.h>
@@ -39,7 +39,7 @@ TEST_P(Wiring, WhatIsTheHostsToWriteIsLeftAsItWas) {
   EXPECT_EQ(strip.dyn_state[0].dezipRate, untouched.dyn_state[0].dezipRate);
 }
 
-// The input meters alone see a difference: they run when the inputs have been overwritten.
+// Only the input meters differ: they run after the inputs have been overwritten.
 TEST_P(Wiring, InPlaceEqualsSeparateBuffers) {
   BusyStrip in_place(format()), separate(format());
   process_on(in_place, pointers(in_place.in), pointers(in_place.in));
@@ -64,7 +64,7 @@ TEST_P(Wiring, OneChannelInPlaceEqualsSeparateBuffers) {
   }
 }
 
-// Samples moved `shift` floats into buffers that hold a block more.
+// The samples, moved up by `shift` floats in buffers that are a block longer.
 std::vector<std::vector<float>> shifted(const std::vector<std::vector<float>>& channels,
                                         size_t shift) {
   std::vector<std::vector<float>> result;

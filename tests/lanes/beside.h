@@ -1,4 +1,5 @@
-// Instances side by side in one call, judged by the model, which takes one after the other.
+// Instances side by side in the lanes of one call, compared with the model, which processes them
+// one after the other.
 
 #pragma once
 
@@ -12,8 +13,9 @@
 
 namespace channelstrip::test {
 
-// How the library's rack differs from the model's after a call; "" if it doesn't. A section's sums
-// may have any order, but in all instances, wherever they stand, the same.
+// The first difference between the library's rack and the model's after a call; "" if there is
+// none. The library may use any order of a section's sums, but the same one in all instances,
+// whatever their lane.
 template <typename Wire>
 std::string difference_from_model(const host::StemFormat& format, std::size_t instances,
                                   int32_t count, unsigned seed, Wire wire) {
@@ -36,13 +38,13 @@ std::string difference_from_model(const host::StemFormat& format, std::size_t in
 
 class BesideEachOther : public EveryFormat {
  protected:
-  // wire(rack) over calls of one block and of several.
+  // Compares racks changed by wire(rack), in calls of one block and of several.
   template <typename Wire>
   static void expect_the_models(Wire wire) {
     for (unsigned i = 0; i < std::size(kCounts); ++i) expect_the_models(i, wire);
   }
 
-  // wire(rack, i) for every i that has neighbours on both sides.
+  // The same with wire(rack, i), for every instance i that has neighbours on both sides.
   template <typename Wire>
   static void expect_the_models_with_one(Wire wire) {
     for (unsigned i = 1; i + 1 < enough_instances(GetParam()); ++i) {

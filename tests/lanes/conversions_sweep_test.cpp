@@ -1,4 +1,4 @@
-// The conversions in lanes at every float, against the same for one number.
+// The conversions in lanes against the scalar ones, at every float.
 
 #include <ChannelStrip/dynamics/conversions.h>
 #include <gtest/gtest.h>
@@ -12,7 +12,8 @@ namespace {
 
 using test::bits;
 
-// All floats whose bits are `begin` up to, but not including, `end`; both multiples of a register.
+// Compares all floats whose bits are from `begin` up to, but not including, `end`; both are
+// multiples of Width.
 template <int Width, typename InLanes, typename Alone>
 uint64_t count_differences(uint32_t begin, uint32_t end, InLanes in_lanes, Alone alone) {
   uint64_t differences = 0;
@@ -39,7 +40,7 @@ TEST(FourLevelsToDb, AreThoseOfEachAloneInSeveralOctaves) {
   }
 }
 
-// Nearer to 0 the gain is that of 0, further away the conversion saturates.
+// Nearer to 0 the gain is that of 0 dB; beyond kMostDb, of either sign, the conversion saturates.
 constexpr float kLeastDb = 0x1p-18f, kMostDb = 0x1p12f;
 
 TEST(EightDbToGains, AreThoseOfEachAloneAtEveryFloatThatMatters) {

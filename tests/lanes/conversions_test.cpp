@@ -1,4 +1,4 @@
-// The conversions in lanes, for any number of lanes in use, against the same for one number.
+// The conversions in lanes against the scalar ones, for any number of lanes in use.
 
 #include <ChannelStrip/dynamics/conversions.h>
 #include <gtest/gtest.h>
@@ -37,7 +37,7 @@ void expect_equal(const Floats& numbers, InLanes in_lanes, Alone alone) {
   if constexpr (Count > 1) expect_equal<Width, Count - 1>(numbers, in_lanes, alone);
 }
 
-// The numbers, their neighbours, and the negatives of all.
+// Appends the numbers, their neighbouring floats, and the negatives of all.
 void append(Floats& numbers, std::initializer_list<float> more) {
   for (const float x : more) {
     for (float y : {x, std::nextafter(x, -INFINITY), std::nextafter(x, INFINITY)}) {
@@ -46,7 +46,7 @@ void append(Floats& numbers, std::initializer_list<float> more) {
   }
 }
 
-// Repeated from later and later starts, so that each comes to every lane.
+// Special numbers, repeated from ever later starts, so that each of them comes to every lane.
 Floats specials() {
   constexpr float kDenormal = std::numeric_limits<float>::denorm_min();
   Floats numbers;
@@ -56,7 +56,7 @@ Floats specials() {
   return numbers;
 }
 
-// In steps of a prime, so that neighbours differ in all bits.
+// Bit patterns in steps of a prime, so that neighbours differ in all bits.
 Floats floats_of_all_sizes() {
   Floats numbers;
   for (uint64_t u = 0; u < 1u << 30; u += 5003) {
@@ -79,14 +79,14 @@ Floats every_table_entry_at_every_exponent() {
   return numbers;
 }
 
-// The decibels at which the conversion's integer is n, and their neighbours.
+// Appends the decibels at which the conversion's integer becomes n, and their neighbours.
 void append_step(Floats& numbers, int64_t n) {
   constexpr double kScale = 0x1.542a5ap+20, kZero = 0x1.fcp+29;
   append(numbers, {static_cast<float>((static_cast<double>(n) - kZero) / kScale)});
 }
 
-// Every step of the staircase in the octave above 0 dB, the first of every other octave, and both
-// ends of the integers.
+// Every step of the conversion in the octave above 0 dB, the first step of every other octave, and
+// both ends of the integer range.
 Floats every_step() {
   Floats numbers;
   for (int64_t n = int64_t{127} << 23; n <= int64_t{128} << 23; n += 32) append_step(numbers, n);

@@ -1,4 +1,4 @@
-// Equaliser coefficients of instances beside each other: each glides, or rests, by itself.
+// The EQ coefficients of instances side by side: each instance glides, or rests, by itself.
 
 #include <bit>
 #include <cmath>
@@ -21,12 +21,12 @@ float& rate(Rack& rack, std::size_t i) {
   return rack.dyn_state[i * rack.channels].dezipRate;
 }
 
-// That many floats away from zero, or for less than none, towards it.
+// x moved by `floats` representable steps away from zero, or towards it if negative.
 float moved(float x, int floats) {
   return std::bit_cast<float>(std::bit_cast<uint32_t>(x) + static_cast<uint32_t>(floats));
 }
 
-// Coefficients in use at some distance from their targets.
+// Puts the coefficients in use that many floats from their targets.
 void stand_off(Rack& rack, std::size_t i, int floats) {
   rack.rest(i);
   for (std::size_t k = 0; k < kCoefs; ++k) {
@@ -73,7 +73,7 @@ TEST_P(GlidesBeside, MayHaveAnyRates) {
   }
 }
 
-// Half a distance of 64 floats per quad: over after seven quads.
+// A distance of 64 floats that halves with every quad: the glide ends after seven quads.
 TEST_P(GlidesBeside, MayComeToRestWithinACall) {
   const auto wire = [](Rack& rack, std::size_t i) {
     rest_all(rack);
@@ -89,8 +89,8 @@ TEST_P(GlidesBeside, MayComeToRestWithinACall) {
   expect_the_models_with_one(wire);
 }
 
-// A twentieth of the last bit per quad: the coefficient follows after ten quads, in calls of one
-// block not at all.
+// A twentieth of the last bit per quad: the running value alone moves, and the coefficient follows
+// after ten quads; in a call of one block, not at all.
 TEST_P(GlidesBeside, MayMoveInTheRunningValuesAlone) {
   const auto wire = [](Rack& rack, std::size_t i) {
     rest_all(rack);
@@ -108,7 +108,7 @@ TEST_P(GlidesBeside, MayMoveInTheRunningValuesAlone) {
   expect_the_models_with_one(wire);
 }
 
-// Only one of forty, in either array.
+// Only one of the forty coefficients is off its target, running value and all.
 TEST_P(GlidesBeside, MayMoveASingleCoefficient) {
   for (const std::size_t k : {0u, 7u, 20u, 39u}) {
     for (const double off : {1e-6, 0.1}) {
@@ -122,7 +122,7 @@ TEST_P(GlidesBeside, MayMoveASingleCoefficient) {
   }
 }
 
-// Undone by the first step, even by one of no length.
+// The first glide step sets them again from the running values, even with a rate of 0.
 TEST_P(GlidesBeside, MayHaveCoefficientsThatWereWrittenAlone) {
   for (const float of_one : {0.0f, 0.1f, 1.0f}) {
     expect_the_models_with_one([=](Rack& rack, std::size_t i) {

@@ -1,4 +1,4 @@
-// What lanes do is what a plain loop over them does, for every kind of number.
+// Operations on lanes against a plain loop over the lanes, for every kind of number.
 
 #include <ChannelStrip/lanes/buffers.h>
 #include <ChannelStrip/lanes/layout.h>
@@ -27,7 +27,7 @@ auto plain(V x) {
   return y;
 }
 
-// Calls check(width) for each width as a constant.
+// Calls check(width) with each width as a compile-time constant.
 template <typename Check>
 void for_every_width(Check check) {
   check(std::integral_constant<size_t, 4>{});
@@ -48,7 +48,7 @@ const std::vector<float>& numbers() {
   return all;
 }
 
-// Calls check(a, b, c) with lanes of different numbers until every three have met in a lane.
+// Calls check(a, b, c) until every triple of numbers has met in a lane.
 template <typename Check>
 void for_every_three(Check check) {
   const size_t count = numbers().size();
@@ -64,7 +64,7 @@ void for_every_three(Check check) {
   });
 }
 
-// A NaN that arithmetic makes has no promised bits.
+// The bits of a NaN that arithmetic produces are not defined.
 bool same_number(float a, float b) {
   return bits(a) == bits(b) || (std::isnan(a) && std::isnan(b));
 }
@@ -79,7 +79,7 @@ TEST(Lanes, FusedRoundsLikeOneNumber) {
   });
 }
 
-// To the bit, so that a zero's sign and a NaN that is there stay.
+// Compared to the bit: a held zero keeps its sign, and a held NaN stays.
 TEST(Lanes, MaximumAndMinimumTakeWhatIsStrictlyBeyond) {
   for_every_three([](const auto& held, const auto& value, const auto&) {
     const auto greater = plain(maximum(lanes(held), lanes(value)));
@@ -163,7 +163,7 @@ TEST(Transpose, MakesRowsColumns) {
   for (int i = 0; i < 16; ++i) EXPECT_EQ(bits(turned[i / 4][i % 4]), bits(square[i % 4][i / 4]));
 }
 
-// Buffers that start anywhere; every third lane's is not stored.
+// Buffers with any alignment; every third lane is not stored.
 TEST(Lanes, QuadsGoFromBuffersToBuffers) {
   for_every_width([](auto width) {
     constexpr size_t kOffset = 8, kRoom = 17;

@@ -1,5 +1,5 @@
-// Which instances count as independent: all that are, so that none goes slowly without need, and no
-// other.
+// Which instances count as independent: all that are, so that none takes the slow route without
+// need, and no others.
 
 #include <ChannelStrip/frame/independence.h>
 #include <gtest/gtest.h>
@@ -64,7 +64,7 @@ TEST_F(Independence, HoldsOfKeysThatAreNotSelected) {
   EXPECT_FALSE(independent());
 }
 
-// As some allocators place them: at addresses whose low bits are equal.
+// Some allocators place buffers at addresses whose low bits are equal.
 TEST_F(Independence, HoldsOfPiecesThatLiePowersOfTwoApart) {
   for (int bit = 28; bit < 47; ++bit) {
     const auto address = reinterpret_cast<uintptr_t>(rack.output(0, 0)) ^ uintptr_t { 1 } << bit;
@@ -116,7 +116,7 @@ TEST_F(Independence, EndsWhereAnInPlaceBufferHasAnotherReader) {
   EXPECT_FALSE(independent());
 }
 
-// A host may keep any of its words anywhere.
+// A host may keep its words anywhere, even within an output.
 TEST_F(Independence, EndsWhereWhatIsReadLiesInWhatIsWritten) {
   const SChannelStrip_Alg_Context before = rack.contexts[2];
   const auto expect_dependent = [&](const char* what) {
@@ -135,7 +135,7 @@ TEST_F(Independence, EndsWhereWhatIsReadLiesInWhatIsWritten) {
   expect_dependent("keyInputIndex");
 }
 
-// Copies what is behind a pointer into an instance's output, and points there.
+// Copies what `pointer` points to into an instance's output, and redirects the pointer there.
 template <typename T>
 void move_into(float* output, T*& pointer, std::size_t count) {
   std::memcpy(output, pointer, count * sizeof(T));

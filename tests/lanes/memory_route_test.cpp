@@ -1,5 +1,6 @@
-// A strip that may not go in lanes gives the bits that it would give there. A count that lies in
-// the state's host-only word is the gentlest overlap of something read with something written.
+// A strip that may not be processed in lanes, because something it reads overlaps something it
+// writes, gives the same bits as in lanes. The overlap here changes nothing: the count lies in the
+// word of the state that is reserved for the host.
 
 #include <tests/support/busy_strip.h>
 #include <tests/support/compare.h>
@@ -51,7 +52,7 @@ TEST_P(MemoryRoute, HasThemOnSmoothedLevels) {
   expect_the_lanes_bits([](BusyStrip& strip) { strip.dyn.detectorMode = 1; });
 }
 
-// Terms of about 1000 and -3000 dB saturate the conversion at either end.
+// Gain terms of about 1000 and -3000 dB saturate the conversion at either end.
 TEST_P(MemoryRoute, HasThemFarBeyondTheGainsRange) {
   for (const float slope : {10.0f, -30.0f}) {
     expect_the_lanes_bits([=](BusyStrip& strip) {

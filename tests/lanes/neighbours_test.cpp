@@ -1,4 +1,4 @@
-// What instances beside each other may have of their own.
+// In what instances side by side may differ.
 
 #include <cmath>
 #include <limits>
@@ -87,7 +87,7 @@ TEST_P(Neighbours, MayLinkTheirChannelsInAnyWay) {
   });
 }
 
-// What spoils an instance may be anywhere in it.
+// Puts `poison` in many places of an instance.
 void spoil(Rack& rack, std::size_t i, float poison) {
   Dyn_SState& state = rack.dyn_state[i * rack.channels];
   state.compGain = state.keyZ1 = state.curMakeupGain = poison;

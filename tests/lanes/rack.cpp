@@ -32,7 +32,7 @@ void set_sections(Random& random, float* coefs, int sections) {
   for (int i = 0; i < sections; ++i) std::ranges::copy(general_section(random), coefs + 5 * i);
 }
 
-// Of records, which hold numbers: any NaN is any other's equal. Of integers, none is one.
+// For words of records: as floats, all NaNs count as equal. As integers, only equal bits do.
 template <typename T>
 bool same_word(uint32_t a, uint32_t b) {
   const auto is_nan = [](uint32_t word) { return std::isnan(std::bit_cast<float>(word)); };

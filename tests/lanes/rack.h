@@ -1,4 +1,4 @@
-// Instances of one stem format as an entry point gets them, made to be rewired.
+// Instances of one stem format as an entry point gets them, whose pointers tests can change.
 
 #pragma once
 
@@ -16,11 +16,11 @@
 
 namespace channelstrip::test {
 
-// Every instance has settings, memory and audio of its own, but all have the same count and band
-// ranges: what instances that share a register need. Filters are of any kind.
+// Every instance has settings, state and audio of its own, but all have the same count and band
+// ranges, as instances that share a register must have. Filters are of any kind.
 //
-// All pieces of memory of one kind stand in one array without gaps. So each ends where another
-// one's begins, and a pointer moved by one element makes two of them overlap.
+// All pieces of memory of one kind lie in one array without gaps: each ends where the next one
+// begins, so a pointer moved by one element makes two of them overlap.
 class Rack {
  public:
   static constexpr std::size_t kKeys = 2;  // inputs that only the key may select
@@ -29,11 +29,11 @@ class Rack {
   Rack(const Rack&) = delete;
   Rack& operator=(const Rack&) = delete;
 
-  // All instances, in one call of the library or one after the other by the model.
+  // Processes all instances: in one call of the library, or one after the other by the model.
   void process();
   void process_by_model(model::SumOrder order);
 
-  // Coefficients in use become their targets.
+  // Sets the instance's coefficients in use to their targets.
   void rest(std::size_t instance);
 
   std::size_t size() const { return contexts.size(); }
@@ -43,7 +43,7 @@ class Rack {
   void in_place(std::size_t instance, std::size_t channel);
   void detect_from(std::size_t instance, const float* key);
 
-  // Numbers of each instance.
+  // A dynamics readout of the instance.
   float& readout(std::size_t instance, std::size_t index);
   std::size_t samples() const { return samples_; }
 
@@ -54,7 +54,7 @@ class Rack {
   std::vector<Dyn_SCoefsBlock> dyn;
   std::vector<EQ_SCoefs> eq;
   std::vector<EQ_SDezipCoefs> dezip;
-  std::vector<Dyn_SState> dyn_state;  // N of each instance
+  std::vector<Dyn_SState> dyn_state;  // of every instance, N channels each
   std::vector<EQ_SState> eq_state;    // likewise
   std::vector<int32_t> counts, keys;
   std::vector<std::vector<const float*>> inputs;
@@ -69,11 +69,10 @@ class Rack {
   std::size_t samples_;  // of each buffer
 };
 
-// The first word in memory in which two racks differ; "" if there is none. Any NaN is any other's
-// equal.
+// Names the first word in which two racks differ; "" if there is none. All NaNs count as equal.
 std::string difference(const Rack& a, const Rack& b);
 
-// Enough instances of the format to fill the widest register twice, and some that are left over.
+// A number of instances that fills the widest register twice and leaves some over.
 std::size_t enough_instances(const host::StemFormat& format);
 
 }  // namespace channelstrip::test

@@ -1,5 +1,5 @@
-// The gain readout of an instance and the level beside it, which its link groups share: what they
-// show however many groups, and instances beside it, are processed at once.
+// The gain readout and its level, which an instance's link groups share: their result must not
+// depend on how many groups and instances are processed at once.
 
 #include <ChannelStrip/dynamics/fast_log.h>
 #include <tests/model/random.h>
@@ -49,8 +49,8 @@ TEST_P(ReadoutsBeside, MayAllStartSomewhereElse) {
   }
 }
 
-// Factors of -599 and -700 dB, whose product is 0 for some blocks, for some samples, or for good. A
-// negative readout rises to it and is empty then.
+// Gain factors of -599 and -700 dB, whose product underflows to 0 for some blocks, for some samples
+// or throughout. A negative readout rises to that 0, which counts as empty.
 TEST_P(ReadoutsBeside, MayStayEmptyWhileGainsUnderflow) {
   for (const float start : {0.0f, -0.0f, -1.0f}) {
     expect_the_models([=](Rack& rack) {
@@ -70,7 +70,7 @@ TEST_P(ReadoutsBeside, MayStayEmptyWhileGainsUnderflow) {
   }
 }
 
-// Gains of two sizes: 0.25 above -50 dB, kOpen below, at once.
+// The gain for levels below -50 dB; above, it is 12 dB less. It changes without delay.
 const float kOpen = DbToGain(0) * DbToGain(0);
 constexpr float kLoud = 0.3f;
 
@@ -101,13 +101,14 @@ void set_two_gains(Rack& rack, std::size_t i) {
   }
 }
 
-// No two are equal, and all are below -50 dB.
+// A different level, below -50 dB, for every group and sample.
 float quiet_level(int32_t group, int sample) {
   return 1e-4f + 1e-6f * static_cast<float>(16 * group + sample);
 }
 
-// Each group is loud up to a sample of its own and quiet from there on. Returns the level of the
-// first quiet sample in the order of processing: quads, groups by their lowest channels, samples.
+// Makes each group loud up to a sample of its own and quiet from there on. Returns the level of the
+// first quiet sample in the order of processing: by quads, then by the groups' lowest channels,
+// then by samples.
 float fall_quiet(Random& random, Rack& rack, std::size_t i) {
   int quiet_from[8];
   for (int& sample : quiet_from) sample = random.integer(1, 12);
@@ -129,8 +130,8 @@ float fall_quiet(Random& random, Rack& rack, std::size_t i) {
 
 class EqualGains : public ReadoutsBeside {
  protected:
-  // Calls check with each level readout after a call whose readouts start at `gain`, and the level
-  // at which an instance's gain first rose to its greatest.
+  // Starts the gain readouts at `gain` and makes a call. Calls check(readout, level) for every
+  // instance with its level readout and the level at which its gain first reached its maximum.
   template <typename Check>
   static void for_random_starts(float gain, Check check) {
     Random random(1);

@@ -1,4 +1,4 @@
-// Rows without gaps: each keeps its own lanes, and a map reaches every one of them once.
+// Rows stored without gaps: each keeps its own lanes, and a map reaches every lane in use once.
 
 #include <ChannelStrip/lanes/rows.h>
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@ class Quad {
   static constexpr int kNumbers = 4 * Stride;
   using Numbers = std::array<float, kNumbers>;
 
-  // Lanes that don't matter hold what must not be seen.
+  // Unused lanes hold -1e9, which must never show in a result.
   static Rows<Lanes<Width>, Stride> rows(const Numbers& numbers) {
     Rows<Lanes<Width>, Stride> result;
     for (int k = 0; k < 4; ++k) {
@@ -44,7 +44,7 @@ class Quad {
   }
 };
 
-// Calls check with every width and stride that fits.
+// Calls check with every stride from 1 to Stride.
 template <int Width, int Stride, typename Check>
 void for_every_stride(Check check) {
   check(Quad<Width, Stride>{});

@@ -1,4 +1,4 @@
-// What instances beside each other may share: the result is as if each had been processed alone.
+// What instances side by side may share: the result is as if they had been processed one by one.
 
 #include "beside.h"
 
@@ -62,7 +62,7 @@ TEST_P(Sharing, OfTheWholeInstance) {
       [](Rack& rack, std::size_t i) { rack.contexts[i] = rack.contexts[i - 1]; });
 }
 
-// Each buffer in turn, over the one before it and over the one behind it.
+// Moves each buffer in turn by one sample onto the one before it, and onto the one after it.
 TEST_P(Sharing, OfASingleSample) {
   const std::size_t instances = enough_instances(GetParam()), all_inputs = channels() + Rack::kKeys;
   for (std::size_t buffer = 0; buffer < all_inputs + channels(); ++buffer) {
@@ -84,8 +84,8 @@ TEST_P(Sharing, OfASingleSample) {
   }
 }
 
-// An input that ends with the first sample of a later output, or begins with the last of an
-// earlier.
+// The input's last sample is the first of the next instance's output, or its first sample is the
+// last of the previous instance's.
 TEST_P(Sharing, OfASingleSampleOfAnInputWithAnOutput) {
   for (std::size_t c = 0; c < channels(); ++c) {
     expect_the_models_with_one([=](Rack& rack, std::size_t i) {

@@ -1,4 +1,4 @@
-// Bypass: a hard switch of the outputs, behind stages that run on.
+// Bypass: it switches the outputs at once, while all stages keep running.
 
 #include <tests/support/busy_strip.h>
 #include <tests/support/compare.h>
@@ -59,7 +59,7 @@ TEST_P(Bypass, CopiesWholeBlocksAndNothingBehindThem) {
   }
 }
 
-// Outputs and output peaks aside, a bypassed call leaves what any other leaves.
+// Apart from outputs and output peaks, a bypassed call has the same results as any other.
 TEST_P(Bypass, AllStateRunsOn) {
   BusyStrip bypassed(format()), reference(format());
   bypassed.dyn.bypass = 1;
@@ -113,7 +113,7 @@ TEST_P(Bypass, SampleThatIsNotANumberNeverEntersThePeaks) {
   }
 }
 
-// There is nothing left to restore: the inputs were overwritten by the time the switch acts.
+// When the bypass acts, the inputs have already been overwritten: there is nothing to restore.
 TEST_P(Bypass, InPlaceLeavesTheProcessedAudio) {
   BusyStrip bypassed(format()), processed(format());
   bypassed.dyn.bypass = 1;
@@ -123,8 +123,9 @@ TEST_P(Bypass, InPlaceLeavesTheProcessedAudio) {
   EXPECT_EQ(differences(bypassed, processed), "");
 }
 
-// out[c] is in[c + 1], and the last output is in[0]. The first pass halves: behind it, input 0
-// stands at 2^-N of its former self, and channel 0's copy starts a chain through all the others.
+// out[c] is in[c + 1], and the last output is in[0]. The first pass halves in ascending order,
+// which leaves input 0 at 2^-N. The bypass of channel 0 copies it to input 1, channel 1 copies
+// that, and so on through all channels.
 TEST_P(Bypass, GoesChannelByChannelInAscendingOrder) {
   Strip strip(format());
   strip.halve_exactly();

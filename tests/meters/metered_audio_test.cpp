@@ -31,8 +31,8 @@ TEST_P(MeteredAudio, InputPeakIsThatOfTheRawInputs) {
   }
 }
 
-// The outputs stand one quad before the inputs, so all but the last quad's inputs have been
-// overwritten by the next quad's outputs when the block is done.
+// The outputs lie one quad before the inputs, so by the end of the block every quad of inputs but
+// the last has been overwritten by the next quad's outputs.
 TEST_P(MeteredAudio, IsTakenWhenAllQuadsOfABlockAreDone) {
   Strip strip(format());
   strip.halve_exactly();
@@ -44,7 +44,7 @@ TEST_P(MeteredAudio, IsTakenWhenAllQuadsOfABlockAreDone) {
   }
 }
 
-// In place, the inputs are the outputs by then.
+// In place, the meters find the outputs where the inputs were.
 TEST_P(MeteredAudio, InPlaceBothMeasureTheProcessedAudio) {
   BusyStrip strip(format());
   strip.dyn.inputMeterGain = 1;

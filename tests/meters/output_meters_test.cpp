@@ -1,4 +1,4 @@
-// Input and output peaks: what they take in, and that they only rise.
+// Input and output peaks: what they measure, and that they only rise.
 
 #include <tests/support/compare.h>
 #include <tests/support/every_format.h>

@@ -1,4 +1,4 @@
-// Where a constant gain stands among the bands makes no difference.
+// It makes no difference after which of the bands a constant gain is applied.
 
 #include <gtest/gtest.h>
 #include <tests/model/random_sections.h>
@@ -14,8 +14,8 @@ namespace {
 class BandSplit : public EveryFormat {};
 INSTANTIATE_TEST_SUITE_P(EveryFormat, BandSplit, every_format(), format_name);
 
-// Eight peaks gliding to eight others, so that no first sample is tiny; the dynamics' gain is
-// exactly `gain`.
+// Eight peak bands that glide to eight others; peaks, because their b0 is never tiny. The gain of
+// the dynamics is exactly `gain`.
 std::unique_ptr<Strip> split_strip(std::string_view format, int split, float gain) {
   auto strip = std::make_unique<Strip>(format, 96);
   Random random(1);
@@ -56,7 +56,7 @@ TEST_P(BandSplit, AroundAGainOfOneEqualsTheUnsplitCascade) {
   }
 }
 
-// A power of two commutes with every rounding.
+// Multiplying by a power of two commutes with every rounding.
 TEST_P(BandSplit, AroundAGainOfOneHalfEqualsTheUnsplitCascade) {
   const auto unsplit = split_strip(format(), CHANNELSTRIP_EQ_BANDS, 0.5f);
   unsplit->process();

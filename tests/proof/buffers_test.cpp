@@ -81,6 +81,7 @@ TEST_P(Wirings, EachInstanceAgainAtTheEnd) {
   expect_the_models(each_instance_again_at_the_end);
 }
 
+// Buffers at every offset that a float can have in a cache line of 64 bytes.
 class Alignment : public EveryFormat {};
 INSTANTIATE_TEST_SUITE_P(EveryFormat, Alignment, every_format(), format_name);
 
@@ -95,7 +96,7 @@ void move_buffers(Scene& scene, Offset offset) {
   }
 }
 
-// Buffers are a multiple of a line apart.
+// The buffers are a multiple of a cache line apart.
 TEST_P(Alignment, OfAllBuffersAlikeMayBeAnyFloats) {
   Random random(1);
   for (std::size_t offset = 0; offset < kOffsets; ++offset) {

@@ -1,5 +1,5 @@
-// The modes of the thread's floating-point control word: rounding, and what becomes of denormals.
-// Sticky status flags are no part of it.
+// The modes in the thread's floating-point control word: rounding and the treatment of denormals.
+// The sticky status flags are left out.
 
 #pragma once
 
@@ -22,7 +22,7 @@ inline void set_control_word(uint64_t word) {
 }
 inline constexpr uint64_t kRoundingBits = 0x6000;
 inline constexpr uint64_t kRoundings[] = {0x0000, 0x2000, 0x4000, 0x6000};
-// Results flushed to zero, bit 15; operands taken as zeros, bit 6.
+// Bit 15: denormal results are flushed to zero. Bit 6: denormal operands count as zeros.
 inline constexpr uint64_t kDenormalBits = 0x8040;
 inline constexpr uint64_t kDenormalModes[] = {0x0000, 0x0040, 0x8000, 0x8040};
 
@@ -38,13 +38,13 @@ inline void set_control_word(uint64_t word) {
 }
 inline constexpr uint64_t kRoundingBits = 0xC00000;
 inline constexpr uint64_t kRoundings[] = {0x000000, 0x400000, 0x800000, 0xC00000};
-// Operands and results alike, bit 24.
+// Bit 24, for operands and results alike.
 inline constexpr uint64_t kDenormalBits = 0x1000000;
 inline constexpr uint64_t kDenormalModes[] = {0, kDenormalBits};
 
 #endif
 
-// A rounding and a denormal mode for the length of a scope.
+// Sets a rounding and a denormal mode for its scope.
 class InModes {
  public:
   InModes(uint64_t rounding, uint64_t denormals)

@@ -1,4 +1,4 @@
-// The control word is the host's: a call leaves it alone and computes as it says.
+// The control word belongs to the host: a call leaves it alone and computes in its modes.
 
 #include "control_word.h"
 
@@ -17,7 +17,7 @@ namespace {
 class ControlWord : public EveryFormat {};
 INSTANTIATE_TEST_SUITE_P(EveryFormat, ControlWord, every_format(), format_name);
 
-// Audio and memory among and around the denormals, the largest of which is 1.2e-38.
+// Audio and memory of the size of denormals (below 1.2e-38) or little above.
 Scene faint_scene(Random& random, const host::StemFormat& format) {
   Scene scene = independent_scene(random, format, Kind::kOrderFree);
   const float scale = random.pick({1e-36F, 1e-38F, 1e-40F});
@@ -37,7 +37,8 @@ Scene faint_scene(Random& random, const host::StemFormat& format) {
   return scene;
 }
 
-// Where denormals count as zeros but aren't flushed, a running maximum of them may be either.
+// If denormal operands count as zeros but results aren't flushed, a running maximum may hold a
+// denormal or 0: the two compare as equal. This makes either one 0.
 void flush_maxima(Scene& scene) {
   const auto flush = [](float& x) {
     if (std::fpclassify(x) == FP_SUBNORMAL) x = std::copysign(0.0F, x);

@@ -1,4 +1,4 @@
-// One call over many samples equals many calls over few.
+// One call over many samples equals several calls over parts of them.
 
 #include <gtest/gtest.h>
 #include <tests/support/every_format.h>
@@ -21,7 +21,7 @@ void move_buffers(Instance& it, int samples) {
   for (std::size_t& at : it.outputs_at) at += distance;
 }
 
-// One instance, wired in any way: a call goes through it block by block.
+// One instance, with its buffers connected in any way: a call processes it block by block.
 Scene one_instance(Random& random, const host::StemFormat& format, Kind kind) {
   Scene scene = some_scene(random, format, kind);
   scene.range = {0};
@@ -66,7 +66,7 @@ TEST_P(Cutting, IntoAnyBlocksChangesNothing) {
                         [&random](int rest) { return 16 * random.integer(1, rest / 16); });
 }
 
-// A count of 16 n - 15 or more asks for n blocks.
+// A count from 16 n - 15 to 16 n asks for n blocks.
 TEST_P(Cutting, APieceMayAskForLessThanItsLastBlock) {
   Random random(3);
   for (int trial = 0; trial < kTrials; ++trial) {

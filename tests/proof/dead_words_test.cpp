@@ -1,5 +1,5 @@
-// Words that take no part are neither read nor written: signalling NaNs there change nothing and
-// stay as they are, to the bit that any arithmetic would set.
+// Words that are not in use are neither read nor written: signalling NaNs there change nothing and
+// stay signalling, although any arithmetic would make them quiet.
 
 #include <gtest/gtest.h>
 #include <tests/support/compare.h>
@@ -18,7 +18,7 @@ namespace {
 class DeadWords : public EveryFormat {};
 INSTANTIATE_TEST_SUITE_P(EveryFormat, DeadWords, every_format(), format_name);
 
-constexpr uint32_t kSignalling = 0x7FA00001;  // as an integer far beyond any group or count
+constexpr uint32_t kSignalling = 0x7FA00001;  // as an integer, far beyond any group or count
 
 template <typename T>
 void poison(T& word) {
@@ -72,7 +72,7 @@ void poison_dead_words(Scene& scene, std::size_t channels) {
   for (Instance& it : scene.instances) poison_dead_words(it, channels);
 }
 
-// A copied or loaded signalling NaN keeps its bits, so records are compared as memory.
+// Copying a signalling NaN keeps its bits, so the records can be compared as memory.
 void expect_same_memory(const Instance& a, const Instance& b) {
   EXPECT_TRUE(same_record(a.dyn_coefs, b.dyn_coefs));
   EXPECT_TRUE(same_record(a.eq_targets, b.eq_targets));

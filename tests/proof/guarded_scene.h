@@ -1,5 +1,5 @@
-// A scene in which every record, pointer array and buffer lies in a mapping of its own, flush
-// against a page that can't be touched; what the library may only read can't be written.
+// A scene in which every record, pointer array and buffer lies in a mapping of its own, directly
+// beside a page that can't be accessed. What the library may only read is write-protected.
 
 #pragma once
 
@@ -22,7 +22,7 @@ Guarded<T> guarded(const T& value, Guard guard, Access access) {
   return Guarded<T>(std::span(&value, 1), guard, access);
 }
 
-// Records of channels past N aren't there at all.
+// Only the records of the format's N channels exist.
 struct GuardedRecords {
   GuardedRecords(const Instance& it, std::size_t channels, Guard guard)
       : dyn_coefs(guarded(it.dyn_coefs, guard, Access::kReadOnly)),
@@ -69,7 +69,8 @@ struct GuardedContext {
   Guarded<SChannelStrip_Alg_Context> context;
 };
 
-// For scenes whose buffers are the same or apart. Each ends with the last block of its longest use.
+// For scenes whose buffers are identical or apart, not overlapping in part. Each buffer ends with
+// the last block of its longest use.
 class GuardedScene {
  public:
   GuardedScene(const Scene& scene, std::size_t channels, Guard guard) {

@@ -1,4 +1,5 @@
-// Nothing is touched outside the host's records and buffers, and nothing of the host's is written.
+// Nothing outside the host's records and buffers is touched, and nothing that belongs to the host
+// is written.
 
 #include <gtest/gtest.h>
 #include <tests/model/compare.h>
@@ -22,7 +23,7 @@ class Guards : public EveryFormat {
     ASSERT_EQ(first_difference(by_each_order(GetParam(), scene), result), "");
   }
 
-  // Random counts come first, then those around whole blocks.
+  // A count of 0 stands for a random one; the others lie around whole blocks.
   static void expect_no_stray_access(Guard guard) {
     Random random(1);
     for (const int count : {0, 0, 0, 0, 1, 4, 15, 16, 17, 31, 32, 33, 96, 97, 112}) {

@@ -1,4 +1,5 @@
-// Whom numbers that no host should send harm, and whom not.
+// Numbers that no host should send: which channels, groups and instances they affect, and which
+// not.
 
 #include <gtest/gtest.h>
 #include <tests/support/every_format.h>
@@ -24,7 +25,8 @@ std::span<float> samples(Scene& scene, std::size_t at) {
   return std::span(scene.arena).subspan(at, kMostSamples);
 }
 
-// The first instance's channel in both scenes: what it hears, remembers and puts out becomes alike.
+// Clears the first instance's channel in both scenes, so that it counts as equal: its inputs,
+// filter memory, peaks and outputs.
 void forgive_channel(Scene& scene, Scene& other, std::size_t c) {
   const std::size_t channels = scene.instances[0].outputs_at.size();
   for (Scene* const each : {&scene, &other}) {
@@ -37,7 +39,7 @@ void forgive_channel(Scene& scene, Scene& other, std::size_t c) {
   }
 }
 
-// A channel's whole link group, with its gain, and the readouts that all groups share.
+// The same for a whole link group, with its gain and the readouts that all groups share.
 void forgive_group(Scene& scene, Scene& other, int32_t group) {
   const std::size_t channels = scene.instances[0].outputs_at.size();
   for (std::size_t c = 0; c < channels; ++c) {
@@ -55,7 +57,7 @@ void forgive_group(Scene& scene, Scene& other, int32_t group) {
   }
 }
 
-// The poisoned instance comes first, and others behind it can stand beside it in a register.
+// The first instance, which is poisoned, has no key; those after it may share a register with it.
 Scene scene_with_own_detection(Random& random, const host::StemFormat& format, Kind kind) {
   Scene scene = independent_scene(random, format, kind);
   scene.instances[0].key_input = 0;
@@ -81,8 +83,8 @@ TEST_P(Harm, OfAudioStaysInTheChannelsLinkGroup) {
   }
 }
 
-// A NaN never raises a level, and it stays in the filters: from its first sample on, the channel is
-// silence to the others.
+// A NaN never raises a level, and it stays in the filters: from its first sample on, the channel
+// counts as silent in its group.
 TEST_P(Harm, OfANanIsThatItsChannelCountsAsSilent) {
   for (const Kind kind : {Kind::kEqualiser, Kind::kDynamics}) {
     Random random(2);

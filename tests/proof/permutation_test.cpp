@@ -1,4 +1,4 @@
-// Which channel or instance stands where makes no difference.
+// The order of channels and of instances makes no difference.
 
 #include <gtest/gtest.h>
 #include <tests/support/every_format.h>
@@ -19,7 +19,7 @@ INSTANTIATE_TEST_SUITE_P(EveryFormat, Permutation, every_format(), format_name);
 constexpr int kTrials = 30;
 constexpr Kind kKinds[] = {Kind::kOrderFree, Kind::kEqualiser, Kind::kDynamics};
 
-using Order = std::vector<std::size_t>;  // element i: what stood there before
+using Order = std::vector<std::size_t>;  // element i: the former position of what is now at i
 
 template <typename T>
 void shuffle(Random& random, std::vector<T>& elements) {
@@ -47,7 +47,7 @@ Order inverse_of(const Order& order) {
   return inverse;
 }
 
-// In the order of their lowest channels, which is that in which they raise the shared readouts.
+// The groups by their lowest channels, which is the order in which they raise the shared readouts.
 std::vector<int32_t> groups_in_order(const Instance& it, const Order& order) {
   std::vector<int32_t> groups;
   for (std::size_t from : order) {
@@ -62,7 +62,7 @@ std::size_t lowest_channel(const Instance& it, int32_t group) {
   return static_cast<std::size_t>(std::find(groups, groups + kMaxChannels, group) - groups);
 }
 
-// A record's key filter, reserved word and rate stay where they are.
+// Swaps all but the key filter's memory, the reserved word and the rate.
 void swap_gain_computers(Dyn_SState& a, Dyn_SState& b) {
   std::swap(a, b);
   std::swap(a.keyZ1, b.keyZ1);
@@ -71,8 +71,8 @@ void swap_gain_computers(Dyn_SState& a, Dyn_SState& b) {
   std::swap(a.dezipRate, b.dezipRate);
 }
 
-// Each channel takes its buffers, memory, meters and group along. What a group has once goes with
-// its lowest channel; the rate stays in record 0.
+// Moves each channel's buffers, memory, meters and group. What a group has once moves to its lowest
+// channel; the rate stays in record 0.
 Instance permuted(const Instance& it, const Order& order) {
   const std::size_t channels = order.size();
   const std::size_t gains = 2 * channels + CHANNELSTRIP_METER_CHANNEL_GAIN;
@@ -100,7 +100,7 @@ Instance permuted(const Instance& it, const Order& order) {
   return result;
 }
 
-// Some instances in place, so that their channels are alike in nothing but their own buffers.
+// About half of the instances are processed in place: a channel's output is its own input.
 Scene scene_in_and_out_of_place(Random& random, const host::StemFormat& format, Kind kind) {
   Scene scene = independent_scene(random, format, kind);
   for (Instance& it : scene.instances) {
@@ -145,7 +145,7 @@ TEST_P(Permutation, OfChannelsPermutesTheResultsWhereGroupsKeepTheirOrder) {
   expect_permutes(GetParam(), choose, [](Instance&) {});
 }
 
-// Of two samples with the same greatest gain, the one of the earlier group gives the level.
+// Of two samples with the same greatest gain, the one of the earlier group sets the level readout.
 TEST_P(Permutation, OfChannelsPermutesAllButTheLevelReadout) {
   const auto choose = [](Random& random, const Instance&) {
     return random_order(random, channels());

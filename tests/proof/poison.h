@@ -15,7 +15,7 @@ inline constexpr float kInfinity = std::numeric_limits<float>::infinity();
 inline constexpr float kDenormal = 1e-40F;
 inline constexpr float kHuge = 3e38F;
 
-// Of either sign.
+// A random one of either sign.
 inline float random_poison(Random& random) {
   const float value = random.pick(
       {kNaN, kInfinity, 0.0F, kDenormal, std::numeric_limits<float>::denorm_min(), kHuge});

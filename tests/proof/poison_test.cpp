@@ -1,5 +1,5 @@
-// What NaNs, infinities, zeros, denormals and huge numbers lead to is the model's result, wherever
-// they stand: its bits, or a NaN where it has one.
+// NaNs, infinities, zeros, denormals and huge numbers anywhere give the model's result: the same
+// bits, or a NaN where the model has one.
 
 #include "poison.h"
 
@@ -30,7 +30,7 @@ float& any_sample(Random& random, Scene& scene, std::size_t buffer) {
   return one_of(random, std::span(scene.arena).subspan(buffer, kMostSamples));
 }
 
-// Words of the block that are floats, filters and metering gain among them.
+// Poisons words of the block that are floats, including the filters and the metering gain.
 void poison_coefficients(Random& random, Dyn_SCoefsBlock& coefs) {
   static constexpr std::pair<int, int> kFloats[] = {{0, 10}, {12, 23}, {25, 35}, {47, 47}};
   const auto [first, last] = kFloats[random.integer(0, 3)];

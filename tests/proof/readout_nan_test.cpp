@@ -1,4 +1,4 @@
-// Which meters a NaN can enter that held none, and which not.
+// Which meters can become NaN, and which can't.
 
 #include <gtest/gtest.h>
 #include <tests/support/every_format.h>
@@ -15,7 +15,7 @@ namespace {
 class ReadoutNan : public EveryFormat {};
 INSTANTIATE_TEST_SUITE_P(EveryFormat, ReadoutNan, every_format(), format_name);
 
-// A term of NaN stays one, and so does its gain.
+// A gain term that is NaN stays NaN, and so does the gain.
 void make_gain_nan(Strip& strip) {
   for (Dyn_SState& state : strip.dyn_state) state.compGain = kNaN;
 }
@@ -32,8 +32,8 @@ void set_readout(Strip& strip, int index, float value) {
   strip.meters[static_cast<std::size_t>(meter)] = value;
 }
 
-// A gain readout of 0 counts as empty and takes the gain of the first sample louder than the level
-// readout as it is.
+// A gain readout of 0 counts as empty: it takes the gain of the first sample that is louder than
+// the level readout, even a NaN.
 TEST_P(ReadoutNan, EntersAnEmptyGainReadoutWithASampleAboveTheLevelReadout) {
   for (const float empty : {0.0f, -0.0f}) {
     Strip strip(format());
@@ -69,7 +69,7 @@ TEST_P(ReadoutNan, StaysOutOfAGainReadoutThatIsNotEmpty) {
   }
 }
 
-// Once there, it stays: nothing is greater.
+// A NaN stays once it is there: no gain compares as greater.
 TEST_P(ReadoutNan, StaysInTheGainReadoutUntilTheHostResetsIt) {
   Strip strip(format());
   strip.fill_inputs(0.5f);
@@ -81,7 +81,7 @@ TEST_P(ReadoutNan, StaysInTheGainReadoutUntilTheHostResetsIt) {
   EXPECT_GT(gain_readout(strip), 1);
 }
 
-// The level readout is no maximum but the level beside the greatest gain, and that may be a NaN.
+// The level readout is no maximum: it is the level at the greatest gain, which may be a NaN.
 TEST_P(ReadoutNan, OfTheDetectorEntersTheLevelReadoutWithARisingGain) {
   Strip strip(format());
   strip.dyn.detectorMode = 1;
@@ -106,7 +106,7 @@ TEST_P(ReadoutNan, OfAnInfiniteSampleReachesTheLevelReadoutInSmoothedMode) {
   EXPECT_GT(gain_readout(strip), 1);
 }
 
-// A channel's gain readout is a copy of its group's first, the host's own NaN included.
+// A channel's gain readout is copied from its group's first channel, even a NaN that the host left.
 TEST_P(ReadoutNan, OfTheHostInAGroupsFirstGainIsMirrored) {
   Strip strip(format());
   strip.fill_inputs(0.5f);
@@ -117,7 +117,7 @@ TEST_P(ReadoutNan, OfTheHostInAGroupsFirstGainIsMirrored) {
   }
 }
 
-// Peaks, reductions and gains of channels take none, whatever stands wherever.
+// Peaks, reductions and the channels' gains never become NaN, whatever numbers are where.
 TEST_P(ReadoutNan, EntersNoOtherMeter) {
   const std::size_t readouts = 2 * channels();
   Random random(1);

@@ -1,4 +1,4 @@
-// What a host has to reset after numbers that it should not have sent.
+// What a host has to reset after it has sent invalid numbers.
 
 #include <gtest/gtest.h>
 #include <tests/support/every_format.h>
@@ -55,8 +55,8 @@ TEST_P(Recovery, NothingOutlivesAResetOfTheHostsRecords) {
   }
 }
 
-// Gain terms, glides, gate and hold can't take a NaN or an infinity from audio: levels in dB are
-// finite whatever the detector says.
+// Audio can't make gain terms, glides, gate or hold NaN or infinite: levels in dB are finite
+// whatever the detector's level is.
 TEST_P(Recovery, FromAudioNeedsFilterMemoryAndPeakResetAlone) {
   Random random(2);
   for (int trial = 0; trial < kTrials; ++trial) {

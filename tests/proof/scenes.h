@@ -1,4 +1,4 @@
-// Random scenes for the relations that results must keep.
+// Random scenes, and the library's and the model's results for them.
 
 #pragma once
 
@@ -14,24 +14,23 @@ namespace channelstrip::test {
 
 inline constexpr std::size_t kStride = 128;  // samples from one buffer to the next
 
-// A random scene of one instance at least.
+// A random scene with at least one instance.
 Scene some_scene(Random& random, const host::StemFormat& format, Kind kind);
 
-// One whose instances share nothing, every buffer apart. No key is a main input; the
-// entries of inputs_at from N on are free for one.
+// A random scene whose instances share nothing and whose buffers all lie apart. The key is never a
+// main input: it is one of the entries of inputs_at from N on.
 Scene independent_scene(Random& random, const host::StemFormat& format, Kind kind);
 
 Scene by_library(const host::StemFormat& format, Scene scene);
 
-// The model's, once for each legal order of a filter's sums.
+// The model's results, one for each legal order of a filter's sums.
 std::array<Scene, 3> by_each_order(const host::StemFormat& format, const Scene& scene);
 
-// The first word that differs between two results; "" if there is none. Any NaN is any other's
+// Describes the first word that differs between two results; "" if there is none. All NaNs count as
 // equal.
 std::string difference(const Scene& expected, const Scene& actual);
 
-// The same between the library's result and the model's, for scenes whose filters leave the order
-// of their sums no say.
+// The same for the library's result and the model's, for scenes of kind kOrderFree.
 std::string difference_from_model(const host::StemFormat& format, const Scene& scene);
 
 }  // namespace channelstrip::test

@@ -8,7 +8,7 @@ namespace {
 
 using Buffers = std::vector<std::size_t>;
 
-// The main inputs in another order become the outputs.
+// Makes the main inputs, in another order, the outputs.
 template <typename Source>
 void outputs_are_inputs(Scene& scene, std::size_t channels, Source source) {
   for (Instance& it : scene.instances) {
@@ -22,7 +22,7 @@ void detect_from(Instance& it, std::size_t channels, std::size_t buffer) {
   it.inputs_at[channels] = buffer;
 }
 
-// Which channel a wiring picks differs from instance to instance.
+// The picked channel differs from instance to instance.
 template <typename Pick>
 void key_is(Scene& scene, std::size_t channels, Pick pick) {
   for (std::size_t i = 0; i < scene.instances.size(); ++i) {

@@ -1,4 +1,4 @@
-// Ways to connect the buffers of a scene's instances, which lie apart before.
+// Ways to connect the buffers of a scene's instances, which must lie apart before.
 
 #pragma once
 

@@ -1,6 +1,6 @@
-// Calls every entry point block by block, on several records and several kinds of audio, and prints
-// what each call was: "Mono worst silence". Counts nothing: that is for who runs it, from
-// counted_call's first instruction to its last.
+// Calls every entry point block by block, with several settings and kinds of audio, and prints a
+// line for each call: "Mono worst silence". The program that runs it counts the instructions, from
+// the first of counted_call to its last.
 //
 //   cost_driver LIBRARY
 
@@ -18,7 +18,7 @@ extern "C" {
                                     const SChannelStrip_Alg_Context* const* begin,
                                     const void* end) {
   entry(begin, end);
-  asm volatile("");  // keeps it a call; a jump would not come back here
+  asm volatile("");  // keeps the call from becoming a tail jump, which would not return here
 }
 
 }  // extern "C"
@@ -29,10 +29,10 @@ namespace {
 constexpr int kBlock = 16;
 constexpr int kBlocks = 24;
 
-// No band; eight bands and everything else at work; the most that records can ask for.
+// No bands; eight bands and all stages at work; the most work that records can ask for.
 constexpr const char* kRecords[] = {"bandless", "programme", "worst"};
 
-// Between them they take both sides of every comparison of a level.
+// Together they take both sides of every comparison with a level.
 constexpr const char* kAudio[] = {"silence", "speech", "tone", "noise", "edges", "bursts", "swell"};
 
 void write_records(Strip& strip, std::string_view records) {
@@ -57,7 +57,8 @@ float sample(std::string_view audio, int channel, int i, Noise& noise) {
   if (audio == "speech") return syllable * syllable * (tone + 0.2f * noise());
   if (audio == "tone") return 2 * tone;
   if (audio == "noise") return noise();
-  if (audio == "edges") return (i % 2 == 0 ? 0.1f : -0.1f) * (1 + 0.2f * noise());  // of a knee
+  if (audio == "edges")
+    return (i % 2 == 0 ? 0.1f : -0.1f) * (1 + 0.2f * noise());  // around a knee edge
   if (audio == "bursts") return i / 7 % 2 != 0 ? noise() : 0;
   if (audio == "swell") return 1e-6f * std::exp(0.036f * time);  // to 0 dB
   return 0;

@@ -1,4 +1,4 @@
-// A range of instances of one format, ready to be called, that between them take every mode.
+// A range of instances of one format, ready for a call, that together cover every mode.
 
 #pragma once
 
@@ -12,7 +12,7 @@ namespace channelstrip::test {
 
 class EveryMode {
  public:
-  // 40 samples: two whole blocks and a begun one.
+  // 40 samples: two whole blocks and a partial one.
   explicit EveryMode(const host::StemFormat& format) {
     for (unsigned seed = 0; seed < 4; ++seed) strips_.emplace_back(format.name, 40, seed);
 
@@ -25,7 +25,7 @@ class EveryMode {
     listening.dyn.keyListen = 1;
     listening.dyn.bypass = 1;
 
-    // As many sections as a host can ask for, on what no filter recovers from.
+    // As many sections as a host can ask for, on audio that no filter recovers from.
     Strip& harsh = strips_[3];
     harsh.eq.firstBand[1] = 0;
     harsh.eq.endBand[0] = CHANNELSTRIP_EQ_BANDS;
@@ -34,7 +34,7 @@ class EveryMode {
     for (Strip& strip : strips_) contexts_.push_back(strip.context());
   }
 
-  // Nothing but the call.
+  // Does nothing but the call.
   void process(AlgEntry_16_Stem* entry) const {
     entry(contexts_.data(), contexts_.data() + contexts_.size());
   }

@@ -1,5 +1,5 @@
-// How deep a call of an entry point goes: it runs on a painted stack, whose deepest changed byte
-// tells.
+// Measures how much stack a call of an entry point takes: it runs on a stack filled with a known
+// byte, and the deepest changed byte is the depth.
 
 #pragma once
 
@@ -17,9 +17,9 @@ namespace channelstrip::test {
 
 class PaintedStack {
  public:
-  // Bytes below the caller's frame, the return address with them. The entry point is called by
-  // address and nothing else is: the first call through a linkage table would run the dynamic
-  // linker on this stack.
+  // Bytes below the caller's frame, including the return address. Only the entry point is called,
+  // and by its address: a first call through a linkage table would run the dynamic linker on this
+  // stack.
   static std::size_t depth(const EveryMode& range, AlgEntry_16_Stem* entry) {
     call_ = {&range, entry, nullptr};
     std::vector<std::byte> stack(kSize, kPaint);

@@ -1,4 +1,4 @@
-// Calls take a bounded stack and ask nothing of the kernel.
+// Calls take a bounded stack and make no system call.
 
 #include <gtest/gtest.h>
 #include <linux/seccomp.h>

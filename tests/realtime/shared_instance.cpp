@@ -1,5 +1,5 @@
-// What a host must not do: one instance in two calls at once. Shows that the thread sanitizer sees
-// into the library.
+// What a host must not do: process one instance in two calls at once. The thread sanitizer has to
+// report it, which shows that it sees into the library.
 
 #include <tests/support/busy_strip.h>
 

@@ -15,7 +15,7 @@ constexpr size_t kThreads = 8;
 constexpr size_t kStripsPerThread = 64;
 constexpr int kCalls = 10;
 
-// The strips of all threads, made by turns so that neighbours in memory belong to different
+// The strips of all threads, allocated in turn, so that neighbours in memory belong to different
 // threads.
 class Instances {
  public:
@@ -64,7 +64,7 @@ TEST(Threads, DisjointInstancesComeOutAsInTurn) {
       }
     }
     for (size_t thread = 0; thread < kThreads; ++thread) in_turn.process(thread);
-    // At once, before filters forget.
+    // After every call, before the filters forget a difference.
     for (size_t i = 0; i < at_once.strips().size(); ++i) {
       const Strip& strip = at_once.strips()[i];
       ASSERT_EQ(differences(strip, in_turn.strips()[i]), "") << "strip " << i << ", call " << call;

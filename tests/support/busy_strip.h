@@ -19,8 +19,8 @@ class Noise {
   std::minstd_rand generator_;  // 1 to 2^31 - 2
 };
 
-// Noise on every input; eight different bands and the makeup on their way to their targets, three
-// bands after the dynamics; compressor, gate and all link groups at work.
+// Noise on every input. Eight different bands, three of them after the dynamics, and the makeup
+// glide to their targets. Compressor, gate and all link groups are at work.
 class BusyStrip : public Strip {
  public:
   explicit BusyStrip(std::string_view format_name, int samples = 32, unsigned seed = 0)

@@ -36,8 +36,8 @@ bool same_record(const Record& a, const Record& b) {
   return same_bits(std::span(&a, 1), std::span(&b, 1));
 }
 
-// Names what differs between two strips of one format, in buffers and records: "out meters", or
-// "" if nothing does.
+// Names the buffers and records that differ between two strips of one format, such as "out meters";
+// "" if none does.
 inline std::string differences(const Strip& a, const Strip& b) {
   std::string names;
   const auto note = [&names](bool same, const char* name) {

@@ -1,4 +1,4 @@
-// Memory that ends, or begins, where nothing is mapped: a stray read or write faults.
+// Memory that ends or begins at a page without access: a stray read or write faults.
 
 #pragma once
 

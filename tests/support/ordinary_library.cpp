@@ -1,4 +1,4 @@
-// What any shared library may hold and this project's must not: imports, a constructor, data.
+// A shared library with what this project's must not have: imports, a constructor, writable data.
 
 #include <cmath>
 

@@ -29,12 +29,12 @@ inline AlgEntry_16_Stem* entry_point(const host::StemFormat& format) {
   return library.entry_point(format);
 }
 
-// Passes audio unchanged but for the 1.0000013 that each of the two 0 dB terms stands for: bands
-// and filters are identities that no pass runs, curves give 0 dB at any level, the gate is open,
+// Passes audio unchanged except for the factor 1.0000013 of each of the two 0 dB terms. Bands and
+// filters are identities and no pass runs a band, curves give 0 dB at any level, the gate is open,
 // every weight is 1, all channels are linked.
 class Strip {
  public:
-  // One input more than channels is there to serve as the key.
+  // There is one input more than channels, for the key.
   explicit Strip(std::string_view format_name, int samples = 16)
       : format(format_named(format_name)),
         channels(format.channels),
@@ -63,7 +63,7 @@ class Strip {
   Strip(const Strip&) = delete;
   Strip& operator=(const Strip&) = delete;
 
-  // Coefficients, ranges and makeup in use become their targets, without a glide.
+  // Sets coefficients, ranges and makeup in use to their targets, without a glide.
   void jump_to_targets() {
     std::copy(std::begin(eq.targetCoefs), std::end(eq.targetCoefs), dezip.coefs);
     std::copy(std::begin(eq.targetCoefs), std::end(eq.targetCoefs), dezip.smoothedCoefs);
@@ -74,7 +74,7 @@ class Strip {
     }
   }
 
-  // Makes the dynamics gain exactly 1: the makeup undoes the two factors of 0 dB.
+  // Makes the dynamics gain exactly 1: the makeup cancels the two factors of 0 dB.
   void pass_exactly() {
     dyn.makeupGain = 0x1.ffffa8p-1f;
     for (Dyn_SState& state : dyn_state) state.curMakeupGain = dyn.makeupGain;
@@ -96,7 +96,7 @@ class Strip {
     for (auto& channel : in) std::fill(channel.begin(), channel.end(), value);
   }
 
-  // Points at the buffers as they are now; valid until one of them is resized.
+  // Points to the buffers; valid until one of them is resized.
   const SChannelStrip_Alg_Context* context() {
     inputs_.clear();
     for (auto& channel : in) inputs_.push_back(channel.data());
@@ -116,7 +116,7 @@ class Strip {
 
   float input_peak(int channel) const { return meter(channel); }
   float output_peak(int channel) const { return meter(channels + channel); }
-  // Readouts 0 to 3, then 4 + channel.
+  // Index 0 to 3, or 4 + channel.
   float readout(int index) const { return meter(2 * channels + index); }
 
   const host::StemFormat& format;
@@ -150,7 +150,7 @@ inline std::vector<float*> pointers(std::vector<std::vector<float>>& channels, s
   return result;
 }
 
-// Runs the strip on other buffers than its own.
+// Runs the strip on the given buffers instead of its own.
 inline void process_on(Strip& strip, const std::vector<float*>& inputs,
                        const std::vector<float*>& outputs) {
   SChannelStrip_Alg_Context context = *strip.context();
@@ -160,7 +160,7 @@ inline void process_on(Strip& strip, const std::vector<float*>& inputs,
   entry_point(strip.format)(contexts, contexts + 1);
 }
 
-// Runs all strips, of one format, in one call.
+// Runs all strips, which must have one format, in one call.
 inline void process_range(std::initializer_list<Strip*> strips) {
   std::vector<const SChannelStrip_Alg_Context*> contexts;
   for (Strip* strip : strips) contexts.push_back(strip->context());
