@@ -1,4 +1,4 @@
-// What a strip makes of a stream, and streams that keep it busy.
+// Plays a stream through a strip, and makes streams that keep every stage busy.
 
 #pragma once
 
@@ -30,7 +30,7 @@ struct Stream {
   std::vector<float> key = {};  // none: no key
   std::vector<std::pair<std::uint64_t, host::StripSettings>> changes = {};
   std::function<void(const host::MeterReading&)> observer = {};
-  // The equaliser's coefficients at the start, `mix` of the way to those of other settings.
+  // The EQ starts with coefficients that are `mix` (0 to 1) of the way to those of these settings.
   host::StripSettings mixed_with = {};
   float mix = 0;
 };
@@ -90,7 +90,7 @@ inline host::StripSettings busy_settings() {
   return settings;
 }
 
-// Loud and quiet by turns, so that every part of the dynamics moves.
+// Alternately loud and quiet noise, so that every part of the dynamics moves.
 inline std::vector<float> bursts(std::size_t frames, std::size_t channels) {
   std::vector<float> samples = noise(frames * channels, 0.9f);
   for (std::size_t i = 0; i < samples.size(); ++i) {

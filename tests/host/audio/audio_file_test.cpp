@@ -1,4 +1,4 @@
-// What a rendered file holds of the one it came from.
+// What a rendered file keeps of its input.
 
 #include <cmath>
 #include <string>
@@ -32,7 +32,7 @@ TEST_F(RenderedFile, SaysWhenItsContainerCannotHoldTheSamples) {
                 "samples at 48000 Hz");
 }
 
-// The sign of 8 bits is the container's, and samples of ALAC are held plainly.
+// 8-bit samples are signed or not as the container wants; ALAC's samples are written as plain PCM.
 TEST_F(RenderedFile, HoldsItsSamplesInATypeItsContainerKnows) {
   struct Case {
     const char *from, *to;

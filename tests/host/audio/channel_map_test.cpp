@@ -42,7 +42,7 @@ TestAudio surround(const std::vector<int>& map, int format) {
           .floats = noise(1000 * map.size(), 0.25f)};
 }
 
-// The four bytes behind the plain format fields of an extensible WAV header.
+// The channel mask in an extensible WAV header: the four bytes after the plain format fields.
 unsigned mask_of(const std::string& path) {
   const std::string bytes = contents(path);
   unsigned mask = 0;

@@ -1,4 +1,4 @@
-// Every container with every sample type and number of channels it holds.
+// Every container with every sample type and number of channels that it can hold.
 
 #include <gtest/gtest.h>
 
@@ -58,7 +58,7 @@ const std::vector<Container> kContainers = {
       SF_FORMAT_DOUBLE},
      false}};
 
-// 24 bits: exact in every sample type that has as many.
+// Samples of 24 bits, which are exact in every sample type of at least 24 bits.
 constexpr int kRate = 96000;
 constexpr std::size_t kFrames = 5000;
 

@@ -20,7 +20,7 @@ using host::Dither;
 constexpr std::size_t kSamples = 1 << 20;
 constexpr int kBits = 16;
 
-// In steps.
+// The errors of to_pcm(), in steps of the sample type.
 std::vector<double> errors(const std::vector<float>& samples) {
   std::vector<std::int32_t> integers(samples.size());
   host::to_pcm(samples, kBits, Dither::kTriangular, 0, integers);
@@ -43,9 +43,10 @@ double variance(const std::vector<double>& values) {
   return sum / static_cast<double>(values.size()) - mean(values) * mean(values);
 }
 
-// The total error of non-subtractive triangular dither has mean 0 and variance 3/12 whatever the
-// signal. Of 2^20 samples the mean strays by 0.5 / 2^10 = 0.0005 (one sigma); the error lies within
-// 1.5, so its square strays by less than 2.25 / 2^10 = 0.0022. Bounds are 5 sigma and more.
+// The total error of non-subtractive triangular dither has mean 0 and variance 3/12 for any signal.
+// Over 2^20 samples the standard deviation of the mean is 0.5 / 2^10 = 0.0005; the error lies
+// within 1.5, so that of its square is less than 2.25 / 2^10 = 0.0022. The bounds are 5 sigma or
+// more.
 constexpr double kMeanBound = 0.0025;
 constexpr double kVarianceBound = 0.011;
 
@@ -67,7 +68,7 @@ TEST(Dither, GivesAnErrorUncorrelatedWithASignalOfLessThanAStep) {
   double sum = 0;
   for (std::size_t i = 0; i < kSamples; ++i) sum += e[i] * static_cast<double>(samples[i]) * 0x1p15;
   EXPECT_NEAR(sum / kSamples, 0, 0.4 * kMeanBound);
-  // Rounded to nearest every one of them would be 0.
+  // Without dither every sample would round to 0.
   EXPECT_NEAR(variance(e), 3.0 / 12, kVarianceBound);
 }
 

@@ -1,4 +1,4 @@
-// Markers and other entries of lists on their way from one kind of file into another.
+// Markers and other list entries, copied from one kind of file to another.
 
 #include <gtest/gtest.h>
 
@@ -72,7 +72,8 @@ TEST(Marker, KeepsPlaceAndNameBetweenAiffAndWav) {
   }
 }
 
-// The order of playing is what some programs go by, the place in the data what others do.
+// A cue point has its position twice: some programs read the one in playing order, others the one
+// in the data.
 TEST(Marker, IsTwiceInItsWavChunk) {
   const TemporaryFolder folder;
   copy_audio(aiff(folder.file("in.aiff"), {marker(1, 500, "")}), folder.file("out.wav"));

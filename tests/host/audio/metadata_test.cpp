@@ -1,4 +1,4 @@
-// What a written file keeps of what the read one said beside its samples.
+// Which metadata of the input a written file keeps.
 
 #include "host/audio/metadata.h"
 
@@ -40,7 +40,7 @@ std::string broadcast_chunk() {
   return bext;
 }
 
-// A version, a title among 2044 bytes of fields, and free text of odd length.
+// A version, 2044 bytes of fields with a title in them, and free text of odd length.
 std::string cart_chunk() {
   std::string cart(2048, '\0');
   cart.replace(0, 4, "0101");
@@ -52,7 +52,7 @@ std::string loop_chunk() {
   return numbers({0, 0, 20833, 60, 0, 0, 0, 1, 0, 0, 0, 100, 900, 0, 0});
 }
 
-// Odd sizes, a long one, and chunks that libsndfile writes otherwise or not at all.
+// Chunks of odd size, a long one, and ones that libsndfile writes differently or not at all.
 const std::vector<Chunk> kChunks = {
     {"bext", broadcast_chunk()},
     {"cart", cart_chunk()},

@@ -1,4 +1,4 @@
-// A file written, rendered and read back.
+// A fixture that writes a file and renders it.
 
 #pragma once
 

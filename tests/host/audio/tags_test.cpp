@@ -1,4 +1,4 @@
-// Title, artist and the like from container to container.
+// Title, artist and similar tags, copied from container to container.
 
 #include <gtest/gtest.h>
 
@@ -80,8 +80,8 @@ TEST(Tags, ThatAiffDoesNotKnowAreNamed) {
             (Names{"date", "album", "license", "track number", "genre"}));
 }
 
-// libsndfile's buffer still holds the longer title that it read before. It adds its own name to no
-// text that has it.
+// When libsndfile reads the software tag, its buffer still holds the longer title that came before.
+// On writing it appends its own name to the software, unless the text contains it already.
 TEST(Tags, OfAiffEndWithTheirChunks) {
   const TemporaryFolder folder;
   const std::string file = folder.file("in.aiff");

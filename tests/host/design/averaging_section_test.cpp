@@ -29,7 +29,7 @@ TEST(AveragingSection, HasUnitGainAtZeroHertzWithItsFloatFeedback) {
       const auto gain = static_cast<float>(section.b0);
       EXPECT_EQ(section.a1, static_cast<double>(feedback));
       EXPECT_EQ(section.b0, 1 - section.a1);
-      if (feedback >= 0.5f) {  // from here up, 1 - feedback is itself a float
+      if (feedback >= 0.5f) {  // from here on, 1 - feedback is exactly a float
         EXPECT_EQ(section.b0, static_cast<double>(gain)) << time << " ms";
       }
       EXPECT_EQ(section.b1, 0);
@@ -41,7 +41,7 @@ TEST(AveragingSection, HasUnitGainAtZeroHertzWithItsFloatFeedback) {
 
 TEST(AveragingSection, CoversAllButOneOverEOfAStepInItsTime) {
   const Section section = averaging_section(20, kRate);
-  // p^960 moves by 960 / p times what rounding p to a float did, 2^-25 at most.
+  // Rounding p to a float moves it by 2^-25 at most, which moves p^960 by 960 / p times as much.
   EXPECT_NEAR(filtered(section, std::vector(960, 1.0)).back(), 1 - kOneOverE,
               kOneOverE * 961 * 0x1p-25);
 }
@@ -64,7 +64,7 @@ TEST(AveragingPoles, LeaveOneOverEOfAStepAfterTheirTime) {
   }
 }
 
-// The formula against the two filters one after the other.
+// Compares the formula with two one-pole filters in series.
 TEST(AveragingPoles, RemainderIsThatOfTwoOnePolesInARow) {
   for (const PolePair& poles :
        {PolePair{0.01, 0.01}, PolePair{0.01, 0.3}, PolePair{0.002, 0.0020001}, PolePair{0.02, 1}}) {
@@ -99,8 +99,9 @@ TEST(RmsSection, HoldsFloatsWhoseGainAtZeroHertzIsOne) {
   }
 }
 
-// b0 is 2^-17 or more and rounded by up to 2^-25, a 256th: so much may the time be off, while the
-// step moves by x^2 e^-x = 0.54 per time at most, x = 2.146. The sum of the poles moves less.
+// b0 is 2^-17 or more and rounded by up to 2^-25, so it and the time may be off by a 256th. At the
+// time, x = 2.146 time constants of each pole, the step response moves by at most x^2 e^-x = 0.54
+// times that. Rounding the sum of the poles matters less.
 TEST(RmsSection, CoversAllButOneOverEOfAStepInItsTime) {
   for (const std::size_t samples : {1u, 7u, 480u, 775u, 960u, 4800u, 14400u, 131000u}) {
     const Section section = rms_section(milliseconds(static_cast<double>(samples)), kRate);
@@ -127,7 +128,8 @@ TEST(RmsSection, IsTooLongWhereNoFloatIsNearEnough) {
             "time 10000 ms is not short enough for single precision at 10000000 Hz");
 }
 
-// Of two settled seconds; the ripple of a 50 ms average on a 1 kHz wave is far below.
+// Two seconds, in the first of which the average settles. The ripple of a 50 ms average on a 1 kHz
+// wave is far below the bound.
 TEST(RmsSection, ReadsASineAndNoiseByKnownAmountsBelowTheirRms) {
   const Section section = rms_section(50, kRate);
   std::mt19937 random(1);
@@ -142,11 +144,12 @@ TEST(RmsSection, ReadsASineAndNoiseByKnownAmountsBelowTheirRms) {
   double sum = 0;
   const std::vector<double> averages = filtered(section, noise);
   for (std::size_t n = 48000; n < 96000; ++n) sum += averages[n];
-  // The mean of 48000 magnitudes, 0.60 apart, strays by 0.0028: 0.03 dB; by three times that never.
+  // The mean of 48000 magnitudes with a standard deviation of 0.60 has one of 0.0028, or 0.03 dB;
+  // the bound is three times that.
   EXPECT_NEAR(linear_to_db(sum / 48000), -1.961, 0.09);
 }
 
-// Three roundings of 2^-24 a sample, 2^17 times as much at the output.
+// Three roundings of 2^-24 per sample, which the section amplifies by up to 2^17.
 TEST(RmsDetector, ReadsARestingLevelWithinAFifthOfADecibel) {
   for (const double time : {1.0, 10.0, 16.0, 30.0, 100.0, 300.0}) {
     for (const float level : {1.9f, 1.0f, 0.3f}) {

@@ -18,7 +18,8 @@ double between(double low, double high) {
   return low + (high - low) * *rc::gen::inRange(0, kSteps + 1) / kSteps;
 }
 
-// Frequencies up to half of the rate of 1 and Qs, both evenly over octaves.
+// Any band at a sample rate of 1, with frequencies (up to half the rate) and Qs spread evenly over
+// octaves.
 BandSettings any_band() {
   BandSettings band;
   band.type = *rc::gen::elementOf(kEveryType);
@@ -43,7 +44,7 @@ RC_GTEST_PROP(BandProperty, EveryBandIsStableAndFinite, ()) {
   for (const Section& section : design_band(band, 1)) RC_ASSERT(is_sound(section));
 }
 
-// The least of the three margins that make a section stable.
+// The smallest of the three expressions that must be positive in a stable section.
 double stability_margin(const Section& s) {
   return std::min({1 - s.a1 - s.a2, 1 + s.a1 - s.a2, 1 + s.a2});
 }
@@ -59,7 +60,7 @@ RC_GTEST_PROP(BandProperty, EveryBandThatIsNotRefusedIsStableInFloats, ()) {
     }
   } catch (const std::invalid_argument&) {
     RC_TAG("refused");
-    // Rounding moves a1 by up to 2^-24 and a2 by as much and 2^-25 besides.
+    // Rounding moves a1 by up to 2^-24, and a2 by as much and another 2^-25.
     double margin = 1;
     for (const Section& s : design_band(band, 1)) margin = std::min(margin, stability_margin(s));
     RC_ASSERT(margin <= 2.5 * 0x1p-24);

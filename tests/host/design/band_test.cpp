@@ -27,7 +27,8 @@ TEST(Band, PeakIsHighestOrLowestAtItsFrequency) {
   });
 }
 
-// Up to a quarter of the rate; above it the matched design fits that quarter instead.
+// For corners up to a quarter of the rate; above, the matched design fits the response at that
+// quarter instead.
 TEST(Band, ShelfHasHalfItsGainAtItsCornerWhateverItsQ) {
   for (const BandType type : {BandType::kLowShelf, BandType::kHighShelf}) {
     for_every_band(type, [](const BandSettings& band) {
@@ -71,7 +72,7 @@ TEST(Band, BandPassIsAtZeroDecibelsAtItsFrequencyAndBelowBesideIt) {
   });
 }
 
-// Doubles leave 1e-10 of |D| at 20 Hz.
+// The bounds follow from the precision of doubles: 1e-10 of the denominator at 20 Hz.
 TEST(Band, NotchTakesAllOfItsFrequency) {
   for_every_band(BandType::kNotch, [](const BandSettings& band) {
     EXPECT_LT(db_at(band, band.frequency), -160);
@@ -89,7 +90,7 @@ TEST(Band, AllPassPassesAllAndTurnsByHalfACircleAtItsFrequency) {
     }
     const auto section = design_band(band, kRate);
     EXPECT_LT(std::abs(response(section, band.frequency, kRate) + 1.0), 1e-8);
-    // Between 0 and -180 degrees below, between -180 and -360 above.
+    // The phase is between 0 and -180 degrees below the frequency, between -180 and -360 above it.
     EXPECT_LT(response(section, band.frequency * 0.9, kRate).imag(), 0);
     EXPECT_GT(response(section, band.frequency * 1.1, kRate).imag(), 0);
   });

@@ -1,4 +1,4 @@
-// Bands to try and what they do.
+// Bands to test, and their responses.
 
 #pragma once
 
@@ -23,8 +23,8 @@ inline constexpr std::array kEveryType{
 
 inline constexpr std::array kBothDesigns{host::BandDesign::kCookbook, host::BandDesign::kMatched};
 
-// 1 - a1 - a2 is 7e-6 or more from 20 Hz on, so doubles leave it 1e-10 of relative error and the
-// response less than 1e-8 dB.
+// From 20 Hz on 1 - a1 - a2 is 7e-6 or more, so its relative error in doubles is 1e-10 and that of
+// the response less than 1e-8 dB.
 inline constexpr double kRounding = 1e-8;  // dB
 
 inline double decibels(std::complex<double> value) {
@@ -50,7 +50,7 @@ inline std::vector<double> filtered(const host::Section& section,
   return output;
 }
 
-// Calls `check` with bands of `type` of every frequency, Q and gain.
+// Calls `check` with bands of `type` at several frequencies, Qs and gains.
 template <typename Check>
 void for_every_band(host::BandType type, host::BandDesign design, Check check) {
   for (const double frequency : {20.0, 1000.0, 12000.0, 20000.0}) {

@@ -36,7 +36,7 @@ TEST(Butterworth, LosesHalfThePowerAtItsCutOff) {
   });
 }
 
-// Down to -150 dB; the steps are rounding beyond.
+// Down to -150 dB; below that, steps are rounding errors.
 TEST(Butterworth, FallsAllTheWayFromThePassBand) {
   for_every_order([](const BandSettings& band) {
     const bool low = band.type == BandType::kLowPass;
@@ -50,8 +50,9 @@ TEST(Butterworth, FallsAllTheWayFromThePassBand) {
   });
 }
 
-// An octave from four times the cut-off, for a high pass towards 0 Hz; the analog magnitude is
-// within (1/4)^2n of its asymptote, and both designs are nearly analog at 1/24 of the rate.
+// Over an octave from four times the cut-off (for a high pass, downwards from a quarter of it).
+// There the analog magnitude is within (1/4)^2n of its asymptote, and both designs are close to the
+// analog filter, at 1/24 of the rate.
 TEST(Butterworth, FallsByItsSlopePerOctave) {
   for_every_order([](BandSettings band) {
     const bool low = band.type == BandType::kLowPass;
@@ -59,7 +60,7 @@ TEST(Butterworth, FallsByItsSlopePerOctave) {
     const double octave =
         low ? db_at(band, 400) - db_at(band, 200) : db_at(band, 200) - db_at(band, 400);
     EXPECT_NEAR(octave, -band.slope, 0.4);
-    // The same as the analog octave to the bilinear transform's bend of (w / 2)^2 / 3.
+    // The analog octave, up to (w / 2)^2 / 3 from the bilinear transform's frequency warping.
     const double analog = low ? decibels(analog_response(band, 400) / analog_response(band, 200))
                               : decibels(analog_response(band, 200) / analog_response(band, 400));
     EXPECT_NEAR(octave, analog, 0.001 * band.slope);

@@ -15,7 +15,7 @@ void expect_section(const BandSettings& band, const Section& expected) {
   const auto sections = design_band(band, kRate);
   ASSERT_EQ(sections.size(), 1u);
   const Section& s = sections.front();
-  // A handful of roundings, and gains given to 1e-13 dB.
+  // A few roundings, and the gains' 1e-13 dB.
   constexpr double kBound = 1e-13;
   EXPECT_NEAR(s.b0, expected.b0, kBound);
   EXPECT_NEAR(s.b1, expected.b1, kBound);
@@ -25,7 +25,7 @@ void expect_section(const BandSettings& band, const Section& expected) {
 }
 
 // At a sixth of the rate cos w = 1/2 and sin w = sqrt(3)/2, so with Q = sqrt(3)/2 the cookbook's
-// alpha is 1/2; its coefficients then follow by hand.
+// alpha is 1/2, and its coefficients can be worked out by hand.
 const double kQ = std::sqrt(3) / 2;
 constexpr double kSixth = kRate / 6;
 constexpr double kTwice = 12.041199826559248;      // dB: A = 2
@@ -92,7 +92,7 @@ TEST(Cookbook, PassKeepsOneEndAndStopsTheOther) {
   });
 }
 
-// The bilinear transform bends the frequency axis and leaves everything else, phase included.
+// The bilinear transform warps the frequency axis and keeps everything else, the phase included.
 TEST(Cookbook, ResponseIsTheAnalogOneAtTheBentFrequency) {
   for (const BandType type : kEveryType) {
     for_every_band(type, BandDesign::kCookbook, [](const BandSettings& band) {

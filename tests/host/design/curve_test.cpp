@@ -24,7 +24,7 @@ double knee_slope(const Curve& c, double level) {
   return 2 * c.a * level + c.b;
 }
 
-// Coefficients reach some 1e4 and cancel in double precision.
+// The polynomial's terms reach about 1e4 and cancel in double precision.
 constexpr double kRounding = 1e-10;
 
 TEST(CompressorCurve, SlopeFollowsFromTheRatio) {
@@ -92,7 +92,7 @@ TEST(Knee, HardKneeHasNoWidthAndNoPolynomial) {
   }
 }
 
-// Greatest distance between the polynomial in floats and the exact one over the knee.
+// The largest error over the knee of the polynomial in floats.
 double error_in_floats(const Curve& curve) {
   const auto a = static_cast<float>(curve.a);
   const auto b = static_cast<float>(curve.b);
@@ -111,8 +111,9 @@ double error_in_floats(const Curve& curve) {
   return greatest;
 }
 
-// With M = |a| L^2 the roundings of a, b and c move the sum by at most u M, 2 u M and u M, those of
-// a L, of a L + b and of its product by L by u M each; the last sum is small.
+// Let M = |a| L^2 and u be the relative rounding error. Rounding a, b and c moves the sum by at
+// most u M, 2 u M and u M; rounding a L, a L + b and its product with L by u M each. The last sum
+// is small.
 TEST(Knee, SinglePrecisionStaysWithinSevenRoundingsOfItsTerms) {
   for (const double threshold : {-100.0, -50.0, -20.0, -3.0}) {
     for (const double width : {0.1, 0.5, 6.0, 20.0}) {

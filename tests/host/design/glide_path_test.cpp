@@ -1,4 +1,4 @@
-// What a band does while its coefficients glide on a straight line from one setting to another.
+// A band's response while its coefficients glide along a straight line from one setting to another.
 
 #include <gtest/gtest.h>
 
@@ -25,7 +25,7 @@ Section between(const Section& from, const Section& to, double part) {
           mix(from.a2, to.a2)};
 }
 
-// dB above the greatest response of either end.
+// By how many dB the response on the way exceeds the greatest response at either end.
 double swell(BandSettings band, double octaves) {
   const Section from = design_band(band, kRate).front();
   band.frequency *= std::exp2(octaves);
@@ -48,7 +48,7 @@ TEST(GlidePath, OverAnOctaveSwellsByHalfADecibelAtMost) {
   }
 }
 
-// As the documents say of a Butterworth pass.
+// The figures that the documents give for a Butterworth pass.
 TEST(GlidePath, OverSeveralOctavesSwells) {
   const BandSettings pass{.type = BandType::kHighPass, .frequency = 60, .q = std::sqrt(0.5)};
   EXPECT_NEAR(swell(pass, 2), 0.6, 0.1);

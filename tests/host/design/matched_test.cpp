@@ -14,11 +14,11 @@ namespace {
 using namespace host;
 
 struct Deviation {
-  double largest = 0;  // dB from the analog magnitude, up to 0.9 of half the rate
+  double largest = 0;  // dB from the analog magnitude, up to 0.9 of half the sample rate
   double top = 0;      // at 0.9 of half the rate
 };
 
-// Where the analog band lets pass more than -40 dB.
+// Only where the analog band passes more than -40 dB.
 Deviation deviation(const BandSettings& band, double rate) {
   Deviation result;
   const auto sections = design_band(band, rate);
@@ -54,14 +54,15 @@ Deviation worst(BandSettings band, BandDesign design) {
   return result;
 }
 
-// What the paper's and our choices of where to match leave; the bilinear transform is far off.
+// The deviations that remain after matching at a few frequencies; the bilinear transform's are far
+// larger.
 TEST(Matched, FollowsTheAnalogMagnitudeWhereTheCookbookCramps) {
   struct Case {
     const char* name;
     BandSettings band;
-    double bound;     // dB, of the matched design anywhere
+    double bound;     // dB, of the matched design at any frequency
     double top;       // dB, at 0.9 of half the rate
-    double cookbook;  // dB, by which the cookbook is off at least
+    double cookbook;  // dB, the least error of the cookbook design
   };
   const Case cases[] = {
       {"peak", {.type = BandType::kPeak}, 1.0, 1.0, 8},
@@ -120,7 +121,7 @@ double half_gain_frequency(const BandSettings& band, double below, double above)
   return below;
 }
 
-// Where the cookbook's bell of a Q of 2 at 12 kHz is a fifth too narrow.
+// At 12 kHz with a Q of 2, where the cookbook's peak is a fifth too narrow.
 TEST(Matched, PeakKeepsItsBandwidth) {
   for (const double gain : {-12.0, 12.0}) {
     const BandSettings band{BandType::kPeak, 12000, 2, gain, BandDesign::kMatched};

@@ -19,7 +19,7 @@ using namespace host;
 constexpr double kSilence = -std::numeric_limits<double>::infinity();
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
-// Sums of decays and of times in double precision.
+// For sums of decays and of times in double precision.
 constexpr double kRounding = 1e-9;
 
 TEST(PeakMeter, RisesAtOnce) {
@@ -101,8 +101,8 @@ TEST(PeakMeter, InfinityFallsToo) {
   EXPECT_EQ(meter.level(), -90);
 }
 
-// What the needle shows after each of `levels`, one a millisecond, when only the greatest of every
-// `period` is read; between readings what the last one left.
+// The meter's readings for `levels`, one per millisecond, if only the greatest level of every
+// `period` milliseconds is read.
 std::vector<double> shown(const std::vector<double>& levels, std::size_t period,
                           const Ballistics& ballistics) {
   PeakMeter meter(ballistics);

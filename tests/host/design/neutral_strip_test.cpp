@@ -10,7 +10,7 @@ using namespace host;
 
 constexpr double kRate = 48000;
 
-// Levels lie between -764.62 and 770.64 dB.
+// All levels lie between -764.62 and 770.64 dB.
 TEST(NeutralStrip, LeavesBothTermsAtZeroDecibels) {
   const auto dynamics = design_strip({}, kRate, layout_of("7.1")).dynamics;
   EXPECT_GT(dynamics.compKneeLow, 770.64f);

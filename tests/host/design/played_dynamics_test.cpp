@@ -1,4 +1,4 @@
-// What the library makes of the design's curves, times and detectors.
+// The designed curves, times and detectors, as the library processes them.
 
 #include <gtest/gtest.h>
 
@@ -15,8 +15,8 @@ namespace {
 
 using namespace host;
 
-// How far a term may rest from its target, moved by the weight of a time: half its last digit by
-// the weight.
+// How far from its target a gain term may come to rest: it stops when a step, the distance times
+// the weight of the time, is below half of the term's last bit.
 double short_of(double gain, double milliseconds) {
   return 0x1p-24 * std::abs(gain) / one_pole_weight(milliseconds, PlayedStrip::kRate);
 }
@@ -72,7 +72,8 @@ TEST(PlayedGate, ShutsBelowItsHysteresisAndOpensAtItsThreshold) {
   expect_gain(-39.99, 0);    // open
 }
 
-// From rest at 0 dB towards -12 dB: after the attack 1/e of the way is left, and likewise back.
+// From rest at 0 dB towards -12 dB: 1/e of the way is left after the attack time, and likewise on
+// the way back after the release time.
 TEST(PlayedCompressor, AttackAndReleaseCoverTheirShareInTheirTime) {
   StripSettings settings;
   settings.compressor = {.threshold = -24, .ratio = 2, .knee = 0, .attack = 10, .release = 100};
@@ -85,7 +86,7 @@ TEST(PlayedCompressor, AttackAndReleaseCoverTheirShareInTheirTime) {
   EXPECT_NEAR(strip.state().compGain, -12 * kOneOverE, kConversions);
 }
 
-// The gain stays for the hold and has then 1/e of its way left after the release.
+// The gain stays for the hold time; after the release time 1/e of its way is left.
 TEST(PlayedExpander, HoldsThenReleasesAndRisesInItsAttack) {
   StripSettings settings;
   settings.expander = {.threshold = -20,
@@ -98,7 +99,7 @@ TEST(PlayedExpander, HoldsThenReleasesAndRisesInItsAttack) {
   settings.detector = kImmediate;
   PlayedStrip strip(settings);
   const double bound = kConversions + short_of(-40, 100);
-  strip.play(0.01f, 48000);  // 20 dB below
+  strip.play(0.01f, 48000);  // 20 dB below the threshold
   EXPECT_NEAR(strip.state().expGain, -20, bound);
   strip.play(0.5f, 480);
   const auto risen = static_cast<double>(strip.state().expGain);
@@ -118,7 +119,7 @@ TEST(PlayedDetector, PeakFallsTo37PercentAndSmoothRisesTo63PercentInItsTime) {
   peak.play(click);
   EXPECT_NEAR(peak.state().peakLevel, kOneOverE, 1e-4);
 
-  // The poles' roundings move the time by 480 x 2^-25 and 1/256 at most.
+  // Rounding the poles moves the time by at most 480 x 2^-25 (smooth) or 1/256 (RMS).
   for (const auto& [mode, bound] :
        {std::pair{DetectorMode::kSmooth, 1e-4}, std::pair{DetectorMode::kRms, 0.6 / 256}}) {
     settings.detector = {mode, 10};
@@ -138,7 +139,7 @@ TEST(PlayedDetector, RmsReadsASine) {
         std::sin(2 * std::numbers::pi * 997 * static_cast<double>(n) / PlayedStrip::kRate));
   }
   strip.play(sine);
-  // 0.91 dB below the RMS value, as far as single precision reads.
+  // The reading is 0.91 dB below the RMS value; the bound is for single precision.
   EXPECT_NEAR(db(strip.state().smoothLevel), linear_to_db(1 / std::numbers::sqrt2) - 0.912, 0.2);
 }
 

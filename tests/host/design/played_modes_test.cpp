@@ -1,4 +1,4 @@
-// What the library makes of glides, makeup and modes.
+// The designed glides, makeup and modes, as the library processes them.
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@ namespace {
 
 using namespace host;
 
-// Of the way from 0 to 12 dB of makeup; a glide step stands for its four samples.
+// The makeup glides from 0 to 12 dB; one glide step counts for its four samples.
 TEST(PlayedGlide, CoversItsShareInItsTime) {
   StripSettings settings;
   settings.compressor.emplace();

@@ -1,4 +1,4 @@
-// One mono strip at 48 kHz, played through the library.
+// A mono strip at 48 kHz, processed by the library.
 
 #pragma once
 
@@ -25,7 +25,7 @@ class PlayedStrip {
 
   void set(const host::StripSettings& settings) { instance_.set_coefficients(design(settings)); }
 
-  // A multiple of 16 samples in, as many out. A key that is empty is no key.
+  // The input's length must be a multiple of 16; the output has the same. An empty key means none.
   std::vector<float> play(const std::vector<float>& input, const std::vector<float>& key = {}) {
     static const host::Library library(CHANNELSTRIP_LIBRARY);
     std::vector<float> output(input.size());
@@ -57,10 +57,11 @@ class PlayedStrip {
 
 inline constexpr double kOneOverE = 1 / std::numbers::e;
 
-// Decibels of a resting level in and its gain out: 3e-6 and 7e-6 octaves, and the term's floats.
+// dB; the error of a constant level's conversion (3e-6 octaves), of its gain's (7e-6 octaves), and
+// of the gain term as a float.
 inline constexpr double kConversions = 2e-4;
 
-// Passes the level as it is.
+// A detector without smoothing.
 inline constexpr host::DetectorSettings kImmediate{host::DetectorMode::kSmooth, 0};
 
 inline float linear(double db) {
@@ -70,7 +71,7 @@ inline double db(float linear) {
   return host::linear_to_db(static_cast<double>(linear));
 }
 
-// The gain in dB of a level that has rested for a second.
+// The gain in dB after a second at a constant level.
 inline double settled_gain(PlayedStrip& strip, double level) {
   return db(strip.play(linear(level), 48000).back()) - level;
 }

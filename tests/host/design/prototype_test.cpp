@@ -16,13 +16,13 @@ namespace {
 using namespace host;
 
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-constexpr double kBound = 1e-9;  // dB; a few roundings are 1e-14
+constexpr double kBound = 1e-9;  // dB; a few roundings make 1e-14
 
 double analog_db(const BandSettings& band, double frequency) {
   return decibels(analog_response(band, frequency));
 }
 
-// The Q of each second-order section, the least resonant first.
+// The Qs of the second-order sections, in ascending order.
 std::vector<double> qs(int slope) {
   std::vector<double> found;
   for (const AnalogSection& section : prototype({.type = BandType::kLowPass, .slope = slope})) {
@@ -53,7 +53,7 @@ TEST(Prototype, ButterworthMagnitudeIsMaximallyFlat) {
     for (const double x : {0.1, 0.5, 0.9, 1.0, 1.2, 3.0}) {
       const double power = 10 * std::log10(1 + std::pow(x, 2 * order));
       BandSettings pass{.type = BandType::kLowPass, .frequency = 1000, .slope = 6 * order};
-      pass.q = std::numbers::sqrt2 / 2;  // read at 12 dB/oct only
+      pass.q = std::numbers::sqrt2 / 2;  // used at 12 dB/oct only
       EXPECT_NEAR(analog_db(pass, 1000 * x), -power, kBound) << order << " " << x;
       pass.type = BandType::kHighPass;
       EXPECT_NEAR(analog_db(pass, 1000 / x), -power, kBound) << order << " " << x;
@@ -70,7 +70,7 @@ TEST(Prototype, TakesASectionForTwoOrders) {
   EXPECT_EQ(section_count({.type = BandType::kNotch, .slope = 96}), 1);
 }
 
-// x - 1/x = +-1/Q where a peak has half its decibels.
+// A peak band has half its gain in dB where x - 1/x = +-1/Q, x being the relative frequency.
 TEST(Prototype, PeaksHalfGainPointsAreItsFrequencyOverQApart) {
   for (const double q : {0.3, 1.0, 8.0}) {
     for (const double gain : {-18.0, 3.0, 24.0}) {

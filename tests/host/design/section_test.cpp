@@ -52,7 +52,7 @@ TEST(Section, PolesAreTheRootsOfTheDenominator) {
   EXPECT_EQ(one[1], 0.0);
 }
 
-// 1 - 2e-9 apart from the root near 1, the other is 1e-9: a difference of roots would lose it.
+// The roots are about 0.5 and 1e-9: computing the small one as a difference would lose its digits.
 TEST(Section, SmallPoleBesideALargeOneKeepsItsDigits) {
   const auto both = poles({.a1 = 0.5 + 1e-9, .a2 = -0.5e-9});
   EXPECT_NEAR(both[1].real(), 1e-9, 1e-24);
@@ -80,7 +80,7 @@ TEST(Section, SectionsInARowMultiply) {
 TEST(Section, ResponseIsTheSpectrumOfTheRecurrencesImpulseResponse) {
   for (const BandType type : kEveryType) {
     const Section section = design_band({type, 3000, 1.5, 9}, kRate).front();
-    // Poles of radius 0.95 at most: 1000 samples leave 1e-22.
+    // With poles of radius 0.95 at most, 1e-22 of the response is left after 1000 samples.
     for (const std::complex<double> pole : poles(section)) ASSERT_LT(std::abs(pole), 0.95);
     std::vector<double> impulse(1000);
     impulse[0] = 1;

@@ -14,7 +14,8 @@ namespace {
 
 using namespace host;
 
-// Half the distance from a float's magnitude to the next: the most a rounding to it moved.
+// Half the distance from a float's magnitude to the next one: the most that rounding to it has
+// moved a value.
 double half_step(double value) {
   const auto magnitude = static_cast<float>(std::abs(value));
   const float next = std::nextafter(magnitude, std::numeric_limits<float>::infinity());
@@ -50,7 +51,8 @@ TEST(SinglePrecision, EveryCoefficientIsAFloatNextToItsOwn) {
     EXPECT_LE(std::abs(rounded.a1 - exact.a1), a1_step);
     EXPECT_LE(std::abs(rounded.b0 - exact.b0), half_step(rounded.b0));
     EXPECT_LE(std::abs(rounded.b1 - exact.b1), half_step(rounded.b1));
-    // The last of each sum also makes up for the others, b2 for the denominator besides.
+    // The coefficient rounded last in each sum compensates for the others: a2 for a1, b2 for b0, b1
+    // and the denominator.
     EXPECT_LE(std::abs(rounded.a2 - exact.a2), a1_step + a2_step);
     EXPECT_LE(std::abs(rounded.b2 - exact.b2), b_steps + gain * a2_step);
     for (const double value : {rounded.b0, rounded.b1, rounded.b2, rounded.a1, rounded.a2}) {
@@ -59,8 +61,8 @@ TEST(SinglePrecision, EveryCoefficientIsAFloatNextToItsOwn) {
   });
 }
 
-// w^2 of the band is the denominator at 0 Hz; rounded one by one, a1 alone would move it by twice
-// as much.
+// At 0 Hz the denominator is only w^2 of the band. If coefficients were rounded independently, a1
+// alone would move it by twice the bound.
 TEST(SinglePrecision, OnlyTheLastRoundingMovesTheDenominatorAtZeroHertz) {
   for (const BandType type : {BandType::kPeak, BandType::kLowShelf, BandType::kHighPass}) {
     for_low_bands(type, [](const Section& exact) {
@@ -80,7 +82,7 @@ TEST(SinglePrecision, OnlyTheLastRoundingMovesAShelfsGainAtZeroHertz) {
   });
 }
 
-// b1 = -a1, and b2 has steps as fine as those of 1 - a2 - b0.
+// b1 = -a1, and b2 has as fine a step as 1 - a2 - b0, so numerator and denominator stay equal.
 TEST(SinglePrecision, LowPeakLeavesZeroHertzExactlyAsItIs) {
   for_low_bands(BandType::kPeak, [](const Section& exact) {
     const Section rounded = in_single_precision(exact);
@@ -102,8 +104,8 @@ double two_steps(double frequency, double rate) {
   return 2 * std::sin(2 * std::numbers::pi * frequency / rate);
 }
 
-// What rounding leaves at 0 Hz is the last coefficient's; the others' errors grow from nothing with
-// |1 - z^-1| or |1 - z^-2|.
+// At 0 Hz only the rounding of the last coefficient has an effect. The errors of the others grow
+// from zero with |1 - z^-1| or |1 - z^-2|.
 TEST(SinglePrecision, LowFrequenciesAreAsGoodAsTheLastRounding) {
   constexpr double kSampleRate = 96000;
   for (const BandDesign design : kBothDesigns) {
@@ -134,7 +136,8 @@ TEST(SinglePrecision, LowFrequenciesAreAsGoodAsTheLastRounding) {
   }
 }
 
-// a2 takes up what a1 lost, so the pole of a first-order section stands far closer than a float's.
+// a2 compensates for the rounding of a1, so the pole of a first-order section is far more precise
+// than a float.
 TEST(SinglePrecision, FirstOrderSectionsKeepTheirCorner) {
   for (const BandDesign design : kBothDesigns) {
     for (const BandType type : {BandType::kLowPass, BandType::kHighPass}) {

@@ -14,11 +14,12 @@ using namespace host;
 
 constexpr double kRate = 48000;
 
-// At a quarter of the rate cos w = 0 and sin w = 1: with Q 1/2 both passes become plain fractions.
+// At a quarter of the rate cos w = 0 and sin w = 1: with a Q of 1/2 the coefficients of both passes
+// are simple fractions.
 constexpr BandSettings kLowPass{BandType::kLowPass, kRate / 4, 0.5, 0};
 constexpr BandSettings kHighPass{BandType::kHighPass, kRate / 4, 0.5, 0};
 
-// Sines and cosines leave 1e-16 where a coefficient is 0.
+// The bound is for sines and cosines, which leave 1e-16 where a coefficient is 0.
 void expect_section(const float* actual, std::initializer_list<float> expected) {
   for (const float value : expected) EXPECT_NEAR(*actual++, value, 1e-7f);
 }

@@ -89,7 +89,7 @@ TEST(StripRefusal, CountsTheBands) {
             "eq: 9 bands take 9 sections, a strip has 8");
 }
 
-// w^2 = 1e-9 is lost beside the steps of 6e-8 that floats have near 1; so is alpha / A = 2e-9.
+// Floats near 1 have steps of 6e-8, in which w^2 = 1e-9 and alpha / A = 2e-9 are lost.
 TEST(StripRefusal, RefusesBandsThatSinglePrecisionCannotHold) {
   EXPECT_EQ(refused([](StripSettings& s) {
               s.pre = {{BandType::kHighPass, 0.5, 0.7, 0}};

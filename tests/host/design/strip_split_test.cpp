@@ -57,7 +57,7 @@ TEST(StripSplit, RefusesMapsThatDoNotGoTogether) {
             "the link map changes so that a strip of 2 channels would need 2 groups");
 }
 
-// As many groups as there are channels in every format, and each channel in one strip.
+// With a group per channel in every format, each channel is in exactly one strip.
 TEST(StripSplit, GivesEveryChannelToOneStrip) {
   for (const StemFormat& format : stem_formats()) {
     const LinkMap map = link_map(default_layout(format), LinkStyle::kNone);

@@ -65,7 +65,7 @@ TEST(FilterLine, BecomesABand) {
        {.type = BandType::kLowShelf, .frequency = 300, .q = 0.6, .gain = 5}},
       {"HSC Fc 300 Hz Gain 5.0 dB Q 0.6",
        {.type = BandType::kHighShelf, .frequency = 300, .q = 0.6, .gain = 5}},
-      // Q = 1 / sqrt 2 is S = 1, whatever the gain.
+      // A Q of 1 / sqrt 2 is a shelf slope of S = 1, whatever the gain.
       {"LS Fc 100 Hz Gain -20 dB Q 0.707107",
        {.type = BandType::kLowShelf, .frequency = 177.828, .q = 0.707107, .gain = -20}},
       {"PK Fc 100 Hz Gain 2 dB Q 3 BW Oct 1",
@@ -101,7 +101,7 @@ TEST(FilterLine, NumbersMayHaveCommas) {
   EXPECT_EQ(parse_filter("PK Fc 63,2 Hz Gain -5,25 dB Q 1,414").frequency, 63.2);
   EXPECT_EQ(parse_filter("PK Fc 63,2 Hz Gain -5,25 dB Q 1,414").gain, -5.25);
   EXPECT_EQ(parse_filter("PK Fc 63,2 Hz Gain -5,25 dB Q 1,414").q, 1.414);
-  // What stands before three digits is a separator of thousands, unless the line says otherwise.
+  // A separator before three digits is one of thousands, unless the line says otherwise.
   EXPECT_EQ(frequency("LP Fc 1,250 Hz"), 1250);
   EXPECT_EQ(frequency("LP Fc 1.250 Hz"), 1.25);
   EXPECT_EQ(frequency("PK Fc 1,250 Hz Gain -5.0 dB Q 2.00"), 1250);
@@ -120,7 +120,7 @@ TEST(FilterLine, BandwidthIsBetweenTheEdgesThreeDecibelsBelow) {
   }
 }
 
-// A shelf by Q and one by the slope of that Q are the same filter.
+// A shelf given by Q is the same filter as one given by the slope of that Q.
 TEST(FilterLine, SlopeOfAShelfsQIsTheSameShelf) {
   for (const double gain : {-12.0, 0.0, 6.0}) {
     for (const double q : {0.3, 0.6, std::sqrt(0.5)}) {
@@ -136,8 +136,8 @@ TEST(FilterLine, SlopeOfAShelfsQIsTheSameShelf) {
   }
 }
 
-// The straight lines that a shelf's curve follows meet at the corner: there the curve is about as
-// far from the plateau as a corner is rounded, well below half of the gain.
+// The asymptotes of a shelf's curve meet at the corner. There the curve differs from the plateau by
+// the rounding of the corner only, which is well below half of the gain.
 TEST(FilterLine, CornerOfAShelfLiesTowardsItsPlateau) {
   for (const BandType shelf : kShelves) {
     for (const double gain : {-18.0, 18.0}) {

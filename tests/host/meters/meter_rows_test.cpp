@@ -12,7 +12,7 @@ using namespace host;
 
 const std::vector<std::string> kLabels{"L", "R"};
 
-// 0.5 is -6.0206 dB, 0.25 twice that.
+// 0.5 is -6.0206 dB, 0.25 is -12.0412 dB.
 MeterInterval interval() {
   return {.input_peak = {1, 0},
           .output_peak = {0.5f, 0.25f},

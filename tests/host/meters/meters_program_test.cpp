@@ -27,7 +27,7 @@ class MetersProgram : public Command {
     return write_audio(folder.file("in.wav"), {.floats = sine(0.5, 1000, 48000, frames)});
   }
 
-  // Splits what was written; the files have no quotes.
+  // Splits the lines at commas; the files have no quotes.
   Rows rows_of(const std::string& csv) const {
     Rows rows;
     std::istringstream lines(contents(csv));
@@ -68,8 +68,9 @@ TEST_F(MetersProgram, ShowsASettledCompressorAtItsCurve) {
                    "[detector]\ntime = 1000\n");
   ASSERT_EQ(run({"meters", input, "--preset", preset, "-o", table}).exit_status, 0);
   const std::vector<std::string> last = rows_of(table).back();
-  // 13.98 dB over at 4:1. Between crests, 0.5 ms apart, a peak detector of 1000 ms falls by
-  // 0.0043 dB, of which 3/4 reach the gain; conversions and rounding stay below 0.001 dB.
+  // 13.98 dB above the threshold at 4:1. Between crests, 0.5 ms apart, the level of a peak detector
+  // of 1000 ms falls by 0.0043 dB, of which 3/4 reach the gain. Conversions and rounding stay below
+  // 0.001 dB.
   const double curve = -0.75 * (20 - 6.0206), bound = 0.0033 + 0.001;
   EXPECT_NEAR(std::stod(last[7]), curve, bound);
   EXPECT_NEAR(std::stod(last[5]), -curve, bound);
@@ -88,7 +89,7 @@ TEST_F(MetersProgram, WritesJsonThatParses) {
     EXPECT_LT(object["input_peak"]["LFE"], -6.0);
     EXPECT_EQ(object["output_peak"]["Rs"], object["input_peak"]["Rs"]);
   }
-  // 50 ms are 37.5 periods, a row 38: 2432 frames.
+  // 50 ms are 37.5 periods, so a row is 38 periods or 2432 frames.
   EXPECT_EQ(rows, 4);
 }
 

@@ -26,7 +26,7 @@ Chart small() {
   return {.title = "Small", .description = "A test", .x = {"", 0, 10}, .y = {"", 0, 10}};
 }
 
-// What the only path of a class draws; empty if there is none.
+// The drawing commands of the only path of a class; empty if there is none.
 std::string drawn(const std::string& picture, const std::string& css_class) {
   const std::string begin = "<path class=\"" + css_class + "\" d=\"";
   const std::size_t found = picture.find(begin);

@@ -36,7 +36,7 @@ class CurveChanges : public Command {
                                           "eq.1.frequency = 1250\n");
 };
 
-// The band's row in the table as far as its frequency and gain.
+// The band's row in the table, up to its frequency and gain.
 std::string band(const std::string& text) {
   const std::size_t row = text.find("   1  pre ");
   return row == std::string::npos ? text : text.substr(row, 41);

@@ -51,8 +51,8 @@ TEST_F(Curves, LookAsTheyDid) {
   expect_golden("strip.svg", contents(picture));
 }
 
-// A peak has its gain at its frequency, a Butterworth pass -3 dB; over 20 dB the compressor gives
-// 15 dB back and leaves 3 dB of makeup.
+// A peak band has its gain at its frequency, a Butterworth pass -3 dB. At 20 dB above its threshold
+// the compressor takes 15 dB off, and the makeup adds 3 dB.
 TEST_F(Curves, TextTellsWhatFollowsFromTheSettings) {
   const std::string text = run({"curves", preset}).printed;
   for (const char* line : {"Test <1> at 48000 Hz\n",
@@ -68,9 +68,9 @@ TEST_F(Curves, TextTellsWhatFollowsFromTheSettings) {
   }
 }
 
-// A term covers 63.2 % of a fall in its own attack. The detector's level falls by 8.7 dB a
-// millisecond, so that the compressor's target takes up to 1.4 ms from -8 dBFS to its threshold and
-// the expander's hold begins after 32 / 8.7 ms.
+// A gain term covers 63.2 % of a fall within its attack. The detector's level falls by 8.7 dB per
+// millisecond: so the compressor's target takes up to 1.4 ms from -8 dBFS to the threshold, and the
+// expander's hold begins after 32 / 8.7 ms.
 TEST_F(Curves, TimesAreMeasured) {
   const std::string text = run({"curves", preset}).printed;
   const auto measured = [&](const std::string& row) {

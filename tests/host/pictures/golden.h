@@ -1,6 +1,6 @@
-// Pictures compared byte for byte with those in golden/. After a change that is meant,
+// Pictures are compared byte for byte with those in golden/. After an intended change,
 //   CHANNELSTRIP_WRITE_GOLDEN=1 build/gcc/tests/host/pictures/host_pictures_tests
-// writes them anew; look at each before it is committed.
+// rewrites them; look at each before you commit it.
 
 #pragma once
 

@@ -1,4 +1,4 @@
-// [[at]]: settings that change in time.
+// [[at]] tables: settings that change in time.
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// What only the audio proves wrong.
+// Presets that are valid, but not for the sample rate or channels of the audio.
 
 #include <gtest/gtest.h>
 
@@ -21,7 +21,7 @@ TEST(PresetFit, BandAboveHalfTheSampleRateIsRefused) {
   EXPECT_EQ(misfit(preset, 48000), "");
   EXPECT_EQ(misfit(preset, 44100),
             "p.toml:3:1: eq.2: frequency 22050 Hz is not below half the sample rate 44100 Hz");
-  // The default of 1000 Hz is nobody's line but the table's.
+  // The default of 1000 Hz has no line of its own, so the table's is named.
   const Preset unset = parse_preset("\n[key_filter]\nq = 1\n", "p.toml");
   EXPECT_EQ(misfit(unset, 2000),
             "p.toml:2:2: key_filter: frequency 1000 Hz is not below half the sample rate 2000 Hz");

@@ -1,4 +1,4 @@
-// Every key of every table, with values from all over its range and beyond.
+// Every key of every table, with values throughout its range and outside.
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
@@ -20,8 +20,8 @@ namespace {
 
 using namespace host;
 
-// A key by its path, what a strip then has, and what must be assigned before for it to mean
-// something.
+// A key: its path, how to read its value from the settings, and assignments that must come before
+// it so that it applies.
 struct AnyKey {
   std::string path;
   Kind kind;
@@ -31,7 +31,7 @@ struct AnyKey {
   std::vector<std::string> before = {};
 };
 
-// A type of band that knows the key.
+// A band type to which the key applies.
 std::string_view apt_type(const Key<EqBand>& key) {
   for (std::size_t type = 0; type < std::size(kBandTypes); ++type) {
     EqBand band;
@@ -41,7 +41,7 @@ std::string_view apt_type(const Key<EqBand>& key) {
   return "";
 }
 
-// What the strip has of a band's key; the position is where the band stands.
+// The value of a band's key in the settings; the band's position is the list that it is in.
 Value of_band(const Key<EqBand>& key, const StripSettings& settings, bool key_filter) {
   EqBand band;
   static_cast<BandSettings&>(band) = key_filter              ? *settings.key_filter
@@ -86,7 +86,7 @@ StripSettings with(const AnyKey& key, const std::string& value) {
   return load_preset(std::nullopt, assignments).settings;
 }
 
-// Of a range without an upper end, the first 1e6.
+// A random value within the range; one without an upper end is taken up to 1e6.
 double within(const Range& range) {
   if (range.or_zero && *rc::gen::inRange(0, 10) == 0) return 0;
   const double top = std::min(range.maximum, 1e6);
@@ -105,7 +105,7 @@ double outside(const Range& range) {
   return range.or_zero && value == 0 ? -distance : value;
 }
 
-// A value that the key takes, as written and as the settings then hold it.
+// A random valid value, as written and as the settings then hold it.
 std::pair<std::string, double> any_value(const AnyKey& key) {
   if (key.kind == Kind::kNumber) {
     const double value = within(key.range);
@@ -150,7 +150,7 @@ TEST(EveryKey, HasAMeaning) {
   for (const Key<EqBand>& key : kBandKeys) EXPECT_FALSE(key.meaning.empty()) << key.name;
 }
 
-// A default that its own key would refuse could not be written down.
+// Otherwise a default could not be written in a preset.
 TEST(EveryKey, HasADefaultWithinItsRange) {
   for (const AnyKey& key : every_key()) {
     if (key.kind != Kind::kNumber || !key.before.empty()) continue;

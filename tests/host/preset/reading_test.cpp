@@ -1,4 +1,4 @@
-// What a preset's keys set.
+// The settings that a preset's keys give.
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>

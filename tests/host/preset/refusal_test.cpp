@@ -1,4 +1,4 @@
-// What a preset may not say, and how that is told: file, line, column, key and what is wrong.
+// Invalid presets and their messages: file, line, column, key and what is wrong.
 
 #include "refusal.h"
 

@@ -95,7 +95,7 @@ TEST(ShippedPresets, CompressTheirKindOfAudioAndKeepItInBounds) {
   }
 }
 
-// Each of the two gain terms at 0 dB is the factor 1.0000013.
+// Each of the two gain terms at 0 dB is a factor of 1.0000013.
 void expect_unity_gain(const Rendered& rendered) {
   ASSERT_EQ(rendered.output.size(), rendered.input.size());
   for (std::size_t i = 0; i < rendered.input.size(); ++i) {
@@ -122,7 +122,7 @@ TEST(LimiterPreset, TouchesNothingBelow) {
 }
 
 TEST(KickGatePreset, ShutsOnWhatIsNoKickDrum) {
-  // White noise of -26 dBFS has next to nothing in the drum's band.
+  // White noise of -26 dBFS has hardly any energy in the drum's band.
   const auto [report, input, output] = rendered("kick_gate", 1, 0.05f);
   EXPECT_NEAR(report.meters.expander_reduction, 1 - db_to_linear(-40), 1e-3);
 }

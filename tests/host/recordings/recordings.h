@@ -1,4 +1,4 @@
-// Real recordings for tests: the speech of Debian's alsa-utils, drums of its hydrogen-drumkits.
+// Real recordings for tests: speech from Debian's alsa-utils, drums from its hydrogen-drumkits.
 
 #pragma once
 
@@ -19,7 +19,7 @@ TestAudio in_every_channel(const TestAudio& mono, int channels);
 
 float peak(const std::vector<float>& samples);
 
-// Level in dB of the mean square.
+// RMS level in dB.
 double rms_level(const std::vector<float>& samples);
 
 }  // namespace channelstrip::test

@@ -1,4 +1,4 @@
-// Every preset that ships, over real recordings, checked as an engineer would.
+// Every shipped preset on real recordings, checked as an audio engineer would.
 
 #include <gtest/gtest.h>
 
@@ -58,7 +58,7 @@ std::string test_name(const testing::TestParamInfo<std::string>& info) {
 
 INSTANTIATE_TEST_SUITE_P(Recordings, EveryPreset, testing::ValuesIn(preset_names()), test_name);
 
-// What is made up for the peaks of a voice or a bass is too much for those of drums.
+// Presets whose makeup suits the peaks of a voice or a bass would clip drums.
 TEST_P(EveryPreset, StaysBelowFullScale) {
   constexpr std::string_view kNotForDrums[] = {"bass", "dialogue_5.1", "podcast_voice", "telephone",
                                                "voice"};
@@ -131,7 +131,7 @@ TEST_P(EveryPreset, GivesEveryChannelWhatAloneItWouldGet) {
   }
 }
 
-// A channel that isn't linked hears no other.
+// A channel that isn't linked doesn't depend on any other.
 TEST_P(EveryPreset, GivesEveryUnlinkedChannelWhatAloneItWouldGet) {
   host::StripSettings unlinked = settings;
   unlinked.link.clear();
@@ -153,7 +153,7 @@ struct Work {
   double compressor[2], expander[2];  // dB, least and greatest reduction
 };
 
-// What each preset does to the kind of audio it is for, or to the nearest that there is.
+// The reductions by each preset, on the kind of audio that it is for or the nearest one here.
 TEST(Presets, WorkAsHardAsTheySay) {
   constexpr Work kWorks[] = {
       {"acoustic_guitar", speech, {1, 6}, {0, 0}},

@@ -21,12 +21,12 @@ struct Processed {
   host::StripMeters meters;
 };
 
-// Of the formats with that many channels the usual one, with the channels in its default order.
+// The usual format with that many channels, with the channels in its default order.
 inline host::ChannelLayout usual_layout(int channels) {
   return host::choose_layout(channels, {});
 }
 
-// `next_cut` says how many frames the stream gets at a time.
+// `next_cut` returns how many frames the stream gets in the next call.
 inline Processed through_strip(
     const host::StripSettings& settings, const TestAudio& input, const host::ChannelLayout& layout,
     const std::function<std::size_t()>& next_cut = [] { return std::size_t{4096}; },

@@ -1,4 +1,4 @@
-// Settings that change in the course of a file.
+// Settings that change within a file.
 
 #include <gtest/gtest.h>
 
@@ -63,7 +63,7 @@ TEST_F(Automated, OutputKnowsNothingOfChangesBehindItsEnd) {
   }
 }
 
-// A sine of its own per channel.
+// Each channel has a sine of its own frequency.
 std::vector<float> sines(std::size_t channels) {
   std::vector<float> samples(channels * kRate);
   for (std::size_t i = 0; i < samples.size(); ++i) {
@@ -83,7 +83,7 @@ std::vector<double> greatest_steps(const std::vector<float>& samples, std::size_
   return steps;
 }
 
-// Both ends of a step are rounded to single precision, 2^-25 of at most 1 each.
+// Both samples of a step are rounded to single precision, by up to 2^-25 of at most 1 each.
 constexpr double kRounding = 0x1p-24;
 
 TEST_F(Automated, GainOfASineChangesWithoutAClick) {

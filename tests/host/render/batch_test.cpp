@@ -1,4 +1,4 @@
-// Several files at a time.
+// Rendering several files in one run.
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

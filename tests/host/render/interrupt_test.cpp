@@ -1,4 +1,4 @@
-// Signals in the midst of the work.
+// Signals while the program works.
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -25,7 +25,7 @@ class Interrupt : public Program {
  protected:
   Interrupt() { fs::create_directory(out); }
 
-  // Hours of silence that take no room: never rendered to the end.
+  // A sparse file with hours of silence: never rendered to the end.
   std::string hours(const std::string& name) const {
     const std::string path = write_audio(
         folder.file(name), {.format = SF_FORMAT_W64 | SF_FORMAT_PCM_16, .floats = noise(8, 0.5f)});
@@ -47,15 +47,15 @@ class Interrupt : public Program {
     return names;
   }
 
-  // Without those that are on their way under a temporary name.
+  // The outputs, except those that are being written under a temporary name.
   Names finished_outputs() const {
     Names names = outputs();
     std::erase_if(names, is_temporary);
     return names;
   }
 
-  // Where the file system knows no files without a name, one of a temporary name is left when
-  // nothing can be tidied any more.
+  // After an end that leaves no time to tidy up, a file system that has no unnamed files keeps one
+  // file with a temporary name.
   void expect_no_output() const {
     const OpenFile nameless(open(out.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600));
     EXPECT_LE(outputs().size(), nameless < 0 ? 1u : 0u);

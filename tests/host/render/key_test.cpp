@@ -1,4 +1,4 @@
-// The side-chain as users set it.
+// The key (side-chain) as users set it.
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@ class Key : public Program {
  protected:
   static constexpr std::size_t kFrames = 24000;
 
-  // Silence, then from half-way on noise, in the last of `channels` channels.
+  // The last of `channels` channels has silence, then noise from half-way on.
   std::string key(const std::string& name, int channels, std::size_t frames = kFrames,
                   int sample_rate = 48000) {
     std::vector<float> samples = noise(frames * static_cast<std::size_t>(channels), 0.9f);
@@ -32,7 +32,7 @@ class Key : public Program {
     float before, after;
   };
 
-  // Of a steady -20 dBFS that only the key can push below the threshold.
+  // The peaks of a steady signal of -20 dBFS, which only the key can duck.
   Peaks ducked(const std::vector<std::string>& options) {
     std::vector<std::string> arguments{"render", quiet, output, "--preset", preset};
     arguments.insert(arguments.end(), options.begin(), options.end());

@@ -1,5 +1,5 @@
-// Without a preset a file comes out as it went in, but for the library's 0 dB: each of the two gain
-// terms gives the factor 1.0000013, together 1 + 2.63e-6.
+// Without a preset a file is unchanged except for the library's 0 dB: each of the two gain terms
+// gives the factor 1.0000013, together 1 + 2.63e-6.
 
 #include <gtest/gtest.h>
 
@@ -45,7 +45,7 @@ TEST(NeutralStrip, ReturnsEverySampleOf8BitsUnchanged) {
   EXPECT_EQ(rendered(input).integers, input.integers);
 }
 
-// Half a step is 2.7e-6 of 185185 steps, or -33 dBFS.
+// 2.7e-6 of 185185 steps, which is -33 dBFS, is half a step: smaller samples round to themselves.
 TEST(NeutralStrip, Returns24BitsBelowMinus33DbUnchanged) {
   std::vector<int> steps;
   for (int step = -185185; step <= 185185; ++step) steps.push_back(step);

@@ -1,4 +1,4 @@
-// Which channel is which.
+// The order of channels: of WAV, and of film.
 
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@ namespace channelstrip::test::order_test {
 namespace {
 
 struct Layout {
-  std::vector<std::size_t> film;  // places in WAV's order
+  std::vector<std::size_t> film;  // the channels' positions in WAV order
   std::vector<std::string> wav_labels;
   const char* link;
 };
@@ -36,7 +36,7 @@ std::vector<Value> in_film_order(const std::vector<Value>& wav, const Layout& la
 
 class Order : public Program {
  protected:
-  // Every channel of its own level: the groups are reduced by different amounts.
+  // Noise with a different level in every channel, so that the groups are reduced differently.
   static TestAudio material(std::size_t channels) {
     TestAudio audio{.channels = static_cast<int>(channels), .floats = noise(channels * 9600, 0.9f)};
     for (std::size_t i = 0; i < audio.floats.size(); ++i) {

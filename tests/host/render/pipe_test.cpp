@@ -1,4 +1,4 @@
-// The program between other programs.
+// The program in a pipeline.
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -17,7 +17,7 @@ namespace {
 
 class Piped : public Program {
  protected:
-  // What the program makes of these bytes; it reads all before it writes.
+  // The program's output for these bytes, all of which it reads before it writes.
   static std::string through(const std::string& bytes, std::vector<std::string> options = {}) {
     options.insert(options.begin(), {"render", "-", "-"});
     Pipe in, out;
@@ -53,7 +53,7 @@ std::string with_sizes(std::string wav, std::uint32_t file, std::uint32_t data) 
   return wav.replace(wav.find("data") + 4, 4, little_endian(data));
 }
 
-// What programs write that can't go back to state it.
+// The lengths that programs write when they can't go back to fill in the real one.
 TEST_F(Piped, WavOfUnknownLengthIsReadToItsEnd) {
   constexpr std::uint32_t kMost = 0xFFFFFFFF, kALot = 0x7FFFF000, kHeader = 36;
   const std::string wav = contents(input), whole = through(wav);

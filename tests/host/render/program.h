@@ -1,4 +1,4 @@
-// The program in a folder of its own with an input to render.
+// A fixture for rendering: the program, a folder, and an input in it.
 
 #pragma once
 

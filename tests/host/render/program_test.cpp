@@ -107,7 +107,8 @@ TEST_F(Output, RefusesWhatItCannotBe) {
 
 class Memory : public Program {
  protected:
-  // Piece by piece: what this process holds counts for its children.
+  // Written piece by piece, because a child's peak memory includes what this process held at the
+  // fork.
   std::string seconds_of_noise(const std::string& name, int seconds) {
     SF_INFO info = {};
     info.samplerate = 48000;
@@ -119,7 +120,7 @@ class Memory : public Program {
     return folder.file(name);
   }
 
-  // KiB, the most that any child has held so far.
+  // KiB; the largest peak of any child so far.
   long most_after_rendering(const std::string& file) {
     EXPECT_EQ(run({"render", file, output, "-q"}).exit_status, 0);
     rusage usage = {};

@@ -1,4 +1,4 @@
-// The line that tells how far the work is.
+// The progress line.
 
 #include "host/render/progress.h"
 
@@ -35,7 +35,7 @@ TEST(ProgressLine, FitsItsWidth) {
   EXPECT_EQ(progress_line(state, 10), " 50 %  9 x");
 }
 
-// Work that a named pipe holds up until some progress is due.
+// Rendering from a named pipe, which delays the work until a progress line is due.
 class Progress : public Program {
  protected:
   std::vector<std::string> arguments(const std::vector<std::string>& options = {}) const {
@@ -44,7 +44,7 @@ class Progress : public Program {
     return all;
   }
 
-  // `meanwhile`: once the program waits.
+  // Calls `meanwhile` once the program waits for input.
   void feed(const std::function<void()>& meanwhile = [] {}) const {
     using namespace std::chrono_literals;
     const OpenFile writer(held.opened());
@@ -53,7 +53,7 @@ class Progress : public Program {
     writer.write(contents(input));
   }
 
-  // What stands on the terminal when all is done.
+  // What remains on the terminal after all erasures.
   static std::string left_of(std::string shown) {
     const std::string erase = "\r\x1b[K";
     for (auto at = shown.find(erase); at != shown.npos; at = shown.find(erase)) {

@@ -101,8 +101,8 @@ TEST_F(Program, RefusesToReplaceAProtectedFile) {
   EXPECT_EQ(contents(output), "precious");
 }
 
-// Wherever the room ends: in the header, among the samples or in the last bytes that closing the
-// file writes.
+// The disk may be full in the header, among the samples, or in the last bytes, which are written
+// when the file is closed.
 TEST_F(Program, LeavesNothingWhenThereIsNoRoom) {
   for (const char* name : {"full.wav", "full.flac", "full.aiff", "full.caf"}) {
     const std::string full = folder.file(name);

@@ -1,4 +1,4 @@
-// What the program tells of its work.
+// What the program reports about a rendering.
 
 #include <gtest/gtest.h>
 

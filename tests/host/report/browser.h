@@ -1,4 +1,4 @@
-// A page as a browser builds it.
+// Loads a page in a browser.
 
 #pragma once
 
@@ -6,7 +6,7 @@
 
 namespace channelstrip::test {
 
-// The document in `file` once it is loaded, its scripts run. Throws without Chromium.
+// The document in `file` after it is loaded and its scripts have run. Throws without Chromium.
 std::string document_of(const std::string& file);
 
 }  // namespace channelstrip::test

@@ -26,7 +26,7 @@ Loudness loudness_of(const std::vector<float>& frames, const char* format,
   return meter.loudness();
 }
 
-// A sine of 20 s in one channel of a format alone.
+// The loudness of a sine in only one channel of a format.
 double alone(const char* format, const char* label) {
   const ChannelLayout layout = layout_of(format);
   const std::vector<float> mono = sine(kReference, 1000, 48000, 96000);
@@ -71,7 +71,8 @@ TEST(Loudness, SurroundsWeighMoreAndTheLfeNothing) {
   EXPECT_NEAR(alone("LCRS", "S"), front, 1e-6);
 }
 
-// A quarter of the sample rate, 45 degrees off the crests: samples reach 0.707 of what is between.
+// A sine at a quarter of the sample rate, sampled 45 degrees off its crests: the samples reach
+// 0.707 of the crests.
 TEST(Loudness, TruePeakLiesBetweenTheSamples) {
   std::vector<float> frames;
   for (int i = 0; i < 12000; ++i) {

@@ -1,4 +1,4 @@
-// A report in a browser: what is drawn, and whether it fits a telephone.
+// A report in a browser: what is drawn, and whether it fits the width of a phone.
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,8 @@
 namespace channelstrip::test::page_test {
 namespace {
 
-// Shows `page` in a frame 390 wide, so high that it has no scroll bar, and measures it there.
+// A document that shows `page` in a frame of 390 pixels, high enough to need no scroll bar, and
+// measures it there.
 std::string telephone(const std::string& page) {
   return "<!DOCTYPE html><meta charset=utf-8><title>not yet</title>\n"
          "<iframe style='width:390px;height:20000px;border:0' srcdoc=\"" +
@@ -77,7 +78,7 @@ TEST(ReportPage, DrawsEveryChartWithinATelephonesWidth) {
     const auto& chart = page["charts"][i];
     EXPECT_EQ(chart["title"], titles[i]);
     EXPECT_GT(chart["width"], 340);
-    // Before and after, or a line per group.
+    // Two lines for before and after, or one per group.
     EXPECT_EQ(chart["lines"], i < 6 ? 2 : 3) << titles[i];
     EXPECT_GT(chart["text"], 10) << titles[i];
   }

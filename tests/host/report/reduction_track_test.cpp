@@ -45,9 +45,9 @@ TEST(ReductionTrack, NothingReducedIsZeroAndNotMinusZero) {
   EXPECT_FALSE(std::signbit(track.average()));
 }
 
-// A compressor without a knee, its level constant from the first sample on, covers 1 -
-// e^(-t/attack) of the distance to its curve: of a period the gain at its beginning is the
-// greatest.
+// With a constant level from the first sample on, a compressor without a knee covers 1 -
+// e^(-t/attack) of the distance to its curve, so the greatest gain of a period is that at its
+// start.
 TEST(ReductionTrack, FollowsTheAttackOfAConstantLevel) {
   const Library library(CHANNELSTRIP_LIBRARY);
   const StemFormat& mono = *find_stem_format("Mono");
@@ -61,9 +61,9 @@ TEST(ReductionTrack, FollowsTheAttackOfAConstantLevel) {
   strip.process(std::vector<float>(500 * StripStream::kPeriod, 0.5f), output);
 
   const double settled = 0.75 * (linear_to_db(0.5) + 20);
-  // A step of the smoothing, 1/960 of the rest, is rounded to the nearest float, 2^-21 dB off: an
-  // error of 4.6e-4 dB accumulates. 3e-6 octaves in the level, 7e-6 in the gain and the decay of
-  // the detector from one sample to the next make below 1e-4.
+  // Each step of the attack covers 1/960 of the remaining distance and is rounded by up to 2^-21
+  // dB: errors accumulate to 4.6e-4 dB. 3e-6 octaves in the level, 7e-6 in the gain, and the
+  // detector's decay from one sample to the next are together below 1e-4 dB.
   const double bound = 5.6e-4;
   ASSERT_EQ(track.periods_per_column(), 1u);
   ASSERT_EQ(track.columns().size(), 500u);

@@ -32,7 +32,7 @@ class ReportProgram : public Command {
     return write(name, sine(0.5, 1000, 48000, 96000), type);
   }
 
-  // The page of a render with the settings that it was rendered with, or with none.
+  // The page of a rendering, given the settings that it was rendered with, or none.
   std::string page_of(const std::string& input, bool same_settings = true) const {
     const std::string preset = folder.write("tight.toml", kPreset);
     render(input, output, preset);
@@ -73,7 +73,8 @@ TEST_F(ReportProgram, SaysThatOtherSettingsGiveAnotherFile) {
   expect_in(html, "<p class=\"verdict bad\"><b>This file isn&#39;t what these settings give.</b>");
 }
 
-// The input: -6.02 dBFS, a mono sine at 1 kHz: 3.01 LU less. The output once settled: -13.5 dBFS.
+// The input is a mono sine of 1 kHz at -6.02 dBFS, whose loudness is 3.01 LU less. The output
+// settles at -13.5 dBFS.
 TEST_F(ReportProgram, ShowsLevelsAndReduction) {
   const std::string html = page_of(tone("in.wav"));
   expect_in(html, "<dt>Integrated loudness</dt><dd>−9.0 → −16.5 <small>LUFS</small></dd>");
@@ -113,7 +114,8 @@ TEST_F(ReportProgram, TellsWhatChangesAndWhen) {
   expect_in(html, ">settings change</text>");
 }
 
-// Linked in the beginning, the group's reduction is that of its loudest channel from then on.
+// The channels are one group at first and split later: the group's row shows the deepest reduction
+// of any of its channels.
 TEST_F(ReportProgram, GroupsThatAreSplitShowTheirDeepestReduction) {
   std::vector<float> surrounds(48000 * 6);
   for (std::size_t i = 0; i < surrounds.size(); i += 6) surrounds[i + 5] = i % 4 == 0 ? 1 : -1;

@@ -34,14 +34,14 @@ BandLevel highest(const std::vector<BandLevel>& levels) {
 }
 
 // A sine fills three bins, the outer two with a sixth of its power each. The narrowest bands are
-// three bins wide and half a bin apart: a quarter of a bin may lie outside, 0.19 dB. From 100 Hz on
-// bands hold all of it but for the window's skirts.
+// three bins wide and half a bin apart, so a quarter of a bin may lie outside: 0.19 dB. From 100 Hz
+// on a band holds all of the sine except the window's skirts.
 TEST(Spectrum, SineAtFullScaleReadsZeroDecibelsAtItsFrequency) {
   for (const double rate : {44100.0, 48000.0, 96000.0}) {
     for (const double frequency : {25.0, 61.7, 1000.0, 9876.5, 15000.0}) {
       const BandLevel peak = highest(levels_of(sine(1, frequency, rate, 100000), rate));
       EXPECT_NEAR(peak.level, 0, frequency < 100 ? 0.19 : 0.01) << rate << " " << frequency;
-      // Anywhere in the band that holds it: 1/12 octave, below 40 Hz a bin and a half.
+      // It may be anywhere in the band that holds the sine: 1/12 octave, or 1.5 bins below 40 Hz.
       const double half_band = std::max(frequency * (std::exp2(1.0 / 12) - 1), 1.5 * 1.5);
       EXPECT_NEAR(peak.frequency, frequency, half_band) << rate << " " << frequency;
     }
@@ -60,11 +60,11 @@ TEST(Spectrum, SineIsSixtyDecibelsDownAnOctaveAway) {
   }
 }
 
-// A band of n bins averages about 2 n independent squares over some 20 segments: at 1 kHz 78 bins,
-// a deviation of 0.11 dB; four of these, and above less.
+// A band of n bins averages about 2 n independent squares over some 20 segments. At 1 kHz it has 78
+// bins, for a standard deviation of 0.11 dB, and less above. The bound is four of these.
 TEST(Spectrum, WhiteNoiseIsFlatInItsDensity) {
   const std::vector<float> samples = noise(400000, 0.5f);
-  // Uniform in +-a: a mean square of a^2 / 3, spread over 24 kHz.
+  // Uniform noise within +-a has a mean square of a^2 / 3, spread over 24 kHz.
   const double density = 10 * std::log10(2 * 0.25 / 3 / 24000);
   for (const auto& [frequency, level] : levels_of(samples, 48000)) {
     if (frequency < 1000) continue;

@@ -1,4 +1,4 @@
-// Settings that change while the strip plays.
+// Settings that change during a stream.
 
 #include <gtest/gtest.h>
 
@@ -87,12 +87,12 @@ StripSettings band(const BandSettings& settings) {
   return strip;
 }
 
-constexpr std::size_t kHalf = 24000;  // frames; every onset, change and glide is past after as many
+constexpr std::size_t kHalf = 24000;  // frames, after which every onset, change and glide is over
 
 class Sine {
  public:
-  // The greatest step once everything has settled on `settings`, or on coefficients that are `part`
-  // of the way to others.
+  // The greatest step between samples once everything has settled on `settings`, or on coefficients
+  // that are `part` (0 to 1) of the way to those of `others`.
   double settled(const StripSettings& settings) const { return settled(settings, settings, 0); }
   double settled(const StripSettings& settings, const StripSettings& others, float part) const {
     const Streamed result = play({.format = "Mono",
@@ -103,7 +103,8 @@ class Sine {
     return greatest_step(std::span(result.samples).last(kHalf));
   }
 
-  // The greatest step on the way, wherever in a period of the sine it begins.
+  // The greatest step between samples during the change, over starts all along a period of the
+  // sine.
   double gliding(const StripSettings& from, const StripSettings& to) const {
     double greatest = 0;
     for (std::size_t at = kHalf; at < kHalf + 256; at += StripStream::kPeriod) {
@@ -118,8 +119,8 @@ class Sine {
   std::vector<float> input_ = tone(-20, 2 * kHalf, 440);
 };
 
-// The sine is rounded to single precision at both ends of a step, 2^-25 of at most 1 each; a click
-// would be up to seventeen times the sine's greatest step at 440 Hz.
+// Both samples of a step are rounded to single precision, by up to 2^-25 of at most 1 each. A click
+// would be up to seventeen times the greatest step of the sine of 440 Hz.
 constexpr double kRounding = 0x1p-24;
 
 TEST(StripChanges, OfAGainNeverStepMoreThanTheLouderSettingDoes) {
@@ -138,8 +139,8 @@ TEST(StripChanges, OfAGainNeverStepMoreThanTheLouderSettingDoes) {
   }
 }
 
-// Coefficients glide along the straight line from one filter to the other, whose filters may be
-// louder than both ends.
+// Coefficients glide along a straight line from one filter to the other, and filters on the way may
+// be louder than those at both ends.
 double loudest_on_the_line(const Sine& sine, const StripSettings& from, const StripSettings& to) {
   double loudest = 0;
   for (int i = 0; i <= 32; ++i)
@@ -147,7 +148,8 @@ double loudest_on_the_line(const Sine& sine, const StripSettings& from, const St
   return loudest;
 }
 
-// Between two of the line's 33 filters, and for what the moving filter's memory adds: 0.5 %.
+// 0.5 % for filters between two of the 33 on the line, and for what the memory of a moving filter
+// adds.
 constexpr double kOnTheMove = 1.005;
 
 TEST(StripChanges, OfAFrequencyNeverStepMoreThanAFilterOnTheWay) {

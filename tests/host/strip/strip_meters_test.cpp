@@ -39,8 +39,9 @@ TEST(StripMeters, ToneAboveTheThresholdIsReducedByTheRatio) {
   const std::vector<float> input = tone(-8, 48000);
   const Streamed result = play({.format = "Mono", .input = input, .settings = settings});
 
-  // 12 dB over at 4:1: 9 dB. After 100 attack times nothing of the attack is left; between two
-  // crests, 0.5 ms apart, the detector falls by 8.7 dB * 0.5 / 1000, of which 3/4 reach the gain.
+  // 12 dB above the threshold at 4:1 are 9 dB of reduction. After 100 attack times the attack is
+  // over. Between two crests, 0.5 ms apart, the detector falls by 8.7 dB * 0.5 / 1000, of which 3/4
+  // reach the gain.
   const double ripple = 0.0033;
   // 3e-6 octaves in the level, 7e-6 in the gain: together below 1e-4 dB.
   const double conversions = 1e-4;
@@ -72,8 +73,8 @@ TEST(StripMeters, ReductionIsThatOfItsLinkGroup) {
   EXPECT_LT(apart[2], 0.5f);
 }
 
-// The gain is down from the burst's first sample until the detector has fallen by 20 dB: 2.3 ms, or
-// 111 samples, less than a window after its last.
+// The gain is reduced from the burst's first sample until the detector has fallen by 20 dB, 2.3 ms
+// or 111 samples after its last one, which is less than a window.
 StripMeters burst_of(std::size_t begin, std::size_t frames) {
   std::vector<float> input(4 * StripStream::kWindow, 0.001f);
   std::fill_n(input.begin() + static_cast<std::ptrdiff_t>(begin), frames, 1.0f);

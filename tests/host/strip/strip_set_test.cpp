@@ -1,4 +1,4 @@
-// A stream whose link map takes several strips.
+// A stream whose link map has more groups than one strip can hold, so that it takes several.
 
 #include "host/strip/strip_set.h"
 
@@ -42,7 +42,7 @@ TEST(UnlinkedStrip, GivesEveryChannelWhatAMonoStripWould) {
   }
 }
 
-// More groups than 5.1 holds, two of them with two channels, one of these with channels apart.
+// More groups than 5.1 holds. Two of them have two channels, which in one of them are not adjacent.
 TEST(SplitStrip, GivesEveryGroupWhatItsOwnStripWould) {
   const std::size_t pair[] = {0, 4};
   const std::vector<float> input = bursts(3001, 6);
@@ -81,7 +81,7 @@ TEST(SplitStrip, ChangesAllItsStrips) {
   }
 }
 
-// What is loud on the right alone is the reduction of the whole, and not the gain.
+// Loud on the right only: that sets the reduction of the whole, but not the gain.
 TEST(SplitStrip, MetersTheExtremesOfItsStrips) {
   std::vector<float> input(2 * 640);
   const std::vector<float> loud = tone(-1, 640), quiet = tone(-60, 640);

@@ -46,7 +46,7 @@ TEST(StripStream, EveryChannelCountKeepsItsChannelsApart) {
     }
     const Streamed result = play({.format = format.name.data(), .input = input});
     ASSERT_EQ(result.samples.size(), input.size());
-    // The neutral strip's two 0 dB are 1 + 1.3e-6 each.
+    // The neutral strip's two 0 dB terms are factors of 1 + 1.3e-6.
     for (std::size_t i = 0; i < input.size(); ++i) {
       ASSERT_NEAR(result.samples[i], input[i], 2.7e-6f * input[i]) << format.name;
     }

@@ -1,4 +1,4 @@
-// Audio for tests: made up, written and read back.
+// Audio for tests: generated, taken apart, written to files and read back.
 
 #pragma once
 
@@ -31,15 +31,15 @@ struct TestAudio {
   int format = SF_FORMAT_WAV | SF_FORMAT_FLOAT;
   int channels = 1;
   int sample_rate = 48000;
-  std::vector<int> map = {};       // empty: none
-  std::vector<int> integers = {};  // interleaved samples in the top bits; or
+  std::vector<int> map = {};       // speakers; empty: none
+  std::vector<int> integers = {};  // interleaved samples, left-justified; or
   std::vector<float> floats = {};
 };
 
-// Throw when libsndfile fails.
+// Returns the path. Throws when libsndfile fails.
 std::string write_audio(const std::string& path, const TestAudio& audio);
 
-// Both kinds of samples are filled.
+// Fills both kinds of samples. Throws when libsndfile fails.
 TestAudio read_audio(const std::string& path);
 
 }  // namespace channelstrip::test

@@ -19,14 +19,14 @@ struct ChildResult {
 
 struct ChildOptions {
   std::optional<unsigned long> file_size_limit = {};  // bytes of any file it writes
-  // Descriptors; without them it shares our standard input, and result() tells the others.
+  // Descriptors. By default it shares our standard input, and result() has what it wrote.
   std::optional<int> standard_input = {}, standard_output = {}, standard_error = {};
 };
 
 class Child {
  public:
-  // Runs the program with these arguments. It obeys file permissions even where the tests run as
-  // the superuser, and heeds signals even where they are ignored.
+  // Runs the program with these arguments. File permissions apply to it even if the tests run as
+  // the superuser, and signals have their default effect even if the tests ignore them.
   explicit Child(const std::vector<std::string>& arguments, const ChildOptions& options = {});
   ~Child();
   Child(const Child&) = delete;
@@ -35,16 +35,16 @@ class Child {
   bool runs() const;
   void send(int signal) const;
 
-  // Whether it has this file open, or one in this folder, be it one without a name.
+  // Whether it has this file open, or a file in this folder, even one without a name.
   bool has_open(const std::string& path) const;
 
-  // Waits for the end.
+  // Waits for the program to end.
   ChildResult result();
 
  private:
   pid_t process_ = -1;
   int errors_ = -1;   // read end of its standard error
-  int printed_ = -1;  // its standard output, in memory
+  int printed_ = -1;  // its standard output, a file in memory
 };
 
 inline ChildResult run(const std::vector<std::string>& arguments,

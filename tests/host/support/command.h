@@ -1,4 +1,4 @@
-// A command of the program, in a folder of its own.
+// A fixture for the program's commands, with a folder of its own.
 
 #pragma once
 
@@ -15,8 +15,8 @@ namespace channelstrip::test {
 
 class Command : public testing::Test {
  protected:
-  // The one way to fail: status 1, one line that names the program, nothing on standard output, and
-  // no file more or less.
+  // Every command fails in the same way: status 1, one line that starts with the program's name,
+  // nothing on standard output, and no file more or less.
   void expect_refusal(const std::vector<std::string>& arguments, const std::string& what,
                       std::optional<unsigned long> file_size_limit = std::nullopt) const {
     const std::vector<std::string> before = folder.entries();

@@ -31,7 +31,7 @@ int other_side(int terminal) {
   return open(name.data(), O_RDWR | O_NOCTTY | O_CLOEXEC);
 }
 
-// False at the end, which a terminal whose last program has left shows as an error.
+// False at the end; a terminal that no program has open any more reports it as an error.
 bool read_some(int descriptor, std::string& text) {
   std::array<char, 4096> bytes = {};
   const ssize_t got = read(descriptor, bytes.data(), bytes.size());

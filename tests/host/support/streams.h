@@ -1,4 +1,4 @@
-// What a child's standard streams can be, and what it can be kept waiting with.
+// Pipes and terminals for a child's standard streams, and a named pipe that keeps it waiting.
 
 #pragma once
 
@@ -18,7 +18,7 @@ class OpenFile {
   operator int() const { return descriptor_; }
   void close();
 
-  // All that can be read, up to the end.
+  // Reads up to the end.
   std::string read_all() const;
   void write(const std::string& bytes) const;
 
@@ -39,16 +39,16 @@ class Pipe {
   explicit Pipe(const Ends& ends) : reading(ends.reading), writing(ends.writing) {}
 };
 
-// A pseudo-terminal that passes on every byte as it is.
+// A pseudo-terminal that passes every byte on unchanged.
 class Terminal {
  public:
   explicit Terminal(unsigned short columns = 80);
 
-  // The program's side, to be closed here once a child has it.
+  // The program's side. Close it here once a child has inherited it.
   OpenFile& program_side() { return program_; }
 
-  // Reads on until `enough` of all that was shown so far, or until no program has the terminal any
-  // more.
+  // Reads until `enough` is true of everything shown so far, or until no program has the terminal
+  // open any more.
   const std::string& shown(const std::function<bool(const std::string&)>& enough);
   const std::string& all_shown();
 
@@ -65,14 +65,14 @@ class NamedPipe {
   explicit NamedPipe(std::string path);
   const std::string& path() const { return path_; }
 
-  // The end to write to, as soon as a reader has opened the other.
+  // Waits until a reader has opened the pipe; returns the end to write to.
   int opened() const;
 
  private:
   std::string path_;
 };
 
-// Looks again and again until `condition` holds; throws after a minute.
+// Polls until `condition` holds; throws after a minute.
 void wait_until(const std::function<bool()>& condition);
 
 }  // namespace channelstrip::test

@@ -1,4 +1,4 @@
-// A folder that goes with its test.
+// A folder that is removed after its test.
 
 #pragma once
 
@@ -36,7 +36,7 @@ class TemporaryFolder {
     return file(name);
   }
 
-  // Names of all that is in it, sorted.
+  // The names of all entries, sorted.
   std::vector<std::string> entries() const {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(path_)) {

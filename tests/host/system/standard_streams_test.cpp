@@ -21,7 +21,7 @@
 namespace channelstrip::test::standard_streams_test {
 namespace {
 
-// A standard stream that is another descriptor for as long as this lives.
+// Redirects a standard stream to another descriptor for its lifetime.
 class Redirected {
  public:
   Redirected(int stream, OpenFile& file) : stream_(stream), saved_(dup(stream)) {

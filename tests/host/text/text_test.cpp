@@ -27,8 +27,9 @@ TEST(TextFile, AnyEncodingBecomesUtf8) {
 }
 
 TEST(TextFile, BrokenEncodingIsReadByteByByte) {
-  EXPECT_EQ(to_utf8("\xFF\xFEK"sv), "ÿþK");          // half a UTF-16 unit
-  EXPECT_EQ(to_utf8("\xEF\xBB\xBF\xFC"sv), "ï»¿ü");  // a mark alone makes no UTF-8
+  EXPECT_EQ(to_utf8("\xFF\xFEK"sv), "ÿþK");  // half a UTF-16 unit
+  EXPECT_EQ(to_utf8("\xEF\xBB\xBF\xFC"sv),
+            "ï»¿ü");  // a byte order mark before text that isn't UTF-8
 }
 
 TEST(TextFile, LinesMayEndInAnyWay) {
