@@ -4,7 +4,7 @@
 namespace channelstrip::test::compressor_test {
 namespace {
 
-constexpr float kKnee = -3;  // dB, the knee polynomial's constant term and only one
+constexpr float kKnee = -3;  // dB; the knee polynomial has only this constant term
 
 // The compressor's gain term shows the target of a level: weights are 1 and terms start at 0 dB.
 class CompressorCurve : public EveryGroup {

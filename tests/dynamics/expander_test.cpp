@@ -4,7 +4,7 @@
 namespace channelstrip::test::expander_test {
 namespace {
 
-constexpr float kKnee = -3;  // dB, the knee polynomial's constant term and only one
+constexpr float kKnee = -3;  // dB; the knee polynomial has only this constant term
 
 // The expander's gain term shows the target of a level: the gate is open, there is no hold, weights
 // are 1 and terms start at 0 dB.

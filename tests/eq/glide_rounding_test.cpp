@@ -71,8 +71,7 @@ TEST_P(EqGlideRounding, EveryStepFollowsTheRule) {
     strip.dyn_state[0].dezipRate = rate;
     for (size_t i = 0; i < kCoefs; ++i) {
       strip.eq.targetCoefs[i] = wide_noise(noise);
-      strip.dezip.coefs[i] =
-          wide_noise(noise);  // not the rounded running value: the first step differs
+      strip.dezip.coefs[i] = wide_noise(noise);  // not the rounded double: the first step differs
       strip.dezip.smoothedCoefs[i] = static_cast<double>(wide_noise(noise)) * 1.1;
     }
     const EQ_SDezipCoefs before = strip.dezip;

@@ -12,16 +12,14 @@ namespace channelstrip::test {
 // Which settings a scene may have, and so how strictly its results can be compared.
 enum class Kind {
   // Any settings and any overlap of buffers, but only filters whose results don't depend on the
-  // order
-  // of their sums: all results are fixed to the bit.
+  // order of their sums: all results are fixed to the bit.
   kOrderFree,
   // General filters in the equaliser around dynamics whose gain doesn't depend on the audio.
   kEqualiser,
   // General filters everywhere, and dynamics that are continuous in the audio, so that a difference
   // in the last bit can't throw a switch. The pieces of the curves meet at the knee edges, the gate
-  // never switches, and there is no hold. The peak doesn't decay: with a decay its level jumps,
-  // because it is compared with the level before the decay. The smoothing filter doesn't
-  // undershoot:
+  // never switches, and there is no hold. The peak doesn't decay: with a decay it would jump, as
+  // a level is compared with the peak before its decay. The smoothing filter doesn't undershoot:
   // where a level crosses 0, the error in dB has no bound.
   kDynamics,
 };
