@@ -6,8 +6,9 @@
 #include <array>
 #include <iterator>
 #include <map>
-#include <stdexcept>
 #include <utility>
+
+#include "require.h"
 
 namespace channelstrip::host {
 namespace {

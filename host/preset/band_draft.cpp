@@ -31,13 +31,13 @@ std::string counted(std::size_t count) {
 }  // namespace
 
 void write_bands(const Entry& eq, const Layer& layer, Draft& draft) {
-  constexpr std::string_view kWhat = "must be an array of tables, [[eq]]";
+  constexpr std::string_view kNoTables = "must be an array of tables, [[eq]]";
   const toml::array* tables = eq.node.as_array();
-  if (!tables) fail(layer.place(eq.node.source(), eq.path), kWhat);
+  if (!tables) fail(layer.place(eq.node.source(), eq.path), kNoTables);
   for (const toml::node& table : *tables) {
     const Entry band{eq.key, table, fmt::format("eq.{}", draft.eq.size() + 1)};
     const Place place = layer.place(table.source(), band.path);
-    if (!table.is_table()) fail(place, kWhat);
+    if (!table.is_table()) fail(place, kNoTables);
     draft.eq.push_back({.origin = {place}});
     write_band(band, layer, "[[eq]]", kBandKeys, draft.eq.back());
   }

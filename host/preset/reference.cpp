@@ -21,10 +21,6 @@
 namespace channelstrip::host {
 namespace {
 
-std::string quoted(std::string_view word) {
-  return fmt::format("\"{}\"", word);
-}
-
 template <class Settings>
 std::string default_of(const Key<Settings>& key) {
   const Value value = key.access.get(Settings{});
@@ -33,7 +29,7 @@ std::string default_of(const Key<Settings>& key) {
     case Kind::kSwitch:
       return *value != 0 ? "true" : "false";
     case Kind::kWord:
-      return quoted(key.words[static_cast<std::size_t>(*value)]);
+      return fmt::format("\"{}\"", key.words[static_cast<std::size_t>(*value)]);
     case Kind::kNumber:
       break;
   }

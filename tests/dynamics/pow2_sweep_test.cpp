@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <bit>
+#include <cfloat>
 #include <cmath>
 #include <cstdint>
 #include <map>
@@ -60,18 +62,28 @@ template <float Convert(float), float Scale(float)>
 Faults count_faults(float lowest, float highest) {
   Faults faults;
   float last_scaled = 0, expected = 0, previous = 0;
-  for (int64_t r = rank(lowest); r <= rank(highest); ++r) {
-    const float x = of_rank(r);
-    // Neighbours mostly have the same scaled value, whose power is already known.
-    if (const float scaled = Scale(x); scaled != last_scaled) {
-      expected = power_by_the_rule(scaled);
-      last_scaled = scaled;
+  // Some at a time, so that the compiler can convert several in one step.
+  constexpr int64_t kAtATime = 1024;
+  std::array<float, kAtATime> scaled, results;
+  for (int64_t first = rank(lowest), end = rank(highest) + 1; first < end; first += kAtATime) {
+    const auto count = static_cast<size_t>(std::min(kAtATime, end - first));
+    for (size_t i = 0; i < count; ++i) {
+      const float x = of_rank(first + static_cast<int64_t>(i));
+      scaled[i] = Scale(x);
+      results[i] = Convert(x);
     }
-    const float result = Convert(x);
-    faults.wrong += std::bit_cast<uint32_t>(result) != std::bit_cast<uint32_t>(expected);
-    faults.falls += result < previous;
-    faults.abnormal += !(std::isnormal(result) && result > 0);
-    previous = result;
+    for (size_t i = 0; i < count; ++i) {
+      // Neighbours mostly share their scaled value, whose power then is known.
+      if (scaled[i] != last_scaled) {
+        expected = power_by_the_rule(scaled[i]);
+        last_scaled = scaled[i];
+      }
+      const float result = results[i];
+      faults.wrong += std::bit_cast<uint32_t>(result) != std::bit_cast<uint32_t>(expected);
+      faults.falls += result < previous;
+      faults.abnormal += !(result >= FLT_MIN && result <= FLT_MAX);
+      previous = result;
+    }
   }
   return faults;
 }
