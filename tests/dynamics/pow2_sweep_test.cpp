@@ -57,33 +57,45 @@ struct Faults {
   uint64_t abnormal = 0;  // not a positive normal number
 };
 
-// Every float from `lowest` to `highest`.
+constexpr size_t kAtATime = 1024;
+using Floats = std::array<float, kAtATime>;
+
+// What the rule makes of each scaled value. Neighbours mostly share theirs.
+void apply_rule(const Floats& scaled, Floats& powers) {
+  int others = 0;
+  for (const float value : scaled) others += value != scaled[0];
+  if (others == 0) return powers.fill(power_by_the_rule(scaled[0]));
+  for (size_t i = 0; i < kAtATime; ++i) {
+    const bool known = i > 0 && scaled[i] == scaled[i - 1];
+    powers[i] = known ? powers[i - 1] : power_by_the_rule(scaled[i]);
+  }
+}
+
+// Every float from `lowest` to `highest`, many at a time and each step in a loop of its own, so
+// that the compiler vectorises it. The last float fills up what is left of the last ones.
 template <float Convert(float), float Scale(float)>
 Faults count_faults(float lowest, float highest) {
   Faults faults;
-  float last_scaled = 0, expected = 0, previous = 0;
-  // Some at a time, so that the compiler can convert several in one step.
-  constexpr int64_t kAtATime = 1024;
-  std::array<float, kAtATime> scaled, results;
-  for (int64_t first = rank(lowest), end = rank(highest) + 1; first < end; first += kAtATime) {
-    const auto count = static_cast<size_t>(std::min(kAtATime, end - first));
-    for (size_t i = 0; i < count; ++i) {
-      const float x = of_rank(first + static_cast<int64_t>(i));
+  Floats scaled, expected, results;
+  float previous = 0;
+  const int64_t end = rank(highest);
+  for (int64_t first = rank(lowest); first <= end; first += kAtATime) {
+    for (size_t i = 0; i < kAtATime; ++i) {
+      const float x = of_rank(std::min(first + static_cast<int64_t>(i), end));
       scaled[i] = Scale(x);
       results[i] = Convert(x);
     }
-    for (size_t i = 0; i < count; ++i) {
-      // Neighbours mostly share their scaled value, whose power then is known.
-      if (scaled[i] != last_scaled) {
-        expected = power_by_the_rule(scaled[i]);
-        last_scaled = scaled[i];
-      }
-      const float result = results[i];
-      faults.wrong += std::bit_cast<uint32_t>(result) != std::bit_cast<uint32_t>(expected);
-      faults.falls += result < previous;
-      faults.abnormal += !(result >= FLT_MIN && result <= FLT_MAX);
-      previous = result;
+    apply_rule(scaled, expected);
+    uint32_t wrong = 0, falls = results[0] < previous, abnormal = 0;
+    for (size_t i = 0; i < kAtATime; ++i) {
+      wrong += std::bit_cast<uint32_t>(results[i]) != std::bit_cast<uint32_t>(expected[i]);
+      abnormal += !(results[i] >= FLT_MIN && results[i] <= FLT_MAX);
     }
+    for (size_t i = 1; i < kAtATime; ++i) falls += results[i] < results[i - 1];
+    previous = results.back();
+    faults.wrong += wrong;
+    faults.falls += falls;
+    faults.abnormal += abnormal;
   }
   return faults;
 }
