@@ -9,6 +9,7 @@
 #include "command/commands.h"
 #include "command/help_style.h"
 #include "system/interrupt.h"
+#include "system/standard_streams.h"
 
 namespace {
 
@@ -20,6 +21,7 @@ int fail(std::string_view what) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  channelstrip::host::reserve_standard_streams();
   // Makes a file that exceeds the process's size limit, or a pipe that nobody reads any more, a
   // failed write like any other.
   std::signal(SIGXFSZ, SIG_IGN);
@@ -33,6 +35,7 @@ int main(int argc, char** argv) {
     channelstrip::host::add_render_command(program);
     channelstrip::host::add_meters_command(program);
     channelstrip::host::add_report_command(program);
+    channelstrip::host::add_presets_command(program);
     channelstrip::host::add_import_command(program);
     channelstrip::host::add_info_command(program);
     channelstrip::host::add_curves_command(program);

@@ -14,25 +14,40 @@
 #include "chunks.h"
 #include "flac_blocks.h"
 #include "pcm.h"
+#include "stated_samples.h"
 
 namespace channelstrip::host {
 namespace {
 
-// The offset that open_size() gives, of a file.
-off_t open_size_of(int descriptor) {
-  std::vector<char> header(1 << 16);
-  const ssize_t got = pread(descriptor, header.data(), header.size(), 0);
+// What a header may take up, tags before the samples included.
+std::string beginning_of(int descriptor) {
+  std::string bytes(1 << 16, '\0');
+  const ssize_t got = pread(descriptor, bytes.data(), bytes.size(), 0);
+  bytes.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+  return bytes;
+}
+
+std::uint64_t length_of(int descriptor) {
   struct stat status = {};
-  if (got < 0 || fstat(descriptor, &status) != 0) return 0;
-  const std::string_view bytes(header.data(), static_cast<std::size_t>(got));
-  return static_cast<off_t>(open_size(bytes, static_cast<std::uint64_t>(status.st_size)));
+  return fstat(descriptor, &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
+}
+
+// In seconds, from the samples' bytes; `frames` of them are there.
+double missing_time(int descriptor, sf_count_t frames, int sample_rate) {
+  const auto stated = stated_samples(beginning_of(descriptor));
+  const std::uint64_t length = length_of(descriptor);
+  if (!stated || frames <= 0 || length >= stated->end || length <= stated->begin) return 0;
+  const double present = static_cast<double>(length - stated->begin);
+  return static_cast<double>(stated->end - length) / present * static_cast<double>(frames) /
+         sample_rate;
 }
 
 // The caller's to close. Where a WAV file's header leaves its length open, a copy has the largest
 // size there, which libsndfile takes for "up to the end"; 0 would mean no samples.
 int open_audio(const std::string& path, const std::string& name) {
   SeekableInput input = open_input(path);
-  const off_t open_size_at = open_size_of(input.descriptor);
+  const auto open_size_at =
+      static_cast<off_t>(open_size(beginning_of(input.descriptor), length_of(input.descriptor)));
   if (open_size_at == 0) return input.descriptor;
   if (!input.is_copy) input = copy_of(input, name);
   if (pwrite(input.descriptor, "\xFF\xFF\xFF\xFF", 4, open_size_at) != 4) {
@@ -54,14 +69,22 @@ AudioReader::AudioReader(const std::string& path) : name_(input_name(path)) {
   format_.channels = info.channels;
   format_.container = info.format & SF_FORMAT_TYPEMASK;
   format_.sample_type = info.format & SF_FORMAT_SUBMASK;
-  frames_ = info.frames < SF_COUNT_MAX ? info.frames : 0;
+  frames_ = info.frames < SF_COUNT_MAX ? info.frames : -1;
+  missing_ = missing_time(input, frames_, info.samplerate);
   std::vector<int> map(static_cast<std::size_t>(info.channels));
   const bool named = sf_command(file_.get(), SFC_GET_CHANNEL_MAP_INFO, map.data(),
                                 static_cast<int>(map.size() * sizeof(int)));
   // A mask of fewer bits than channels names only some of them, which is no map.
   if (named && std::ranges::count(map, SF_CHANNEL_MAP_INVALID) == 0) format_.channel_map = map;
   metadata_ = read_metadata(file_.get(), format_.container);
-  if (format_.container == SF_FORMAT_FLAC) metadata_.refused = unknown_flac_blocks(input);
+  if (format_.container == SF_FORMAT_FLAC) metadata_.refused = unknown_flac_metadata(input);
+}
+
+std::string AudioReader::cut_short() const {
+  if (missing_ <= 0) return {};
+  const double present = static_cast<double>(frames_) / format_.sample_rate;
+  return fmt::format("{}: is cut short, its last {:.3f} s of {:.3f} s are missing", name_, missing_,
+                     missing_ + present);
 }
 
 std::span<const float> AudioReader::read(std::span<float> frames) {

@@ -24,8 +24,12 @@ class AudioReader {
   // file. Throws for samples that aren't finite: the strip's filters would never recover from one.
   std::span<const float> read(std::span<float> frames);
 
-  // The length that the file states; 0 if it states none.
+  // The length that the file states; below 0 if it states none.
   sf_count_t frames() const { return frames_; }
+
+  // What the user should know of a file that states more samples than it holds: one line, empty for
+  // a file that is whole.
+  std::string cut_short() const;
 
   // Frames read so far.
   sf_count_t position() const { return position_; }
@@ -36,6 +40,7 @@ class AudioReader {
   AudioFormat format_;
   Metadata metadata_;
   sf_count_t frames_ = 0;
+  double missing_ = 0;  // seconds
   sf_count_t position_ = 0;
 };
 

@@ -16,6 +16,8 @@
 namespace channelstrip::host {
 namespace {
 
+constexpr sf_count_t kUnlimited = std::numeric_limits<sf_count_t>::max();
+
 // Bytes. The headers of these containers hold sizes of 32 bits.
 sf_count_t size_limit(int container) {
   switch (container) {
@@ -25,8 +27,35 @@ sf_count_t size_limit(int container) {
     case SF_FORMAT_AU:
       return std::numeric_limits<std::uint32_t>::max();
     default:
-      return std::numeric_limits<sf_count_t>::max();
+      return kUnlimited;
   }
+}
+
+// Bytes, and enough for whatever stands before and behind the samples; 0 for sample types that have
+// no fixed size.
+sf_count_t expected_size(const AudioFormat& format, const AudioWriterOptions& options) {
+  constexpr sf_count_t kHeader = 1 << 16;
+  const int bits = format.sample_type == SF_FORMAT_FLOAT    ? 32
+                   : format.sample_type == SF_FORMAT_DOUBLE ? 64
+                                                            : integer_bits(format);
+  sf_count_t size = kHeader;
+  for (const Chunk& chunk : options.metadata.chunks) size += std::ssize(chunk.data) + 16;
+  return bits == 0 ? 0 : size + options.frames * format.channels * (bits / 8);
+}
+
+// With RF64 in place of WAV where it may take that. Throws for samples that are too many for a
+// container, before any of them is rendered.
+AudioFormat fitting(const std::string& name, AudioFormat format,
+                    const AudioWriterOptions& options) {
+  const bool too_large = expected_size(format, options) > size_limit(format.container);
+  const bool is_wav = format.container == SF_FORMAT_WAV || format.container == SF_FORMAT_WAVEX;
+  if (is_wav && (too_large || options.frames < 0)) {
+    format.container = SF_FORMAT_RF64;
+  } else if (too_large) {
+    fail_on(name, libsndfile_name(format.container) +
+                      " can't hold more than 4 GiB; wav, w64 and caf can");
+  }
+  return format;
 }
 
 std::string chunks_for(const AudioFormat& format, const Metadata& metadata) {
@@ -39,6 +68,12 @@ std::string chunks_for(const AudioFormat& format, const Metadata& metadata) {
   }
   if (format.container == SF_FORMAT_RF64) std::ranges::transform(chunks, chunks.begin(), evened);
   return serialised(family, chunks);
+}
+
+bool is_mono_or_stereo(const std::vector<Speaker>& named, int channels) {
+  if (named.empty()) return channels <= 2;
+  return named == std::vector{Speaker::kFrontCenter} ||
+         named == std::vector{Speaker::kFrontLeft, Speaker::kFrontRight};
 }
 
 // The metadata of the file just written, which must stay open. libsndfile closes the descriptor of
@@ -56,16 +91,20 @@ Metadata read_back(const std::string& name, int descriptor, int container) {
 AudioWriter::AudioWriter(const std::string& path, const AudioFormat& format,
                          AudioWriterOptions options)
     : name_(output_name(path)),
-      format_(format),
+      format_(fitting(name_, format, options)),
       options_(std::move(options)),
-      place_(open_output(path)),
-      output_(place_->descriptor(), chunk_family(format.container),
-              chunks_for(format, options_.metadata), size_limit(format.container)) {
+      place_(open_output(path, options_.existing)),
+      output_(place_->descriptor(), chunk_family(format_.container),
+              chunks_for(format_, options_.metadata), size_limit(format_.container)) {
   open();
   // That chunk holds the time of day, but the same input must give the same file.
   sf_command(file_.get(), SFC_SET_ADD_PEAK_CHUNK, nullptr, SF_FALSE);
+  // A short file becomes WAV in the end.
+  if (options_.frames < 0 && format_.container != format.container) {
+    sf_command(file_.get(), SFC_RF64_AUTO_DOWNGRADE, nullptr, SF_TRUE);
+  }
   set_channel_map();
-  write_metadata(file_.get(), format.container, options_.metadata);
+  write_metadata(file_.get(), format_.container, options_.metadata);
 }
 
 void AudioWriter::open() {
@@ -83,7 +122,7 @@ void AudioWriter::open() {
 
 void AudioWriter::set_channel_map() {
   // One channel is mono and two are stereo in every container, without a map.
-  if (format_.channels <= 2) return;
+  if (is_mono_or_stereo(speakers(format_), format_.channels)) return;
   std::vector<int> map = format_.channel_map;
   const bool is_set =
       !map.empty() && sf_command(file_.get(), SFC_SET_CHANNEL_MAP_INFO, map.data(),
@@ -107,13 +146,13 @@ void AudioWriter::clear_mask() {
   }
 }
 
-void AudioWriter::write(std::span<const float> frames) {
+void AudioWriter::write(std::span<const float> frames, std::span<const float> sources) {
   const sf_count_t count = std::ssize(frames) / format_.channels;
   sf_count_t done = 0;
   if (const int bits = integer_bits(format_)) {
     const auto put = [&](auto& integers, auto* write_frames) {
       integers.resize(frames.size());
-      clipped_ += to_pcm(frames, bits, options_.dither, written_, integers);
+      clipped_ += to_pcm(frames, bits, options_.dither, written_, integers, sources);
       done = write_frames(file_.get(), integers.data(), count);
     };
     if (bits <= 16) {

@@ -20,16 +20,21 @@ namespace channelstrip::host {
 struct AudioWriterOptions {
   Dither dither = Dither::kNone;  // usual_dither(format) is what an engineer expects
   Metadata metadata = {};
+  Existing existing = Existing::kKept;
+  sf_count_t frames = 0;  // that will be written, as far as is known; below 0: any number
 };
 
 // Frames are interleaved, full scale is 1.0. "-" is standard output. A file that exists at the path
-// stays untouched until commit(). The same samples give the same file, byte for byte. All errors
-// are std::runtime_error and begin with the path.
+// is kept, or stays untouched until commit(). A WAV file that grows beyond 4 GiB is RF64. The same
+// samples give the same file, byte for byte. All errors are std::runtime_error and begin with the
+// path.
 class AudioWriter {
  public:
   AudioWriter(const std::string& path, const AudioFormat& format, AudioWriterOptions options = {});
 
-  void write(std::span<const float> frames);
+  // `sources`, as many as `frames` or none, are what the frames were before they were processed:
+  // what wasn't changed isn't dithered.
+  void write(std::span<const float> frames, std::span<const float> sources = {});
 
   // Completes the file and puts it in its place.
   void commit();

@@ -13,11 +13,21 @@ namespace channelstrip::host {
 namespace {
 
 constexpr std::pair<std::string_view, int> kExtensions[] = {
-    {"wav", SF_FORMAT_WAV},   {"wave", SF_FORMAT_WAV},  {"rf64", SF_FORMAT_RF64},
-    {"w64", SF_FORMAT_W64},   {"flac", SF_FORMAT_FLAC}, {"aif", SF_FORMAT_AIFF},
-    {"aiff", SF_FORMAT_AIFF}, {"aifc", SF_FORMAT_AIFF}, {"caf", SF_FORMAT_CAF},
-    {"au", SF_FORMAT_AU},     {"snd", SF_FORMAT_AU},    {"ogg", SF_FORMAT_OGG},
-    {"oga", SF_FORMAT_OGG},   {"opus", SF_FORMAT_OGG},  {"mp3", SF_FORMAT_MPEG}};
+    {"wav", SF_FORMAT_WAV},
+    {"wave", SF_FORMAT_WAV},
+    {"rf64", SF_FORMAT_RF64},
+    {"w64", SF_FORMAT_W64},
+    {"flac", SF_FORMAT_FLAC},
+    {"aif", SF_FORMAT_AIFF},
+    {"aiff", SF_FORMAT_AIFF},
+    {"aifc", SF_FORMAT_AIFF},
+    {"caf", SF_FORMAT_CAF},
+    {"au", SF_FORMAT_AU},
+    {"snd", SF_FORMAT_AU},
+    {"ogg", SF_FORMAT_OGG | SF_FORMAT_VORBIS},
+    {"oga", SF_FORMAT_OGG | SF_FORMAT_VORBIS},
+    {"opus", SF_FORMAT_OGG | SF_FORMAT_OPUS},
+    {"mp3", SF_FORMAT_MPEG | SF_FORMAT_MPEG_LAYER_III}};
 
 std::optional<int> find(std::string_view name) {
   const auto* const found =

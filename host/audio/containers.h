@@ -8,7 +8,8 @@
 
 namespace channelstrip::host {
 
-// SF_FORMAT_WAV ... that the extension of `path` names, whatever its case.
+// SF_FORMAT_WAV ... that the extension of `path` names, whatever its case. Names of lossy files say
+// how they are coded, too: SF_FORMAT_OGG | SF_FORMAT_OPUS.
 std::optional<int> container_of(const std::string& path);
 
 // The same for a name such as "wav" or "flac". Throws std::runtime_error that lists the names.

@@ -9,7 +9,8 @@
 // are the least for which neither mean nor variance of the total error depend on the signal; the
 // variance is 3/12 step^2 (Lipshitz, Wannamaker, Vanderkooy, "Quantization and Dither: A
 // Theoretical Survey", J. Audio Eng. Soc. 40(5), 1992). A sample of exactly 0 is left alone:
-// digital silence stays silent.
+// digital silence stays silent. So is a sample that came out as it went in, and that the file can
+// hold: nothing is lost there.
 
 #pragma once
 

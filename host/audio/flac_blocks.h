@@ -1,4 +1,4 @@
-// Metadata blocks of a FLAC file that libsndfile doesn't read.
+// What libsndfile doesn't read of a FLAC file's metadata.
 
 #pragma once
 
@@ -7,8 +7,8 @@
 
 namespace channelstrip::host {
 
-// Their kinds, "picture", "cue sheet" and "application block", each once. `descriptor` must be
-// seekable; its position stays as it is.
-std::vector<std::string> unknown_flac_blocks(int descriptor);
+// The kinds of blocks, "picture", "cue sheet" and "application block", and the names of comments,
+// "REPLAYGAIN_TRACK_GAIN", each once. `descriptor` must be seekable; its position stays as it is.
+std::vector<std::string> unknown_flac_metadata(int descriptor);
 
 }  // namespace channelstrip::host

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <iterator>
 #include <stdexcept>
 
 #include "containers.h"
@@ -33,6 +35,26 @@ int without_alac(int sample_type) {
   }
 }
 
+bool is_lossy(int sample_type) {
+  constexpr int kLossy[] = {SF_FORMAT_VORBIS, SF_FORMAT_OPUS, SF_FORMAT_MPEG_LAYER_I,
+                            SF_FORMAT_MPEG_LAYER_II, SF_FORMAT_MPEG_LAYER_III};
+  return std::ranges::find(kLossy, sample_type) != std::end(kLossy);
+}
+
+// The type of samples of `sample_type` in a container `named` with or without a coding. Ogg holds
+// several codings, but a name that says Opus means it.
+int coded(int sample_type, int named, bool same_container) {
+  const int coding = named & SF_FORMAT_SUBMASK;
+  if (same_container && coding != SF_FORMAT_OPUS) return sample_type;
+  if (coding != 0) return coding;
+  return is_lossy(sample_type) ? SF_FORMAT_PCM_24 : sample_type;
+}
+
+int container_named_by(const std::string& path, const AudioFormat& input) {
+  const int named = container_of(path).value_or(input.container);
+  return named == SF_FORMAT_WAV && input.container == SF_FORMAT_RF64 ? SF_FORMAT_RF64 : named;
+}
+
 }  // namespace
 
 int sample_type_from_bits(std::string_view bits) {
@@ -48,7 +70,11 @@ AudioFormat output_format(const AudioFormat& input, const std::string& path,
                           const OutputChoice& choice) {
   AudioFormat output = input;
   output.sample_type = choice.sample_type.value_or(without_alac(input.sample_type));
-  output.container = choice.container.value_or(container_of(path).value_or(input.container));
+  const int named = choice.container.value_or(container_named_by(path, input));
+  output.container = named & SF_FORMAT_TYPEMASK;
+  if (!choice.sample_type) {
+    output.sample_type = coded(output.sample_type, named, output.container == input.container);
+  }
   // Of the two plain WAV headers only the extensible one has a channel mask.
   if (output.container == SF_FORMAT_WAV || output.container == SF_FORMAT_WAVEX) {
     output.container = output.channel_map.empty() ? SF_FORMAT_WAV : SF_FORMAT_WAVEX;

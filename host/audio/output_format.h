@@ -21,8 +21,9 @@ struct OutputChoice {
 int sample_type_from_bits(std::string_view bits);
 
 // Rate, channels, map and, unless chosen, sample type of `input`, in the container that is chosen,
-// or that the extension of `path` names, or else the input's. Throws std::runtime_error when that
-// can't hold the samples.
+// or that the extension of `path` names, or else the input's. RF64 stays RF64 in a file named .wav.
+// To a lossy container goes its own coding, and from one, where that can't be, 24 bits. Throws
+// std::runtime_error when the container can't hold the samples.
 AudioFormat output_format(const AudioFormat& input, const std::string& path,
                           const OutputChoice& choice = {});
 

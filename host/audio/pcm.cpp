@@ -18,12 +18,15 @@ Real clamped(Real x, Real low, Real high) {
   return x > high ? high : x;
 }
 
+// Relative; above the error of the strip's gain of 0 dB.
+constexpr double kUnchanged = 0x1p-18;
+
 // With float as Real a register holds twice as many samples as with double. Up to 24 bits float
 // represents everything exactly but the sum of fraction and dither, which it rounds by 2^-24 of a
 // step.
-template <typename Real, Dither dither, typename Integer>
+template <typename Real, Dither dither, bool has_sources, typename Integer>
 int quantise(std::span<const float> samples, int bits, std::uint32_t count,
-             std::span<Integer> integers) {
+             std::span<Integer> integers, std::span<const float> sources) {
   const Real full_scale = std::ldexp(Real(1), bits - 1);
   const Real top_bits = std::ldexp(Real(1), 8 * static_cast<int>(sizeof(Integer)) - bits);
   int above = 0;
@@ -34,7 +37,13 @@ int quantise(std::span<const float> samples, int bits, std::uint32_t count,
     above += std::abs(step) > full_scale ? 1 : 0;
     if constexpr (dither == Dither::kTriangular) {
       const Real noise = triangular<Real>(count++);
-      step += x == 0 ? 0 : std::rint(x - step + noise);
+      bool kept = x == 0;
+      if constexpr (has_sources) {
+        const Real source = static_cast<Real>(sources[i]) * full_scale;
+        kept |= (std::rint(source) == source) &
+                (std::abs(x - source) <= Real(kUnchanged) * std::abs(source));
+      }
+      step += kept ? 0 : std::rint(x - step + noise);
     }
     integers[i] = static_cast<Integer>(clamped(step, -full_scale, full_scale - 1) * top_bits);
   }
@@ -43,14 +52,15 @@ int quantise(std::span<const float> samples, int bits, std::uint32_t count,
 
 template <typename Real, typename Integer>
 long long quantise(std::span<const float> samples, int bits, Dither dither, std::uint32_t count,
-                   std::span<Integer> integers) {
-  const auto run = dither == Dither::kTriangular ? quantise<Real, Dither::kTriangular, Integer>
-                                                 : quantise<Real, Dither::kNone, Integer>;
+                   std::span<Integer> integers, std::span<const float> sources) {
+  const auto run = dither == Dither::kNone ? quantise<Real, Dither::kNone, false, Integer>
+                   : sources.empty()       ? quantise<Real, Dither::kTriangular, false, Integer>
+                                           : quantise<Real, Dither::kTriangular, true, Integer>;
   long long above = 0;
   for (std::size_t i = 0; i < samples.size(); i += kPiece) {
     const std::size_t size = std::min(kPiece, samples.size() - i);
     above += run(samples.subspan(i, size), bits, count + static_cast<std::uint32_t>(i),
-                 integers.subspan(i, size));
+                 integers.subspan(i, size), sources.empty() ? sources : sources.subspan(i, size));
   }
   return above;
 }
@@ -63,14 +73,14 @@ Dither usual_dither(const AudioFormat& format) {
 }
 
 long long to_pcm(std::span<const float> samples, int bits, Dither dither, std::uint32_t count,
-                 std::span<std::int32_t> integers) {
-  if (bits <= 24) return quantise<float>(samples, bits, dither, count, integers);
-  return quantise<double>(samples, bits, Dither::kNone, count, integers);
+                 std::span<std::int32_t> integers, std::span<const float> sources) {
+  if (bits <= 24) return quantise<float>(samples, bits, dither, count, integers, sources);
+  return quantise<double>(samples, bits, Dither::kNone, count, integers, sources);
 }
 
 long long to_pcm(std::span<const float> samples, int bits, Dither dither, std::uint32_t count,
-                 std::span<std::int16_t> integers) {
-  return quantise<float>(samples, bits, dither, count, integers);
+                 std::span<std::int16_t> integers, std::span<const float> sources) {
+  return quantise<float>(samples, bits, dither, count, integers, sources);
 }
 
 long long to_full_scale(std::span<const float> samples, std::span<float> clamped) {

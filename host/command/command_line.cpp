@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <CLI/CLI.hpp>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -19,6 +20,12 @@ void print_output(std::string_view text) {
   if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
     throw std::runtime_error(fmt::format("standard output: {}", std::strerror(errno)));
   }
+}
+
+void add_overwrite_option(CLI::App& command, Existing& existing) {
+  command.add_flag_callback(
+      "-y,--overwrite", [&existing] { existing = Existing::kReplaced; },
+      "Replace files that exist already; without it they are kept, and the command fails");
 }
 
 }  // namespace channelstrip::host

@@ -4,6 +4,12 @@
 
 #include <string_view>
 
+#include "../system/output_file.h"
+
+namespace CLI {
+class App;
+}
+
 namespace channelstrip::host {
 
 // Writes "channelstrip: <what>" to standard error, as one line.
@@ -11,5 +17,11 @@ void print_message(std::string_view what);
 
 // Writes to standard output; throws std::runtime_error when it can't.
 void print_output(std::string_view text);
+
+// The exit status when all was done, but with less than the inputs state to hold or than was asked.
+inline constexpr int kIncomplete = 3;
+
+// Adds --overwrite, which every command takes that writes files.
+void add_overwrite_option(CLI::App& command, Existing& existing);
 
 }  // namespace channelstrip::host

@@ -12,6 +12,7 @@ void add_curves_command(CLI::App& program);
 void add_import_command(CLI::App& program);
 void add_info_command(CLI::App& program);
 void add_meters_command(CLI::App& program);
+void add_presets_command(CLI::App& program);
 void add_render_command(CLI::App& program);
 void add_report_command(CLI::App& program);
 

@@ -8,13 +8,14 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "../pictures/png.h"
 #include "../pictures/strip_curves.h"
 
 #include "../system/text_output.h"
+#include "command_line.h"
+#include "strip_arguments.h"
 
 namespace channelstrip::host {
 namespace {
@@ -26,6 +27,7 @@ struct CurvesOptions {
   double sample_rate = 48000;
   double time = 0;
   std::optional<std::string> output;
+  Existing existing = Existing::kKept;
   bool text = false;
 };
 
@@ -39,17 +41,12 @@ Picture picture_of(const std::string& path) {
   throw std::runtime_error(fmt::format("{}: a picture's name ends in .svg or .png", path));
 }
 
-// To standard output without a path; a file appears only when it is complete.
-void put(const std::optional<std::string>& path, std::string_view bytes) {
-  TextOutput output(path, {});
-  output.write(bytes);
-  output.commit();
-}
-
 void draw(const CurvesOptions& options, const StripCurves& curves) {
   const Picture picture = picture_of(*options.output);
   const std::string svg = svg_file(heading_of(curves), charts_of(curves), {}, note_of(curves));
-  put(options.output, picture == Picture::kSvg ? svg : to_png(svg, kPixels));
+  TextOutput output(options.output, options.strip.files(), options.existing);
+  output.write(picture == Picture::kSvg ? svg : to_png(svg, kPixels));
+  output.commit();
 }
 
 void run(const CurvesOptions& options) {
@@ -62,8 +59,9 @@ void run(const CurvesOptions& options) {
     throw std::runtime_error(fmt::format("--at: {} s is not 0 s or more", options.time));
   }
   const StripCurves curves = strip_curves(options.strip, options.sample_rate, options.time);
+  for (const std::string& line : curves.remarks) print_message(line);
   if (options.output) draw(options, curves);
-  if (options.text || !options.output) put(std::nullopt, curve_text(curves));
+  if (options.text || !options.output) print_output(curve_text(curves));
 }
 
 std::vector<std::string> format_names() {
@@ -83,9 +81,7 @@ void add_curves_command(CLI::App& program) {
       "level jumps, measured with the library itself. Where a preset changes settings in time, the "
       "heading says from when to when those shown hold, and when they change.");
   const auto options = std::make_shared<CurvesOptions>();
-  command
-      ->add_option("PRESET,--preset", options->strip.preset, "Settings, a TOML file; none: neutral")
-      ->type_name("PRESET.toml");
+  add_preset_option(*command, "PRESET,--preset", options->strip);
   command
       ->add_option("--set", options->strip.assignments,
                    "A setting over the preset's, compressor.threshold=-18; may be repeated")
@@ -95,6 +91,7 @@ void add_curves_command(CLI::App& program) {
       ->add_option("-o,--output", options->output,
                    "Picture to write, .svg or .png; without it the curves are told as text")
       ->type_name("FILE");
+  add_overwrite_option(*command, options->existing);
   command->add_flag("--text", options->text, "Tell the curves as text besides writing a picture");
   command->add_option("--rate", options->sample_rate, "Sample rate of the audio, 1000 to 768000")
       ->type_name("HZ")

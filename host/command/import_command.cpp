@@ -5,6 +5,8 @@
 
 #include <array>
 #include <filesystem>
+#include <iostream>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -12,6 +14,7 @@
 
 #include "../import/filter_list.h"
 #include "../import/imported_preset.h"
+#include "../system/standard_streams.h"
 #include "../system/text_output.h"
 #include "../text/text_file.h"
 #include "../text/wording.h"
@@ -22,30 +25,35 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kSomethingLeftOut = 3;
-
 struct ImportOptions {
   std::string input;
   std::optional<std::string> output = {};
+  Existing existing = Existing::kKept;
 };
 
+std::string read_filters(const std::string& path) {
+  if (path != kStandardStream) return read_text_file(path);
+  return {std::istreambuf_iterator<char>(std::cin), {}};
+}
+
 void import_filters(const ImportOptions& options) {
-  FilterList list = parse_filter_list(to_utf8(read_text_file(options.input)));
+  FilterList list = parse_filter_list(to_utf8(read_filters(options.input)));
+  const std::string name = input_name(options.input);
   fit_to_preset(list);
   for (const auto& [source, reason] : list.left_out) {
-    print_message(fmt::format("{}:{}: left out: {}", options.input, source.number, reason));
+    print_message(fmt::format("{}:{}: left out: {}", name, source.number, reason));
   }
   if (list.bands.empty() && list.preamps.empty()) {
-    throw std::runtime_error(fmt::format("{}: no filter for a preset", options.input));
+    throw std::runtime_error(fmt::format("{}: no filter for a preset", name));
   }
-  const fs::path path(options.input);
+  const fs::path path(name);
   const std::string text =
       preset_text(list, to_utf8(path.stem().string()), one_line(to_utf8(path.filename().string())));
   const std::array inputs{options.input};
-  TextOutput output(options.output, inputs);
+  TextOutput output(options.output, inputs, options.existing);
   output.write(text);
   output.commit();
-  if (!list.left_out.empty()) throw CLI::RuntimeError(kSomethingLeftOut);
+  if (!list.left_out.empty()) throw CLI::RuntimeError(kIncomplete);
 }
 
 }  // namespace
@@ -63,12 +71,11 @@ void add_import_command(CLI::App& program) {
   command
       ->add_option("FILE", options->input,
                    "Text file: Room EQ Wizard's \"Export filter settings as text\" or an Equalizer "
-                   "APO configuration; UTF-8, UTF-16 or ISO 8859-1")
+                   "APO configuration; UTF-8, UTF-16 or ISO 8859-1; - is standard input")
       ->required();
-  command
-      ->add_option("-o,--output", options->output,
-                   "Preset to write, replaced if it is there; default: standard output")
+  command->add_option("-o,--output", options->output, "Preset to write; default: standard output")
       ->type_name("PRESET.toml");
+  add_overwrite_option(*command, options->existing);
   command->footer(
       "Exit status:\n"
       "  0  everything in FILE became part of the preset\n"

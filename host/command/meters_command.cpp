@@ -5,9 +5,11 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "../meters/meters.h"
 #include "../system/interrupt.h"
+#include "command_line.h"
 #include "strip_arguments.h"
 
 namespace channelstrip::host {
@@ -31,6 +33,11 @@ constexpr const char* kMetersFooter = R"(Columns, in dB but for the time:
   channel_gain_L ...    that of each channel's link group, without makeup
   A gain is the lowest that lasted for a period of 64 frames; reductions count
   single samples. Silence is -inf, in JSON null.
+
+Exit status:
+  0  the table is complete
+  1  an error, told in one line on standard error
+  3  the table was written, but a file was cut short: it holds less than it states
 
 Examples:
   $ channelstrip meters voice.wav --preset voice.toml -o voice.csv
@@ -69,10 +76,14 @@ void add_meters_command(CLI::App& program) {
       ->excludes(csv);
   command->add_option("-o,--output", options->output, "File to write; default: standard output")
       ->type_name("FILE");
+  add_overwrite_option(*command, options->existing);
   command->footer(kMetersFooter);
   command->callback([options] {
     catch_interrupts();
-    write_meters(*options);
+    const auto [remarks, cut_short] = write_meters(*options);
+    for (const std::string& line : remarks) print_message(line);
+    for (const std::string& line : cut_short) print_message(line);
+    if (!cut_short.empty()) throw CLI::RuntimeError(kIncomplete);
   });
 }
 

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -29,7 +30,8 @@ struct CommandOptions {
   StripOptions strip;
   std::optional<std::string> output_type, bits, dither;
   std::optional<unsigned> jobs;
-  bool quiet = false, json = false;
+  Existing existing = Existing::kKept;
+  bool recursive = false, quiet = false, json = false;
 };
 
 constexpr const char* kRenderFooter =
@@ -39,12 +41,13 @@ fails leaves nothing behind and stops no other.
 Exit status:
   0  everything was rendered
   1  something was refused or failed, each told in one line on standard error
+  3  everything was rendered, but a file was cut short: it holds less than it states
 
 Examples:
   channelstrip render voice.wav out.wav --preset voice.toml
   channelstrip render music.wav ducked.wav --preset duck.toml --key voice.wav
   channelstrip render film.wav out.wav --order film --set compressor.threshold=-18
-  channelstrip render takes/*.wav mastered --preset voice.toml --jobs 4
+  channelstrip render takes mastered --preset voice --recursive
   channelstrip render takes/*.wav mastered --quiet --json >peaks.json)";
 
 void add_options(CLI::App& command, CommandOptions& options) {
@@ -57,12 +60,13 @@ void add_options(CLI::App& command, CommandOptions& options) {
             options.files = names;
             command.get_option("OUT")->required(names.size() < 2);
           },
-          "Audio files of 1 to 8 channels; - is standard input")
+          "Audio files of 1 to 8 channels, or folders of them; - is standard input")
       ->required();
   command
       .add_option("OUT",
                   "File to write; its extension chooses the container, IN the sample type. Or a "
-                  "folder: outputs take their inputs' names there. - is standard output")
+                  "folder, which is made if need be: outputs take their inputs' names there. - is "
+                  "standard output")
       ->required();
   add_strip_options(command, options.strip);
   command
@@ -85,6 +89,9 @@ void add_options(CLI::App& command, CommandOptions& options) {
       .add_option("--jobs", options.jobs,
                   "Files to render at a time; default: as many as there are processors")
       ->type_name("N");
+  add_overwrite_option(command, options.existing);
+  command.add_flag("-r,--recursive", options.recursive,
+                   "Render the folders in a folder IN, too; OUT gets the same ones");
   command.add_flag("-q,--quiet", options.quiet, "Show neither progress nor summary, only errors");
   command.add_flag("--json", options.json,
                    "A summary of all files as a JSON document on standard output: peaks in dBFS, "
@@ -94,10 +101,10 @@ void add_options(CLI::App& command, CommandOptions& options) {
 
 Batch batch_of(const CommandOptions& options) {
   if (options.jobs == 0u) throw std::runtime_error("--jobs: at least 1");
-  const std::vector<std::string> inputs(options.files.begin(), options.files.end() - 1);
+  const std::vector<std::string> names(options.files.begin(), options.files.end() - 1);
   const std::string& out = options.files.back();
   if (options.strip.key == kStandardStream &&
-      std::ranges::find(inputs, kStandardStream) != inputs.end()) {
+      std::ranges::find(names, kStandardStream) != names.end()) {
     throw std::runtime_error("--key: standard input is the audio already");
   }
   if (options.json && out == kStandardStream) {
@@ -108,10 +115,16 @@ Batch batch_of(const CommandOptions& options) {
   if (options.bits) choice.sample_type = sample_type_from_bits(*options.bits);
   std::optional<Dither> dither;
   if (options.dither) dither = *options.dither == "tpdf" ? Dither::kTriangular : Dither::kNone;
-  return {.files = choose_outputs(inputs, out, options.output_type, options.strip.key),
+  const std::vector<InputFile> inputs = find_inputs(names, options.recursive, out);
+  std::error_code none;
+  const bool many = names.size() > 1 || std::filesystem::is_directory(names.front(), none);
+  const auto files = choose_outputs(inputs, many, out, options.output_type, options.strip.files());
+  return {.files = files,
           .strip = options.strip,
           .choice = choice,
           .dither = dither,
+          .existing = options.existing,
+          .makes_folders = files.front().output != out,
           .jobs = options.jobs.value_or(std::max(1u, std::thread::hardware_concurrency()))};
 }
 
@@ -124,28 +137,39 @@ void run(const CommandOptions& options) {
   const Batch batch = batch_of(options);
   check_strip_options(batch.strip);
   auto files = nlohmann::json::array();
-  bool failed = false;
+  const bool many = batch.files.size() > 1;
+  bool incomplete = false;
+  Tally tally;
   Progress progress(batch.files.size(), !options.quiet);
   render_all(batch, progress, [&](const RenderResult& result) {
-    const char* separator = files.empty() ? "" : "\n";
     if (!result.report) {
-      failed = true;
+      ++tally.failed;
       print_message(result.error);
       files.push_back(
           {{"input", result.file.input}, {"output", result.file.output}, {"error", result.error}});
       return;
     }
     if (!options.quiet) {
-      std::fputs((separator + summary_text(result.file, *result.report)).c_str(), stderr);
+      const auto told = many ? summary_line : summary_text;
+      std::fputs(told(result.file, *result.report).c_str(), stderr);
+    }
+    ++tally.rendered;
+    tally.with_warnings += result.report->warnings.empty() ? 0 : 1;
+    tally.seconds += static_cast<double>(result.report->frames) / result.report->format.sample_rate;
+    for (const std::string& line : result.report->cut_short) {
+      incomplete = true;
+      print_message(line);
     }
     files.push_back(summary_json(result.file, *result.report));
   });
+  if (many && !options.quiet) std::fputs(tally_line(tally).c_str(), stderr);
   if (options.json) {
-    TextOutput output(std::nullopt, {});
+    TextOutput output;
     output.write(json_document(files));
     output.commit();
   }
-  if (failed) throw CLI::RuntimeError(1);
+  if (tally.failed > 0) throw CLI::RuntimeError(1);
+  if (incomplete) throw CLI::RuntimeError(kIncomplete);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "../report/page.h"
 #include "../system/interrupt.h"
 #include "../system/text_output.h"
+#include "command_line.h"
 #include "strip_arguments.h"
 
 namespace channelstrip::host {
@@ -16,6 +17,7 @@ namespace {
 struct ReportOptions {
   std::string input, output, page;
   StripOptions strip;
+  Existing existing = Existing::kKept;
 };
 
 constexpr const char* kReportDescription =
@@ -24,7 +26,15 @@ constexpr const char* kReportDescription =
     "spectrum, gain reduction, loudness, peaks and the settings, before and after. The page is "
     "one file without scripts that every browser opens, to keep beside OUT or to send on.";
 
-constexpr const char* kReportFooter = R"(Examples:
+constexpr int kNotWhatTheSettingsGive = 4;
+
+constexpr const char* kReportFooter = R"(Exit status:
+  0  OUT is what the settings give, or a lossy coding of something
+  1  an error, told in one line on standard error; no page was written
+  3  as 0, but IN or the key was cut short: it holds less than it states
+  4  the page was written, and says that OUT isn't what the settings give
+
+Examples:
   $ channelstrip render voice.wav out.wav --preset voice.toml
   $ channelstrip report voice.wav out.wav --preset voice.toml -o out.html)";
 
@@ -39,16 +49,22 @@ void add_report_command(CLI::App& program) {
   command->add_option("-o,--output", options->page, "HTML file to write")
       ->type_name("PAGE.html")
       ->required();
+  add_overwrite_option(*command, options->existing);
   command->footer(kReportFooter);
   command->callback([options] {
     catch_interrupts();
-    std::vector<std::string> inputs{options->input, options->output};
-    for (const auto& file : {options->strip.preset, options->strip.key}) {
-      if (file) inputs.push_back(*file);
-    }
-    TextOutput page(options->page, inputs);
-    page.write(report_page(analyse_render(options->input, options->output, options->strip)));
+    std::vector<std::string> inputs = options->strip.files();
+    inputs.insert(inputs.end(), {options->input, options->output});
+    TextOutput page(options->page, inputs, options->existing);
+    const auto analysis = analyse_render(options->input, options->output, options->strip);
+    page.write(report_page(analysis));
     page.commit();
+    for (const std::string& line : analysis.remarks) print_message(line);
+    for (const std::string& line : analysis.cut_short) print_message(line);
+    if (analysis.comparison.verdict() == Verdict::kDifferent) {
+      throw CLI::RuntimeError(kNotWhatTheSettingsGive);
+    }
+    if (!analysis.cut_short.empty()) throw CLI::RuntimeError(kIncomplete);
   });
 }
 

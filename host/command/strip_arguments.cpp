@@ -6,11 +6,21 @@
 #include <string>
 #include <vector>
 
+#include "shipped_presets.h"
+
 namespace channelstrip::host {
 
+void add_preset_option(CLI::App& command, const std::string& names, StripOptions& options) {
+  command
+      .add_option(names, options.preset,
+                  "Settings: a TOML file, or the name of a preset that channelstrip presets lists; "
+                  "none: neutral")
+      ->transform(preset_path)
+      ->type_name("PRESET");
+}
+
 void add_strip_options(CLI::App& command, StripOptions& options) {
-  command.add_option("--preset", options.preset, "Settings, a TOML file; none: neutral")
-      ->type_name("FILE.toml");
+  add_preset_option(command, "--preset", options);
   command
       .add_option("--set", options.assignments,
                   "A setting over the preset's, compressor.threshold=-18; may be repeated")
@@ -46,6 +56,9 @@ void add_strip_options(CLI::App& command, StripOptions& options) {
           "key: OUT carries what the dynamics detect from, behind the key filter")
       ->check(CLI::IsMember({"key"}))
       ->type_name("WHAT");
+  command.add_flag("--strict", options.strict,
+                   "Refuse bands above half of IN's sample rate; without it they are left out, "
+                   "with a warning");
   command.add_option("--library", options.library, "The library to load")
       ->type_name("PATH")
       ->capture_default_str();

@@ -57,7 +57,7 @@ PolePair averaging_poles(double samples) {
 
 // a1 is a multiple of 2^-23 and a2 of 2^-24, so that their sums are exact and b0 = 1 - a1 - a2 is a
 // multiple of 2^-24 up to 1, which a float holds.
-Section rms_section(double milliseconds, double sample_rate) {
+Section two_pole_section(double milliseconds, double sample_rate) {
   if (milliseconds == 0) return {};
   const auto [slow, fast] = averaging_poles(milliseconds / 1000 * sample_rate);
   Section section;

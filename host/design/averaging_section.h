@@ -1,8 +1,9 @@
 // Sections that average the rectified level of a link group, for a detector that follows loudness
 // rather than peaks.
 //
-// They average magnitudes, not squares: a sine reads 2 sqrt(2) / pi times its RMS value, 0.91 dB
-// less, and Gaussian noise sqrt(2 / pi) times, 1.96 dB less.
+// They average magnitudes, not squares: a sine reads 2 / pi of its peak, 3.92 dB less, which is
+// 0.91 dB less than RMS, Gaussian noise 1.96 dB less than RMS, and short peaks between silence far
+// less.
 
 #pragma once
 
@@ -17,11 +18,11 @@ namespace channelstrip::host {
 // One pole.
 Section averaging_section(double milliseconds, double sample_rate);
 
-// Two real poles: the response to a step begins gently and less ripple of the signal remains, which
-// is as close to RMS as the detector gets. Up to 775 samples, 16 ms at 48 kHz, the poles are equal,
-// which is critical damping. For longer times the faster pole keeps the distance from 1 that single
-// precision needs, see PolePair, and from 1.3e5 samples on a single pole remains.
-Section rms_section(double milliseconds, double sample_rate);
+// Two real poles: the response to a step begins gently and less ripple of the signal remains. Up to
+// 775 samples, 16 ms at 48 kHz, the poles are equal, which is critical damping. For longer times
+// the faster pole keeps the distance from 1 that single precision needs, see PolePair, and
+// from 1.3e5 samples on a single pole remains.
+Section two_pole_section(double milliseconds, double sample_rate);
 
 // Two poles, given as their distances from 1, slow <= fast. After m samples
 //   ((1 - slow)^(m+1) fast - (1 - fast)^(m+1) slow) / (fast - slow)

@@ -31,8 +31,8 @@ Section detector_section(const DetectorSettings& settings, double sample_rate) {
       return {};
     case DetectorMode::kSmooth:
       return averaging_section(settings.time, sample_rate);
-    case DetectorMode::kRms:
-      return rms_section(settings.time, sample_rate);
+    case DetectorMode::kAverage:
+      return two_pole_section(settings.time, sample_rate);
   }
   return {};
 }
@@ -101,7 +101,10 @@ void design_expander(const std::optional<ExpanderSettings>& wanted, double sampl
 
 void design_detector(const DetectorSettings& settings, double sample_rate, Dyn_SCoefsBlock& out) {
   require_time("time", settings.time);
-  out.detectorMode = settings.mode == DetectorMode::kPeak ? 0 : 1;
+  // A peak that decays at once would be 0 at every sample that isn't above the one before. What is
+  // meant is the level itself, as an average of no time gives it.
+  const bool holds_peaks = settings.mode == DetectorMode::kPeak && settings.time > 0;
+  out.detectorMode = holds_peaks ? 0 : 1;
   out.peakDecay = to_float(decay_factor(settings.time, sample_rate));
   store(detector_section(settings, sample_rate), out.detectorFilter);
 }

@@ -79,7 +79,7 @@ struct ExpanderSettings {
 enum class DetectorMode {
   kPeak,    // rises at once, decays
   kSmooth,  // an average with one pole
-  kRms      // an average with two poles: similar to RMS, although of magnitudes
+  kAverage  // an average with two poles, of magnitudes: steadier, and slower to begin
 };
 
 // Which channels the dynamics link where a format has no map of its own.
@@ -93,8 +93,8 @@ enum class LinkStyle {
 
 struct DetectorSettings {
   DetectorMode mode = DetectorMode::kPeak;
-  // ms in which a peak loses, or an average covers, 63.2 % of a step. With a time of 0 an average
-  // is the level itself, and a peak drops to 0 wherever the level doesn't rise.
+  // ms in which a peak loses, or an average covers, 63.2 % of a step. With a time of 0 each is the
+  // level itself.
   double time = 20;
 };
 

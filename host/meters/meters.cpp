@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <vector>
 
 #include "../run/strip_run.h"
 #include "../system/interrupt.h"
@@ -16,18 +15,16 @@ std::size_t periods_per_row(double milliseconds, int sample_rate) {
   return static_cast<std::size_t>(std::max(1.0, periods));
 }
 
-void write_meters(const MetersOptions& options) {
+MetersRemarks write_meters(const MetersOptions& options) {
   StripRun run(options.input, options.strip);
   const std::vector<std::string>& labels = run.layout().labels;
   const double sample_rate = run.format().sample_rate;
   const std::size_t periods = periods_per_row(options.interval, run.format().sample_rate);
   const std::size_t frames_per_row = periods * StripStream::kPeriod;
 
-  std::vector<std::string> inputs{options.input};
-  for (const auto& file : {options.strip.preset, options.strip.key}) {
-    if (file) inputs.push_back(*file);
-  }
-  TextOutput output(options.output, inputs);
+  std::vector<std::string> inputs = options.strip.files();
+  inputs.push_back(options.input);
+  TextOutput output(options.output, inputs, options.existing);
   output.write(header(options.format, labels));
   IntervalMeter meter;
   std::size_t rows = 0;
@@ -45,6 +42,7 @@ void write_meters(const MetersOptions& options) {
   }
   if (meter.periods() > 0) end_row();
   output.commit();
+  return {run.remarks(), run.cut_short()};
 }
 
 }  // namespace channelstrip::host

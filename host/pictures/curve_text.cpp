@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <iterator>
 #include <optional>
 
 #include "../design/dynamics.h"
@@ -65,10 +64,22 @@ std::string band_table(const StripCurves& curves) {
   return text;
 }
 
+// Third octaves, and the bands' own frequencies: a notch may lie between two third octaves.
+std::vector<double> told_frequencies(const StripCurves& curves) {
+  std::vector<double> frequencies(kThirdOctaves.begin(), kThirdOctaves.end());
+  for (const auto* bands : {&curves.pre, &curves.post}) {
+    for (const BandFilter& band : *bands) frequencies.push_back(band.settings.frequency);
+  }
+  if (curves.key_filter) frequencies.push_back(curves.key_filter->settings.frequency);
+  std::erase_if(frequencies, [&](double frequency) { return frequency >= curves.sample_rate / 2; });
+  std::ranges::sort(frequencies);
+  const auto repeated = std::ranges::unique(frequencies);
+  frequencies.erase(repeated.begin(), repeated.end());
+  return frequencies;
+}
+
 std::string response_table(const StripCurves& curves) {
-  std::vector<double> frequencies;
-  std::ranges::copy_if(kThirdOctaves, std::back_inserter(frequencies),
-                       [&](double frequency) { return frequency < curves.sample_rate / 2; });
+  const std::vector<double> frequencies = told_frequencies(curves);
   const auto column = [&](std::span<const BandFilter> bands) {
     return magnitude_db(bands, frequencies, curves.sample_rate);
   };
@@ -81,8 +92,8 @@ std::string response_table(const StripCurves& curves) {
   text += fmt::format("{:>9}{:>9}{:>9}{:>9}{}\n", "Hz", "dB", "dB", "dB",
                       key.empty() ? "" : "       dB");
   for (std::size_t i = 0; i < frequencies.size(); ++i) {
-    text += fmt::format("{:>9}{:>9}{:>9}{:>9}", frequencies[i], decibels(pre[i]), decibels(post[i]),
-                        decibels(pre[i] + post[i]));
+    text += fmt::format("{:>9.6g}{:>9}{:>9}{:>9}", frequencies[i], decibels(pre[i]),
+                        decibels(post[i]), decibels(pre[i] + post[i]));
     if (!key.empty()) text += fmt::format("{:>9}", decibels(key[i]));
     text += "   " + bar(pre[i] + post[i]) + '\n';
   }
@@ -141,7 +152,7 @@ std::string time_table(const StripCurves& curves) {
     row("expander", set->attack, fmt::to_string(set->hold), set->release, burst.rise.expander,
         burst.fall.expander);
   }
-  constexpr std::string_view kModes[] = {"peak, decay", "smooth", "rms"};
+  constexpr std::string_view kModes[] = {"peak, decay", "smooth", "average"};
   const DetectorSettings& detector = curves.settings.detector;
   text += fmt::format("detector: {} {} ms\n", kModes[static_cast<std::size_t>(detector.mode)],
                       detector.time);

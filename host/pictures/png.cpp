@@ -5,6 +5,7 @@
 #include <librsvg/rsvg.h>
 
 #include <cmath>
+#include <exception>
 #include <memory>
 #include <stdexcept>
 
@@ -29,9 +30,14 @@ void check(cairo_status_t status) {
       fmt::format("can't draw the picture: {}", cairo_status_to_string(status)));
 }
 
-cairo_status_t append(void* png, const unsigned char* data, unsigned int size) {
-  static_cast<std::string*>(png)->append(reinterpret_cast<const char*>(data), size);
-  return CAIRO_STATUS_SUCCESS;
+// Called by C, through which no exception may pass.
+cairo_status_t append(void* png, const unsigned char* data, unsigned int size) noexcept {
+  try {
+    static_cast<std::string*>(png)->append(reinterpret_cast<const char*>(data), size);
+    return CAIRO_STATUS_SUCCESS;
+  } catch (const std::exception&) {
+    return CAIRO_STATUS_NO_MEMORY;
+  }
 }
 
 }  // namespace

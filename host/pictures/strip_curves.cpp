@@ -54,7 +54,8 @@ StripCurves strip_curves(const StripOptions& options, double sample_rate, double
                        .burst = {},
                        .layout = {},
                        .changes = changes,
-                       .changed = changed};
+                       .changed = changed,
+                       .remarks = preset.remarks};
     if (settings.key_filter) curves.key_filter = design_filter(*settings.key_filter, sample_rate);
     if (settings.compressor || settings.expander) {
       curves.burst = measure_burst(settings, sample_rate, Library(options.library));
@@ -67,7 +68,7 @@ StripCurves strip_curves(const StripOptions& options, double sample_rate, double
 }
 
 std::string heading_of(const StripCurves& curves) {
-  std::string heading = fmt::format("{} at {} Hz", curves.title, curves.sample_rate);
+  std::string heading = fmt::format("{} at {} Hz", one_line(curves.title), curves.sample_rate);
   if (curves.changes.empty()) return heading;
   const std::size_t done = curves.changed;
   heading += ", from " + duration(done == 0 ? 0 : curves.changes[done - 1]);

@@ -29,6 +29,7 @@ struct StripCurves {
   std::optional<ChannelLayout> layout;  // where a format is given
   std::vector<double> changes;          // s, ascending: when settings change
   std::size_t changed;                  // how many of these have passed at the time shown
+  std::vector<std::string> remarks;     // the preset's
 
   double makeup() const { return linear_to_db(static_cast<double>(dynamics.makeupGain)); }  // dB
   bool has_gate() const { return settings.expander && settings.expander->hysteresis; }

@@ -32,6 +32,7 @@ struct Draft {
   std::vector<BandDraft> eq;  // in the order of the preset's [[eq]] tables
   std::optional<BandDraft> key_filter;
   std::map<std::string, Origin> links;  // by format name
+  std::vector<std::string> remarks;     // on what is read, but should be written otherwise
 };
 
 // Writes the keys of `table` into the draft, except for the time of an [[at]] table and, at the top

@@ -45,6 +45,7 @@ struct Key {
   Access<Settings> access;
   Range range = {};                              // for numbers
   std::span<const std::string_view> words = {};  // for choices, in the order of the enumeration
+  std::string_view retired = {};  // a word that once stood for the last one, still read
   // Why the key means nothing to these settings; empty: it does. Null: it always does.
   std::string (*objection)(const Settings&) = nullptr;
   bool lasting = false;  // can't change in time

@@ -15,11 +15,14 @@ struct Place {
   std::string key;    // dotted path; empty where `where` names it
 };
 
+inline std::string message(const Place& place, std::string_view what) {
+  return place.key.empty() ? fmt::format("{}: {}", place.where, what)
+                           : fmt::format("{}: {}: {}", place.where, place.key, what);
+}
+
 // Throws std::runtime_error, one line.
 [[noreturn]] inline void fail(const Place& place, std::string_view what) {
-  throw std::runtime_error(place.key.empty()
-                               ? fmt::format("{}: {}", place.where, what)
-                               : fmt::format("{}: {}: {}", place.where, place.key, what));
+  throw std::runtime_error(message(place, what));
 }
 
 // Calls `call` and puts the place before the message of what it refuses.

@@ -53,6 +53,7 @@ Preset build(std::string_view text, const std::string& file,
     preset.changes.push_back({moment.time, settings_of(draft)});
     note_places(draft, preset);
   }
+  preset.remarks = draft.remarks;
   return preset;
 }
 

@@ -37,6 +37,9 @@ struct Preset {
     std::string format, map;
   };
   std::vector<Link> links = {};
+
+  // A line for each thing that is read, but should be written otherwise.
+  std::vector<std::string> remarks = {};
 };
 
 // Both throw std::runtime_error, one line: "FILE:LINE:COLUMN: key: what is wrong".

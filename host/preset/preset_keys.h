@@ -15,7 +15,7 @@ struct Table {
   void (*create)(StripSettings&) = nullptr;  // what its presence alone does
 };
 
-inline constexpr std::string_view kDetectorModes[] = {"peak", "smooth", "rms"};
+inline constexpr std::string_view kDetectorModes[] = {"peak", "smooth", "average"};
 inline constexpr std::string_view kLinkStyles[] = {"pairs", "film", "music", "all", "none"};
 
 inline constexpr Key<StripSettings> kTopKeys[] = {
@@ -103,12 +103,13 @@ inline constexpr Key<StripSettings> kExpanderKeys[] = {
 
 inline constexpr Key<StripSettings> kDetectorKeys[] = {
     {.name = "mode",
-     .meaning = "level that the dynamics follow: peaks, an average of one pole, or one of two, "
-                "which is like RMS",
+     .meaning = "level that the dynamics follow: peaks, or magnitudes averaged with one pole or, "
+                "steadier, with two; a sine averages 3.9 dB below its peak",
      .access = kMember<&StripSettings::detector, &DetectorSettings::mode>,
-     .words = kDetectorModes},
+     .words = kDetectorModes,
+     .retired = "rms"},
     {.name = "time",
-     .meaning = "decay of the peak or averaging time, to 63.2 %",
+     .meaning = "decay of the peak or averaging time, to 63.2 %; 0: the level itself",
      .access = kMember<&StripSettings::detector, &DetectorSettings::time>,
      .range = {"ms", 0, 10000}},
 };

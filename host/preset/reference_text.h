@@ -55,7 +55,7 @@ hysteresis = 4
 range = -15
 
 [detector]
-mode = "rms"
+mode = "average"
 time = 15
 
 [key_filter]             # on the detection signal alone: plosives don't count

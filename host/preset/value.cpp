@@ -39,11 +39,13 @@ double number_of(const toml::node& node, const Range& range) {
   return value;
 }
 
-double word_of(const toml::node& node, std::span<const std::string_view> words) {
+double word_of(const toml::node& node, std::span<const std::string_view> words,
+               std::string_view retired) {
   const std::vector<std::string_view> known(words.begin(), words.end());
   const std::string rule = fmt::format("must be {}", alternatives(known, "\""));
   if (!node.is_string()) refuse("{}", rule);
   const std::string& word = text_of(node);
+  if (!retired.empty() && word == retired) return static_cast<double>(words.size() - 1);
   const auto found = std::ranges::find(words, word);
   if (found == words.end()) {
     refuse("unknown value \"{}\"{}", word, suggestion(word, known, rule));

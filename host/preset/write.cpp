@@ -56,10 +56,21 @@ void write_link_maps(const Entry& entry, const Layer& layer, Draft& draft) {
   }
 }
 
+void remark_retired_word(const Entry& entry, const Layer& layer, const Key<StripSettings>& key,
+                         Draft& draft) {
+  if (key.retired.empty() || entry.node.value<std::string_view>() != key.retired) return;
+  draft.remarks.push_back(
+      message(layer.place(entry.node.source(), entry.path),
+              fmt::format("\"{}\" is now called \"{}\"", key.retired, key.words.back())));
+}
+
 void write_table(const Entry& entry, const Layer& layer, const Table& table, Draft& draft) {
   if (table.create) table.create(draft.settings);
   for (const Entry& key : entries(table_of(entry, layer), entry.path)) {
-    if (set_key(key, layer, table.keys, draft.settings)) continue;
+    if (const Key<StripSettings>* known = set_key(key, layer, table.keys, draft.settings)) {
+      remark_retired_word(key, layer, *known, draft);
+      continue;
+    }
     if (table.name == "link") {
       write_link_maps(key, layer, draft);
     } else {

@@ -3,11 +3,14 @@
 #include <algorithm>
 #include <atomic>
 #include <exception>
+#include <filesystem>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <utility>
 
 #include "../system/interrupt.h"
+#include "../system/output_file.h"
 #include "../system/standard_streams.h"
 
 namespace channelstrip::host {
@@ -23,7 +26,11 @@ class Jobs {
     const std::size_t count = std::min<std::size_t>(batch_.jobs, batch_.files.size());
     {
       std::vector<std::jthread> others;
-      while (others.size() + 1 < count) others.emplace_back([this] { work(); });
+      try {
+        while (others.size() + 1 < count) others.emplace_back([this] { work(); });
+      } catch (const std::system_error&) {
+        // No more threads are to be had. Those that there are do all the work.
+      }
       work();
     }
     if (failure_) std::rethrow_exception(failure_);
@@ -47,12 +54,14 @@ class Jobs {
   RenderResult result_of(std::size_t index) {
     RenderResult result{.file = batch_.files[index], .report = {}, .error = {}};
     try {
+      make_folder_of(result.file.output);
       result.report =
           render({.input = result.file.input,
                   .output = result.file.output,
                   .strip = batch_.strip,
                   .choice = batch_.choice,
                   .dither = batch_.dither,
+                  .existing = batch_.existing,
                   .on_progress = [&](double seconds, double part) {
                     progress_.advance(index, input_name(result.file.input), seconds, part);
                   }});
@@ -71,6 +80,14 @@ class Jobs {
       report_(*results_[reported_]);
       results_[reported_]->report.reset();
     }
+  }
+
+  // Only below folders that are to hold many outputs; others must be there.
+  void make_folder_of(const std::string& output) const {
+    if (!batch_.makes_folders) return;
+    std::error_code error;
+    std::filesystem::create_directories(std::filesystem::path(output).parent_path(), error);
+    if (error) fail_on(output, error.message());
   }
 
   const Batch& batch_;

@@ -24,7 +24,9 @@ struct Batch {
   StripOptions strip;
   OutputChoice choice = {};
   std::optional<Dither> dither = {};
-  unsigned jobs = 1;  // at a time, 1 or more
+  Existing existing = Existing::kKept;
+  bool makes_folders = false;  // those that the outputs lie in
+  unsigned jobs = 1;           // at a time, 1 or more
 };
 
 // Renders every file, even if others fail. Results are reported in the order of the files, one at a

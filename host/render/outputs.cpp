@@ -8,6 +8,9 @@
 #include <stdexcept>
 #include <utility>
 
+#include "../audio/containers.h"
+#include "../system/standard_streams.h"
+
 namespace channelstrip::host {
 namespace {
 
@@ -18,19 +21,21 @@ template <typename... Arguments>
   throw std::runtime_error(fmt::format(format, std::forward<Arguments>(arguments)...));
 }
 
-bool is_folder(const std::string& path) {
-  std::error_code not_there;
-  return fs::is_directory(path, not_there);
+bool is_folder(const std::string& out, bool many) {
+  std::error_code none;
+  if (fs::exists(out, none)) return fs::is_directory(out, none);
+  return out.ends_with('/') || (many && out != kStandardStream && !container_of(out));
 }
 
-std::string in_folder(const std::string& input, const std::string& folder,
+std::string in_folder(const InputFile& input, const std::string& folder,
                       const std::optional<std::string>& extension) {
-  fs::path name = fs::path(input).filename();
-  if (input == "-" || !name.has_stem() || name == "." || name == "..") {
-    refuse("{}: has no name that a file in {} could take", input, folder);
+  fs::path place = input.place;
+  const fs::path name = place.filename();
+  if (input.path == kStandardStream || !name.has_stem() || name == "." || name == "..") {
+    refuse("{}: has no name that a file in {} could take", input.path, folder);
   }
-  if (extension) name.replace_extension(*extension);
-  return (fs::path(folder) / name).string();
+  if (extension) place.replace_extension(*extension);
+  return (fs::path(folder) / place).string();
 }
 
 // The same for all names of a file: its device and inode, or the path if the file doesn't exist.
@@ -42,13 +47,12 @@ Identity identity(const std::string& path) {
   return {{}, path};
 }
 
-void require_apart(const std::vector<RenderFile>& files,
-                   const std::optional<std::string>& read_too) {
+void require_apart(const std::vector<RenderFile>& files, const std::vector<std::string>& read_too) {
   std::map<Identity, std::string> inputs, outputs;
   for (const RenderFile& file : files) inputs.emplace(identity(file.input), file.input);
-  if (read_too) inputs.emplace(identity(*read_too), *read_too);
+  for (const std::string& name : read_too) inputs.emplace(identity(name), name);
   for (const auto& [input, output] : files) {
-    if (output == "-") continue;
+    if (output == kStandardStream) continue;
     const Identity place = identity(output);
     const auto read = inputs.find(place);
     if (read != inputs.end() && read->second == input) refuse("{}: is the input itself", output);
@@ -60,19 +64,24 @@ void require_apart(const std::vector<RenderFile>& files,
 
 }  // namespace
 
-std::vector<RenderFile> choose_outputs(const std::vector<std::string>& inputs,
+std::vector<RenderFile> choose_outputs(const std::vector<InputFile>& inputs, bool many,
                                        const std::string& out,
                                        const std::optional<std::string>& extension,
-                                       const std::optional<std::string>& read_too) {
+                                       const std::vector<std::string>& read_too) {
   std::vector<RenderFile> files;
-  if (is_folder(out)) {
-    for (const std::string& input : inputs) {
-      files.push_back({input, in_folder(input, out, extension)});
+  if (is_folder(out, many)) {
+    for (const InputFile& input : inputs) {
+      files.push_back({input.path, in_folder(input, out, extension)});
     }
-  } else if (inputs.size() > 1) {
-    refuse("{}: is no folder, which {} inputs need", out, inputs.size());
+  } else if (many) {
+    refuse("{}: is no folder, which {} input{} need{}", out, inputs.size(),
+           inputs.size() == 1 ? "" : "s", inputs.size() == 1 ? "s" : "");
   } else {
-    files.push_back({inputs.front(), out});
+    // A preset in OUT's place, say, because --preset was forgotten.
+    if (!out.empty() && out != kStandardStream && !extension && !container_of(out)) {
+      refuse("{}: its extension is no audio file's; --output-type chooses one", out);
+    }
+    files.push_back({inputs.front().path, out});
   }
   require_apart(files, read_too);
   return files;

@@ -14,6 +14,7 @@
 #include "../run/strip_options.h"
 #include "../strip/strip_stream.h"
 #include "../system/interrupt.h"
+#include "../system/output_file.h"
 
 namespace channelstrip::host {
 
@@ -23,6 +24,7 @@ struct RenderOptions {
   StripOptions strip;
   OutputChoice choice = {};
   std::optional<Dither> dither = {};  // none: as is usual for the output's sample type
+  Existing existing = Existing::kKept;
   // Called now and then with the seconds of audio rendered since the last time, and the part of the
   // whole that is done, below 0 if that isn't known.
   std::function<void(double seconds, double part)> on_progress = {};
@@ -35,8 +37,9 @@ struct RenderReport {
   ChannelLayout layout;
   sf_count_t frames = 0;
   StripMeters meters;
-  long long clipped = 0;              // samples
-  std::vector<std::string> warnings;  // clipping among them
+  long long clipped = 0;               // samples
+  std::vector<std::string> warnings;   // clipping among them
+  std::vector<std::string> cut_short;  // StripRun::cut_short()
 };
 
 // Either the whole output stands in its place or nothing has changed. Throws std::runtime_error,

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <nlohmann/json.hpp>
+#include <span>
 #include <string>
 
 #include "../design/dynamics.h"
@@ -37,11 +38,12 @@ nlohmann::json finite_or_null(double value) {
 
 std::string summary_text(const RenderFile& file, const RenderReport& report) {
   const StripMeters& meters = report.meters;
-  std::string text = fmt::format("{} -> {}\n", input_name(file.input), output_name(file.output));
+  std::string text = fmt::format("{} -> {}\n", one_line(input_name(file.input)),
+                                 one_line(output_name(file.output)));
   text += fmt::format("{}, {} Hz, {}, {}{}{}\n\n", report.layout.format->name,
                       report.format.sample_rate, sample_types(report),
                       duration(static_cast<double>(report.frames) / report.format.sample_rate),
-                      report.preset_name.empty() ? "" : ", ", report.preset_name);
+                      report.preset_name.empty() ? "" : ", ", one_line(report.preset_name));
 
   constexpr const char* kHeading = "{:<9}{:>12}{:>14}{:>12}\n";
   text += fmt::format(kHeading, "channel", "input peak", "output peak", "reduction");
@@ -55,9 +57,33 @@ std::string summary_text(const RenderFile& file, const RenderReport& report) {
                       reduction(1 - meters.compressor_reduction),
                       reduction(1 - meters.expander_reduction));
   for (const std::string& warning : report.warnings) {
-    text += fmt::format("\nwarning: {}\n", warning);
+    text += fmt::format("\nwarning: {}\n", one_line(warning));
   }
   return text;
+}
+
+std::string summary_line(const RenderFile& file, const RenderReport& report) {
+  const StripMeters& meters = report.meters;
+  const std::size_t channels = report.layout.labels.size();
+  const auto loudest = [channels](const auto& peaks) {
+    return decibels(std::ranges::max(std::span(peaks).first(channels)));
+  };
+  std::string text = fmt::format(
+      "{} -> {}: peak {:.1f} -> {:.1f} dBFS, reduction {:.1f} dB\n", one_line(file.input),
+      one_line(file.output), loudest(meters.input_peak), loudest(meters.output_peak),
+      reduction(1 - std::max(meters.compressor_reduction, meters.expander_reduction)));
+  for (const std::string& warning : report.warnings) {
+    text += fmt::format("  warning: {}\n", one_line(warning));
+  }
+  return text;
+}
+
+std::string tally_line(const Tally& tally) {
+  std::string text = fmt::format("{} of {} files rendered, {} of audio", tally.rendered,
+                                 tally.rendered + tally.failed, duration(tally.seconds));
+  if (tally.failed > 0) text += fmt::format("; {} failed", tally.failed);
+  if (tally.with_warnings > 0) text += fmt::format("; {} with warnings", tally.with_warnings);
+  return text + '\n';
 }
 
 nlohmann::json summary_json(const RenderFile& file, const RenderReport& report) {
@@ -82,7 +108,8 @@ nlohmann::json summary_json(const RenderFile& file, const RenderReport& report) 
           {"compressor_reduction", finite_or_null(reduction(1 - meters.compressor_reduction))},
           {"expander_reduction", finite_or_null(reduction(1 - meters.expander_reduction))},
           {"clipped", report.clipped},
-          {"warnings", report.warnings}};
+          {"warnings", report.warnings},
+          {"cut_short", report.cut_short}};
 }
 
 }  // namespace channelstrip::host

@@ -13,6 +13,16 @@ namespace channelstrip::host {
 // Lines for people.
 std::string summary_text(const RenderFile& file, const RenderReport& report);
 
+// One line for a file among many, and one for each warning.
+std::string summary_line(const RenderFile& file, const RenderReport& report);
+
+// What became of many files.
+struct Tally {
+  std::size_t rendered = 0, failed = 0, with_warnings = 0;
+  double seconds = 0;  // of audio
+};
+std::string tally_line(const Tally& tally);
+
 // The same for programs. Peaks are in dBFS, reductions in dB and positive, each null where it is
 // infinite.
 nlohmann::json summary_json(const RenderFile& file, const RenderReport& report);

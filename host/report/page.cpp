@@ -78,8 +78,8 @@ power. A sine at full scale reads 0 dBFS; pink noise is a level line. Below abou
 <p>Gain reduction is what compressor and expander take together, makeup left out: the deepest that
 lasted for 64 frames. The average is over all such periods, in decibels.</p>
 <p>Loudness and true peak follow ITU-R BS.1770 and EBU R 128. The LFE doesn't count, surround
-channels weigh 1.5 dB more, and a mono file is one loudspeaker: the same signal in stereo reads 3 LU
-more. An en dash stands where a file is too short or too quiet for a measure.</p>
+channels beside the listener (60 to 120 degrees) weigh 1.5 dB more, those behind don't, and a mono
+file is one loudspeaker: the same signal in stereo reads 3 LU more. An en dash stands where a file is too short or too quiet for a measure.</p>
 <p>Samples at full scale are those on the highest or lowest value that their type can hold, or
 beyond: where there are many, the file was clipped.</p>
 )";

@@ -100,6 +100,8 @@ RenderAnalysis analyse_render(const std::string& input, const std::string& outpu
   analysis.frames = run.frames_read();
   analysis.compressor_reduction = run.stream().meters().compressor_reduction;
   analysis.expander_reduction = run.stream().meters().expander_reduction;
+  analysis.remarks = run.remarks();
+  analysis.cut_short = run.cut_short();
   return analysis;
 }
 

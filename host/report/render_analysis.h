@@ -33,6 +33,7 @@ struct RenderAnalysis {
   float compressor_reduction = 0;  // 1 - least factor
   float expander_reduction = 0;    // 1 - least factor
   Comparison comparison;           // of what the settings give with `after`
+  std::vector<std::string> remarks = {}, cut_short = {};  // StripRun's
 };
 
 // One pass over both files. Memory doesn't grow with them, except for the loudness meters, which

@@ -22,6 +22,9 @@ class KeySource {
   // fewer once the key has ended, none without a key. A view, valid until the next call.
   std::span<const float> next(std::span<const float> frames);
 
+  // As AudioReader::cut_short(), of the key's own file.
+  std::string cut_short() const { return file_ ? file_->cut_short() : std::string(); }
+
  private:
   std::optional<AudioReader> file_;
   std::size_t input_channels_;

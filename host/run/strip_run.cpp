@@ -9,6 +9,8 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "../preset/left_out.h"
+
 namespace channelstrip::host {
 namespace {
 
@@ -33,7 +35,7 @@ ChannelLayout layout_of(const std::string& input, const AudioFormat& format,
 }
 
 // A key that is given is used all the time, unless the preset has key.enable, which then decides.
-Preset preset_of(const StripOptions& options) {
+Preset preset_of(const StripOptions& options, double sample_rate) {
   Preset preset = load_preset(options.preset, options.assignments);
   std::vector<StripSettings*> all{&preset.settings};
   for (Preset::Change& change : preset.changes) all.push_back(&change.settings);
@@ -47,6 +49,7 @@ Preset preset_of(const StripOptions& options) {
     settings->key_enable = said ? settings->key_enable : options.has_key();
     settings->key_listen |= options.listen_to_key;
   }
+  if (!options.strict) leave_out_bands_above(preset, sample_rate);
   return preset;
 }
 
@@ -70,7 +73,7 @@ void check_strip_options(const StripOptions& options) {
 
 StripRun::StripRun(const std::string& input, const StripOptions& options)
     : reader_(input),
-      preset_(preset_of(options)),
+      preset_(preset_of(options, format().sample_rate)),
       layout_(layout_of(input, format(), options)),
       library_(options.library),
       key_(options, input, format()),
@@ -80,6 +83,12 @@ StripRun::StripRun(const std::string& input, const StripOptions& options)
 double StripRun::part_read() const {
   const auto frames = static_cast<double>(reader_.frames());
   return frames > 0 ? std::min(1.0, static_cast<double>(frames_read()) / frames) : -1;
+}
+
+std::vector<std::string> StripRun::cut_short() const {
+  std::vector<std::string> lines{reader_.cut_short(), key_.cut_short()};
+  std::erase(lines, std::string());
+  return lines;
 }
 
 StripStream StripRun::make_stream(const std::string& culprit) const {
@@ -97,10 +106,13 @@ bool StripRun::next(Piece& piece) {
   if (ended_) return false;
   piece.input = reader_.read(input_);
   ended_ = piece.input.empty();
+  sources_.erase(sources_.begin(), sources_.begin() + std::ssize(output_));
+  sources_.insert(sources_.end(), piece.input.begin(), piece.input.end());
   output_.clear();
   stream_.process(piece.input, key_.next(piece.input), output_);
   if (ended_) stream_.finish(output_);
   piece.output = output_;
+  piece.source = std::span<const float>(sources_).first(output_.size());
   return true;
 }
 

@@ -31,14 +31,20 @@ class StripRun {
   const ChannelLayout& layout() const { return layout_; }
   StripStream& stream() { return stream_; }
   sf_count_t frames_read() const { return reader_.position(); }
+  // As AudioReader::frames().
+  sf_count_t frames_stated() const { return reader_.frames(); }
   // The part of the input that was read, 0 .. 1; below 0 if its length isn't known before its end.
   double part_read() const;
+  // A line for each band of the preset that was left out, and for what it should write otherwise.
+  const std::vector<std::string>& remarks() const { return preset_.remarks; }
+  // A line for the audio, and for the key, whose file holds less than it states.
+  std::vector<std::string> cut_short() const;
 
-  // The next frames of the input, and the frames of the output that the strip has completed since.
-  // The output lags behind by less than a window and is as long as the input in the end. Views,
-  // valid until the next call.
+  // The next frames of the input, the frames of the output that the strip has completed since, and
+  // those of the input that these were made of. The output lags behind by less than a window and is
+  // as long as the input in the end. Views, valid until the next call.
   struct Piece {
-    std::span<const float> input, output;
+    std::span<const float> input, output, source;
   };
 
   // False when there is nothing more.
@@ -55,6 +61,7 @@ class StripRun {
   KeySource key_;
   StripStream stream_;
   std::vector<float> input_, output_;
+  std::vector<float> sources_;  // of the output, and of what the strip hasn't completed yet
   bool ended_ = false;
 };
 

@@ -65,23 +65,9 @@ bool is_to_be_retried() {
   return errno == EAGAIN || errno == EINTR;
 }
 
-// A blocking read or write simply goes on after a signal that is only noted, so everything that may
-// block waits in wait_for(). The functions that follow return false, with errno set, on failure.
-bool write_all(int descriptor, std::string_view bytes) {
-  while (!bytes.empty()) {
-    wait_for(descriptor, POLLOUT);
-    const ssize_t step = ::write(descriptor, bytes.data(), bytes.size());
-    if (step >= 0) {
-      bytes.remove_prefix(static_cast<std::size_t>(step));
-    } else if (!is_to_be_retried()) {
-      return false;
-    }
-  }
-  return true;
-}
-
+// Returns false, with errno set, on failure.
 bool copy(int from, int to) {
-  std::array<char, PIPE_BUF> bytes = {};  // what a pipe that is ready takes without waiting
+  std::array<char, PIPE_BUF> bytes = {};
   for (;;) {
     wait_for(from, POLLIN);
     const ssize_t got = ::read(from, bytes.data(), bytes.size());
@@ -92,6 +78,30 @@ bool copy(int from, int to) {
 }
 
 }  // namespace
+
+void reserve_standard_streams() {
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(descriptor, F_GETFD) >= 0) continue;
+    // The lowest number that is free is this one. Reading input and writing output fails there.
+    open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+  }
+}
+
+// A blocking read or write simply goes on after a signal that is only noted, so everything that may
+// block waits in wait_for(). A pipe that is ready takes PIPE_BUF bytes without blocking.
+bool write_all(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    wait_for(descriptor, POLLOUT);
+    const std::string_view piece = bytes.substr(0, PIPE_BUF);
+    const ssize_t step = ::write(descriptor, piece.data(), piece.size());
+    if (step >= 0) {
+      bytes.remove_prefix(static_cast<std::size_t>(step));
+    } else if (!is_to_be_retried()) {
+      return false;
+    }
+  }
+  return true;
+}
 
 std::string input_name(const std::string& path) {
   return path == kStandardStream ? kInput : path;

@@ -5,10 +5,16 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "output_file.h"
 
 namespace channelstrip::host {
+
+// To be called first: gives the numbers of standard input, output and error, where a descriptor is
+// closed, to one that can't be read or written. Otherwise the next file that is opened would take
+// the number, and what is printed would go there.
+void reserve_standard_streams();
 
 // The name that means them on the command line.
 inline constexpr const char* kStandardStream = "-";
@@ -16,6 +22,10 @@ inline constexpr const char* kStandardStream = "-";
 // What messages call the input or output at `path`.
 std::string input_name(const std::string& path);
 std::string output_name(const std::string& path);
+
+// Writes all of it, however slow the reader is. Returns false, with errno set, on failure; throws
+// Interrupted when a signal comes.
+bool write_all(int descriptor, std::string_view bytes);
 
 // An input of which every part can be read at any time.
 struct SeekableInput {

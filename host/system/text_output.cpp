@@ -6,6 +6,8 @@
 #include <cstring>
 #include <filesystem>
 
+#include "standard_streams.h"
+
 namespace channelstrip::host {
 namespace {
 
@@ -13,7 +15,8 @@ constexpr std::size_t kFlushAt = 1 << 16;  // bytes
 
 }  // namespace
 
-TextOutput::TextOutput(const std::optional<std::string>& path, std::span<const std::string> inputs)
+TextOutput::TextOutput(const std::optional<std::string>& path, std::span<const std::string> inputs,
+                       Existing existing)
     : name_(path.value_or("standard output")) {
   if (!path) return;
   for (const std::string& input : inputs) {
@@ -22,7 +25,7 @@ TextOutput::TextOutput(const std::optional<std::string>& path, std::span<const s
       fail_on(*path, "is an input");
     }
   }
-  file_.emplace(*path);
+  file_.emplace(*path, existing);
 }
 
 void TextOutput::write(std::string_view text) {
@@ -37,12 +40,7 @@ void TextOutput::commit() {
 
 void TextOutput::flush() {
   const int descriptor = file_ ? file_->descriptor() : STDOUT_FILENO;
-  for (std::string_view rest = pending_; !rest.empty();) {
-    const ssize_t written = ::write(descriptor, rest.data(), rest.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) fail_on(name_, std::strerror(errno));
-    rest.remove_prefix(static_cast<std::size_t>(written));
-  }
+  if (!write_all(descriptor, pending_)) fail_on(name_, std::strerror(errno));
   pending_.clear();
 }
 

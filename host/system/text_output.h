@@ -11,12 +11,17 @@
 
 namespace channelstrip::host {
 
-// All errors are std::runtime_error and begin with the path, or with "standard output".
+// All errors are std::runtime_error and begin with the path, or with "standard output". Throws
+// Interrupted when a signal comes while a reader keeps it waiting.
 class TextOutput {
  public:
   // Without a path: standard output. Refuses a path that is one of the `inputs`, which are read
   // meanwhile.
-  TextOutput(const std::optional<std::string>& path, std::span<const std::string> inputs);
+  TextOutput(const std::optional<std::string>& path, std::span<const std::string> inputs,
+             Existing existing);
+
+  // Standard output.
+  TextOutput() : TextOutput({}, {}, Existing::kKept) {}
 
   void write(std::string_view text);
 
@@ -27,7 +32,7 @@ class TextOutput {
   void flush();
 
   std::string name_;
-  std::optional<ReplacementFile> file_;
+  std::optional<NamedOutput> file_;
   std::string pending_;
 };
 

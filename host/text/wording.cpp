@@ -39,9 +39,14 @@ std::string duration(double seconds) {
 }
 
 std::string one_line(std::string_view text, char replacement) {
-  std::string line(text);
-  std::ranges::replace_if(
-      line, [](unsigned char c) { return c < ' ' || c == 127; }, replacement);
+  std::string line;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto c = static_cast<unsigned char>(text[i]);
+    const auto next = i + 1 < text.size() ? static_cast<unsigned char>(text[i + 1]) : 0;
+    const bool is_upper_control = c == 0xC2 && next >= 0x80 && next < 0xA0;  // in UTF-8
+    line += c < ' ' || c == 127 || is_upper_control ? replacement : text[i];
+    if (is_upper_control) ++i;
+  }
   return line;
 }
 

@@ -1,6 +1,7 @@
 // Which speakers a rendered file names.
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "rendered_file.h"
@@ -67,6 +68,22 @@ TEST_F(ChannelMap, StaysWithRateLengthAndSampleType) {
       EXPECT_EQ(mask_of(from), mask);
       EXPECT_EQ(mask_of(output), mask);
     }
+  }
+}
+
+// One channel or two need no map, unless they are others than the centre or left and right.
+TEST_F(ChannelMap, StaysOfOneAndTwoChannels) {
+  const std::vector<std::pair<std::vector<int>, unsigned>> maps{
+      {{SF_CHANNEL_MAP_LFE}, 0x8},
+      {{SF_CHANNEL_MAP_CENTER}, 0x4},
+      {{SF_CHANNEL_MAP_LEFT, SF_CHANNEL_MAP_RIGHT}, 0x3},
+      {{SF_CHANNEL_MAP_SIDE_LEFT, SF_CHANNEL_MAP_SIDE_RIGHT}, 0x600}};
+  for (const auto& [map, mask] : maps) {
+    const std::string from = input(surround(map, SF_FORMAT_WAVEX | SF_FORMAT_PCM_16));
+    ASSERT_EQ(mask_of(from), mask);
+    EXPECT_EQ(rendered(from).warnings, std::vector<std::string>{});
+    EXPECT_EQ(mask_of(output), mask);
+    EXPECT_EQ(rendered(from, "out.flac").warnings.empty(), mask == 0x3 || mask == 0x4) << mask;
   }
 }
 

@@ -51,6 +51,34 @@ TEST(OutputFormat, IsOfTheContainerThatIsAskedFor) {
   }
 }
 
+TEST(OutputFormat, IsCodedAsALossyContainersNameSays) {
+  for (const auto& [name, sample_type] : {std::pair("out.ogg", SF_FORMAT_VORBIS),
+                                          {"out.oga", SF_FORMAT_VORBIS},
+                                          {"out.opus", SF_FORMAT_OPUS},
+                                          {"out.mp3", SF_FORMAT_MPEG_LAYER_III}}) {
+    const AudioFormat coded = output_format(kInput, name);
+    EXPECT_EQ(coded.sample_type, sample_type) << name;
+    // From one lossy container to another, too; what stays in its container keeps its coding.
+    AudioFormat opus = kInput;
+    opus.container = SF_FORMAT_OGG;
+    opus.sample_type = SF_FORMAT_OPUS;
+    EXPECT_EQ(output_format(opus, "out.ogg").sample_type, SF_FORMAT_OPUS);
+    EXPECT_EQ(output_format(opus, "out.wav").sample_type, SF_FORMAT_PCM_24);
+    EXPECT_EQ(output_format(coded, "out.mp3").sample_type, SF_FORMAT_MPEG_LAYER_III);
+    EXPECT_EQ(output_format(coded, "out.wav").sample_type, SF_FORMAT_PCM_24);
+  }
+  EXPECT_EQ(output_format(kInput, "-", {.container = container_from_name("opus")}).sample_type,
+            SF_FORMAT_OPUS);
+}
+
+TEST(OutputFormat, StaysRf64UnderTheNameOfWav) {
+  AudioFormat input = kInput;
+  input.container = SF_FORMAT_RF64;
+  EXPECT_EQ(output_format(input, "out.wav").container, SF_FORMAT_RF64);
+  EXPECT_EQ(output_format(input, "out.wav", {.container = container_from_name("wav")}).container,
+            SF_FORMAT_WAV);
+}
+
 TEST(OutputFormat, IsRefusedWhenTheContainerCannotHoldTheBits) {
   for (const auto& [bits, name] : {std::pair("32", "32-bit"), {"32f", "32-bit float"}}) {
     const int sample_type = sample_type_from_bits(bits);

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
 #include <vector>
 
@@ -23,6 +25,52 @@ Pcm pcm(float sample, int bits) {
   std::int32_t integer = 0;
   const long long clipped = to_pcm({&sample, 1}, bits, Dither::kNone, 0, {&integer, 1});
   return {integer >> (32 - bits), clipped};
+}
+
+// What becomes of samples that were all these steps before something scaled them.
+std::vector<std::int16_t> dithered(float scale, float source_scale = 1) {
+  std::vector<float> samples, sources;
+  for (int step = -32768; step < 32768; ++step) {
+    sources.push_back(static_cast<float>(step) * 0x1p-15f * source_scale);
+    samples.push_back(sources.back() * scale);
+  }
+  std::vector<std::int16_t> integers(samples.size());
+  to_pcm(samples, 16, Dither::kTriangular, 0, integers, sources);
+  return integers;
+}
+
+TEST(Pcm, OfUnchangedSamplesIsWhatItWas) {
+  const float unity = 1 + 2.63e-6f;  // the strip's 0 dB
+  const std::vector<std::int16_t> integers = dithered(unity);
+  for (int step = -32768; step < 32768; ++step) {
+    ASSERT_EQ(integers[static_cast<std::size_t>(step + 32768)], step);
+  }
+}
+
+// Not even where the change leads from one step to another.
+TEST(Pcm, OfChangedSamplesIsDithered) {
+  for (const float scale : {0.5f, 1 + 1e-5f, -1.0f}) {
+    const std::vector<std::int16_t> integers = dithered(scale);
+    int off = 0;
+    for (int step = -32768; step < 32768; ++step) {
+      const auto nearest = std::lround(static_cast<float>(step) * scale);
+      off += std::abs(integers[static_cast<std::size_t>(step + 32768)] - nearest) > 0 ? 1 : 0;
+    }
+    EXPECT_GT(off, 10000) << scale;
+  }
+}
+
+// Sources of 17 bits: unchanged, but every other one lies between two steps.
+TEST(Pcm, OfUnchangedSamplesThatTheFileCannotHoldIsDithered) {
+  const std::vector<std::int16_t> integers = dithered(1, 0.5f);
+  int even = 0, odd = 0;
+  for (int step = -32768; step < 32768; ++step) {
+    const auto nearest = std::lrint(step / 2.0);
+    const bool moved = integers[static_cast<std::size_t>(step + 32768)] != nearest;
+    (step % 2 == 0 ? even : odd) += moved ? 1 : 0;
+  }
+  EXPECT_EQ(even, 0);
+  EXPECT_GT(odd, 10000);
 }
 
 TEST(Pcm, RoundsToNearest) {

@@ -47,7 +47,7 @@ TEST(AveragingSection, CoversAllButOneOverEOfAStepInItsTime) {
 }
 
 TEST(AveragingSection, PassesWhenTheTimeIsZero) {
-  for (const Section& section : {averaging_section(0, kRate), rms_section(0, kRate)}) {
+  for (const Section& section : {averaging_section(0, kRate), two_pole_section(0, kRate)}) {
     EXPECT_EQ(section.b0, 1);
     EXPECT_EQ(section.a1, 0);
     EXPECT_EQ(section.a2, 0);
@@ -86,9 +86,9 @@ TEST(AveragingPoles, AreEqualAsLongAsSinglePrecisionAllows) {
   EXPECT_EQ(averaging_poles(131072).fast, 1);
 }
 
-TEST(RmsSection, HoldsFloatsWhoseGainAtZeroHertzIsOne) {
+TEST(TwoPoleSection, HoldsFloatsWhoseGainAtZeroHertzIsOne) {
   for (const double samples : kManyTimes) {
-    const Section section = rms_section(milliseconds(samples), kRate);
+    const Section section = two_pole_section(milliseconds(samples), kRate);
     EXPECT_EQ(section.b0, 1 - section.a1 - section.a2) << samples;
     EXPECT_EQ(section.b1, 0);
     EXPECT_EQ(section.b2, 0);
@@ -102,17 +102,17 @@ TEST(RmsSection, HoldsFloatsWhoseGainAtZeroHertzIsOne) {
 // b0 is 2^-17 or more and rounded by up to 2^-25, so it and the time may be off by a 256th. At the
 // time, x = 2.146 time constants of each pole, the step response moves by at most x^2 e^-x = 0.54
 // times that. Rounding the sum of the poles matters less.
-TEST(RmsSection, CoversAllButOneOverEOfAStepInItsTime) {
+TEST(TwoPoleSection, CoversAllButOneOverEOfAStepInItsTime) {
   for (const std::size_t samples : {1u, 7u, 480u, 775u, 960u, 4800u, 14400u, 131000u}) {
-    const Section section = rms_section(milliseconds(static_cast<double>(samples)), kRate);
+    const Section section = two_pole_section(milliseconds(static_cast<double>(samples)), kRate);
     EXPECT_NEAR(filtered(section, std::vector(samples, 1.0)).back(), 1 - kOneOverE, 0.6 / 256)
         << samples;
   }
 }
 
-TEST(RmsSection, NeverOvershoots) {
+TEST(TwoPoleSection, NeverOvershoots) {
   for (const double samples : {3.0, 50.0, 480.0, 775.0, 2400.0, 14400.0}) {
-    const Section section = rms_section(milliseconds(samples), kRate);
+    const Section section = two_pole_section(milliseconds(samples), kRate);
     double before = 0;
     for (const double y : filtered(section, std::vector(200000, 1.0))) {
       ASSERT_GE(y, before - 1e-9) << samples;
@@ -122,16 +122,16 @@ TEST(RmsSection, NeverOvershoots) {
   }
 }
 
-TEST(RmsSection, IsTooLongWhereNoFloatIsNearEnough) {
-  EXPECT_EQ(refusal<std::invalid_argument>([] { rms_section(10000, 1e6); }), "");
-  EXPECT_EQ(refusal<std::invalid_argument>([] { rms_section(10000, 1e7); }),
+TEST(TwoPoleSection, IsTooLongWhereNoFloatIsNearEnough) {
+  EXPECT_EQ(refusal<std::invalid_argument>([] { two_pole_section(10000, 1e6); }), "");
+  EXPECT_EQ(refusal<std::invalid_argument>([] { two_pole_section(10000, 1e7); }),
             "time 10000 ms is not short enough for single precision at 10000000 Hz");
 }
 
 // Two seconds, in the first of which the average settles. The ripple of a 50 ms average on a 1 kHz
 // wave is far below the bound.
-TEST(RmsSection, ReadsASineAndNoiseByKnownAmountsBelowTheirRms) {
-  const Section section = rms_section(50, kRate);
+TEST(TwoPoleSection, ReadsASineAndNoiseByKnownAmountsBelowTheirRms) {
+  const Section section = two_pole_section(50, kRate);
   std::mt19937 random(1);
   std::normal_distribution<double> gaussian;
   std::vector<double> sine, noise;
@@ -150,11 +150,11 @@ TEST(RmsSection, ReadsASineAndNoiseByKnownAmountsBelowTheirRms) {
 }
 
 // Three roundings of 2^-24 per sample, which the section amplifies by up to 2^17.
-TEST(RmsDetector, ReadsARestingLevelWithinAFifthOfADecibel) {
+TEST(AverageDetector, ReadsARestingLevelWithinAFifthOfADecibel) {
   for (const double time : {1.0, 10.0, 16.0, 30.0, 100.0, 300.0}) {
     for (const float level : {1.9f, 1.0f, 0.3f}) {
       StripSettings settings;
-      settings.detector = {DetectorMode::kRms, time};
+      settings.detector = {DetectorMode::kAverage, time};
       PlayedStrip strip(settings);
       strip.play(level, 48000 * 6);
       EXPECT_NEAR(strip.state().smoothLevel, level, level * 3 / 128) << time << " ms";

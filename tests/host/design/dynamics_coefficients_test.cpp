@@ -88,9 +88,9 @@ TEST(DynamicsCoefficients, SmoothDetectorAveragesAndKeepsADecay) {
   EXPECT_EQ(dynamics.detectorFilter[4], 0.f);
 }
 
-TEST(DynamicsCoefficients, RmsDetectorHasTwoPolesAndKeepsADecay) {
+TEST(DynamicsCoefficients, AverageDetectorHasTwoPolesAndKeepsADecay) {
   StripSettings settings;
-  settings.detector = {DetectorMode::kRms, 10};
+  settings.detector = {DetectorMode::kAverage, 10};
   const auto dynamics = dynamics_of(settings);
   EXPECT_GT(dynamics.detectorMode, 0);
   EXPECT_FLOAT_EQ(dynamics.peakDecay, 0.99791884f);  // e^(-1/480)

@@ -119,9 +119,9 @@ TEST(PlayedDetector, PeakFallsTo37PercentAndSmoothRisesTo63PercentInItsTime) {
   peak.play(click);
   EXPECT_NEAR(peak.state().peakLevel, kOneOverE, 1e-4);
 
-  // Rounding the poles moves the time by at most 480 x 2^-25 (smooth) or 1/256 (RMS).
+  // Rounding the poles moves the time by at most 480 x 2^-25 (one pole) or 1/256 (two).
   for (const auto& [mode, bound] :
-       {std::pair{DetectorMode::kSmooth, 1e-4}, std::pair{DetectorMode::kRms, 0.6 / 256}}) {
+       {std::pair{DetectorMode::kSmooth, 1e-4}, std::pair{DetectorMode::kAverage, 0.6 / 256}}) {
     settings.detector = {mode, 10};
     PlayedStrip average(settings);
     average.play(1.0f, 480);
@@ -129,9 +129,26 @@ TEST(PlayedDetector, PeakFallsTo37PercentAndSmoothRisesTo63PercentInItsTime) {
   }
 }
 
-TEST(PlayedDetector, RmsReadsASine) {
+TEST(PlayedDetector, OfNoTimeIsTheLevelItself) {
   StripSettings settings;
-  settings.detector = {DetectorMode::kRms, 20};
+  for (const auto mode : {DetectorMode::kPeak, DetectorMode::kSmooth, DetectorMode::kAverage}) {
+    settings.detector = {mode, 0};
+    settings.compressor = {.threshold = -20, .ratio = 4, .knee = 0, .attack = 0, .release = 0};
+    PlayedStrip strip(settings);
+    // A flat top, and a fall: everywhere the gain of the sample's own level, which is -15 dB at
+    // full scale and 6.02 * 3/4 dB more at half of it.
+    std::vector<float> input(64, 1.0f);
+    std::fill(input.begin() + 32, input.end(), 0.5f);
+    const std::vector<float> output = strip.play(input);
+    for (std::size_t n = 1; n < output.size(); ++n) {
+      EXPECT_NEAR(db(output[n] / input[n]), n < 32 ? -15 : -15 + 4.515, 0.01) << n;
+    }
+  }
+}
+
+TEST(PlayedDetector, AverageReadsASine) {
+  StripSettings settings;
+  settings.detector = {DetectorMode::kAverage, 20};
   PlayedStrip strip(settings);
   std::vector<float> sine(96000);
   for (std::size_t n = 0; n < sine.size(); ++n) {

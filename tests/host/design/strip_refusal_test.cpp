@@ -133,7 +133,7 @@ TEST(StripRefusal, NamesTheSampleRate) {
 
 TEST(StripRefusal, NamesAnAverageTooLongForSinglePrecision) {
   const auto average = [](StripSettings& s) { s.detector = {DetectorMode::kSmooth, 10000}; };
-  const auto rms = [](StripSettings& s) { s.detector = {DetectorMode::kRms, 10000}; };
+  const auto rms = [](StripSettings& s) { s.detector = {DetectorMode::kAverage, 10000}; };
   EXPECT_EQ(refused_at(1e6, average), "");
   EXPECT_EQ(refused_at(1e6, rms), "");
   EXPECT_EQ(refused_at(1e7, rms),

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "../support/command.h"
+#include "../support/streams.h"
 
 namespace channelstrip::test::import_program_test {
 namespace {
@@ -48,6 +49,16 @@ TEST_F(Import, WritesAPresetThatNamesItsSources) {
             "# Line 3: Filter 2: OFF PK Fc 90 Hz Gain -3 dB Q 2\n");
 }
 
+TEST_F(Import, ReadsStandardInput) {
+  Pipe pipe;
+  pipe.writing.write("Filter 1: ON PK Fc 1000 Hz Gain -3 dB Q 1.41\n");
+  pipe.writing.close();
+  const ChildResult result = Child({"import", "-"}, {.standard_input = pipe.reading}).result();
+  EXPECT_EQ(result.exit_status, 0);
+  EXPECT_TRUE(result.printed.starts_with("# From standard input, a filter list of "));
+  EXPECT_NE(result.printed.find("frequency = 1000\n"), std::string::npos);
+}
+
 TEST_F(Import, StatusThreeSaysThatSomethingWasLeftOut) {
   const std::string list =
       folder.write("a.txt", "Filter: ON LP Fc 100 Hz\nGraphicEQ: 25 0\nCopy: L=R\n");
@@ -85,7 +96,7 @@ TEST_F(Import, RefusesToReplaceTheListOrWhatIsNoFile) {
 TEST_F(Import, LeavesTheOlderPresetWhenThereIsNoRoom) {
   const std::string list = folder.write("a.txt", "Filter: ON LP Fc 100 Hz\n");
   folder.write("room.toml", "old");
-  const ChildResult result = run({"import", list, "-o", preset}, 10);
+  const ChildResult result = run({"import", list, "-y", "-o", preset}, 10);
   EXPECT_EQ(result.exit_status, 1);
   EXPECT_EQ(result.output, "channelstrip: " + preset + ": File too large\n");
   EXPECT_EQ(contents(preset), "old");

@@ -71,6 +71,15 @@ TEST_F(Curves, TextTellsWhatFollowsFromTheSettings) {
 // A gain term covers 63.2 % of a fall within its attack. The detector's level falls by 8.7 dB per
 // millisecond: so the compressor's target takes up to 1.4 ms from -8 dBFS to the threshold, and the
 // expander's hold begins after 32 / 8.7 ms.
+// At 60 Hz, between the third octaves 50 and 63 Hz, where it takes off nearly nothing.
+TEST_F(Curves, TextShowsANotchHoweverNarrow) {
+  const std::string hum =
+      folder.write("hum.toml", "[[eq]]\ntype = \"notch\"\nfrequency = 60\nq = 100\n");
+  const std::string text = run({"curves", hum}).printed;
+  EXPECT_NE(text.find("\n       50      0.0      0.0      0.0 "), std::string::npos) << text;
+  EXPECT_NE(text.find("\n       60    -37.2 "), std::string::npos) << text;
+}
+
 TEST_F(Curves, TimesAreMeasured) {
   const std::string text = run({"curves", preset}).printed;
   const auto measured = [&](const std::string& row) {
@@ -137,7 +146,7 @@ TEST_F(Curves, RefuseAFolderTheyCannotWriteTo) {
 
 TEST_F(Curves, LeaveTheOlderPictureWhenThereIsNoRoom) {
   const std::string picture = folder.write("strip.svg", "old");
-  const ChildResult result = run({"curves", preset, "-o", picture}, 1000);
+  const ChildResult result = run({"curves", preset, "-y", "-o", picture}, 1000);
   EXPECT_EQ(result.output, "channelstrip: " + picture + ": File too large\n");
   EXPECT_EQ(contents(picture), "old");
 }

@@ -61,8 +61,8 @@ TEST(Assignment, KnowsTheShortNames) {
 }
 
 TEST(Assignment, TakesTextWithAndWithoutQuotes) {
-  EXPECT_EQ(assigned({"detector.mode=rms"}).detector.mode, DetectorMode::kRms);
-  EXPECT_EQ(assigned({"detector.mode=\"rms\""}).detector.mode, DetectorMode::kRms);
+  EXPECT_EQ(assigned({"detector.mode=average"}).detector.mode, DetectorMode::kAverage);
+  EXPECT_EQ(assigned({"detector.mode=\"average\""}).detector.mode, DetectorMode::kAverage);
   EXPECT_EQ(assigned({"link.\"5.1\"=L R C | LFE | Ls Rs"}).link.at("5.1"), "L R C | LFE | Ls Rs");
   EXPECT_EQ(assigned({"link.5.1=L R C | LFE | Ls Rs"}).link.at("5.1"), "L R C | LFE | Ls Rs");
   EXPECT_EQ(load_preset(std::nullopt, {"name=Take \"2\" \\ bright"}).name, "Take \"2\" \\ bright");

@@ -134,7 +134,7 @@ hold = 14
 range = -15
 hysteresis = 16
 [detector]
-mode = "rms"
+mode = "average"
 time = 17
 [key_filter]
 type = "high_pass"
@@ -171,7 +171,7 @@ lcr = "L R | C"
   EXPECT_EQ(s.expander->hold, 14);
   EXPECT_EQ(s.expander->range, -15);
   EXPECT_EQ(s.expander->hysteresis, 16);
-  EXPECT_EQ(s.detector.mode, DetectorMode::kRms);
+  EXPECT_EQ(s.detector.mode, DetectorMode::kAverage);
   EXPECT_EQ(s.detector.time, 17);
   EXPECT_EQ(s.key_filter->type, BandType::kHighPass);
   EXPECT_EQ(s.key_filter->frequency, 18);
@@ -182,6 +182,13 @@ lcr = "L R | C"
   EXPECT_EQ(s.link_style, LinkStyle::kFilm);
   EXPECT_EQ(s.link.at("LCR"), "L R | C");
   EXPECT_EQ(s.link.at("5.1"), "L R C | LFE | Ls Rs");
+}
+
+TEST(Preset, RetiredWordIsReadWithARemark) {
+  const Preset preset = parse_preset("[detector]\nmode = \"rms\"\n", "p.toml");
+  EXPECT_EQ(preset.settings.detector.mode, DetectorMode::kAverage);
+  EXPECT_EQ(preset.remarks, std::vector<std::string>{"p.toml:2:8: detector.mode: \"rms\" is now "
+                                                     "called \"average\""});
 }
 
 TEST(Preset, InfiniteRatioLimits) {

@@ -71,7 +71,7 @@ TEST(PresetRefusal, UnknownWordComesWithTheNearestOrAll) {
       {"[[eq]]\ntype = \"bell\"\n",
        "2:8: eq.1.type: unknown value \"bell\"; must be \"peak\", \"low_shelf\", \"high_shelf\", "
        "\"low_pass\", \"high_pass\", \"band_pass\", \"notch\", \"all_pass\" or \"tilt\""},
-      {"[detector]\nmode = 1\n", "2:8: detector.mode: must be \"peak\", \"smooth\" or \"rms\""},
+      {"[detector]\nmode = 1\n", "2:8: detector.mode: must be \"peak\", \"smooth\" or \"average\""},
       {"[[eq]]\nposition = \"middle\"\n",
        "2:12: eq.1.position: unknown value \"middle\"; must be \"pre\" or \"post\""},
       {"[link]\nstyle = \"pair\"\n",

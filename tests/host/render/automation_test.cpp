@@ -21,7 +21,7 @@ class Automated : public Program {
  protected:
   std::vector<float> rendered(const std::string& file, const std::string& preset) const {
     const ChildResult result =
-        run({"render", file, output, "--preset", folder.write("preset.toml", preset)});
+        run({"render", file, output, "-y", "--preset", folder.write("preset.toml", preset)});
     EXPECT_EQ(result.exit_status, 0) << result.output;
     return read_audio(output).floats;
   }
@@ -53,6 +53,16 @@ TEST_F(Automated, OutputStartsWhereChangesOfItsFirstPeriodLead) {
   for (const char* time : {"0", "0.001"}) {
     EXPECT_EQ(rendered(file, kUnchanged + "[[at]]\neq.1.gain = 6\ntime = " + time), started);
   }
+}
+
+TEST_F(Automated, ChangesBehindTheEndAreRemarked) {
+  const std::string preset = folder.write("long.toml", kUnchanged +
+                                                           "[[at]]\ntime = 0.05\neq.1.gain = 1\n"
+                                                           "[[at]]\ntime = 7.5\neq.1.gain = 2\n"
+                                                           "[[at]]\ntime = 9\neq.1.gain = 3\n");
+  EXPECT_NE(run({"render", input, output, "--preset", preset})
+                .output.find("warning: 2 changes of settings, from 7.500 s on, come after the end"),
+            std::string::npos);
 }
 
 TEST_F(Automated, OutputKnowsNothingOfChangesBehindItsEnd) {

@@ -1,6 +1,9 @@
 // Rendering several files in one run.
 
+#include "host/render/batch.h"
+
 #include <gtest/gtest.h>
+#include <pthread.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -61,7 +64,7 @@ TEST_F(Batch, ManyJobsRenderWhatOneDoesAndReportInOrder) {
   const auto arguments = [&](const char* jobs) {
     Names all{"render"};
     all.insert(all.end(), files.begin(), files.end());
-    all.insert(all.end(), {out, "--jobs", jobs, "--set", "compressor.makeup=3"});
+    all.insert(all.end(), {out, "-y", "--jobs", jobs, "--set", "compressor.makeup=3"});
     return all;
   };
   const auto bytes = [&] {
@@ -132,10 +135,28 @@ TEST_F(Batch, RefusesToWriteOverAnInput) {
 }
 
 TEST_F(Batch, RefusesSeveralInputsWithoutAFolder) {
-  const std::string a = tone("takes/a.wav"), nowhere = folder.file("none");
+  const std::string a = tone("takes/a.wav"), nowhere = folder.file("none.wav");
   expect_refusal({"render", input, a, nowhere}, nowhere + ": is no folder, which 2 inputs need");
   expect_refusal({"render", input, a, "-"}, "-: is no folder, which 2 inputs need");
   expect_refusal({"render", "-", out}, "-: has no name that a file in " + out + " could take");
+}
+
+// A stack larger than the address space: no thread can be made.
+TEST_F(Batch, IsRenderedByAsManyThreadsAsThereCanBe) {
+  pthread_attr_t usual, too_large;
+  pthread_getattr_default_np(&usual);
+  pthread_attr_init(&too_large);
+  pthread_attr_setstacksize(&too_large, std::size_t{1} << 47);
+  ASSERT_EQ(pthread_setattr_default_np(&too_large), 0);
+  host::Batch batch{.files = {}, .strip = {.library = CHANNELSTRIP_LIBRARY}, .jobs = 4};
+  for (const char* name : {"a.wav", "b.wav", "c.wav"}) {
+    batch.files.push_back({tone(name), out + "/" + name});
+  }
+  host::Progress progress(3, false);
+  host::render_all(batch, progress,
+                   [](const host::RenderResult& result) { EXPECT_EQ(result.error, ""); });
+  pthread_setattr_default_np(&usual);
+  EXPECT_EQ(outputs(), (Names{"a.wav", "b.wav", "c.wav"}));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -92,7 +93,7 @@ TEST_F(Interrupt, KeepsWhatOtherJobsHaveFinished) {
   EXPECT_EQ(result.output, "");
   EXPECT_EQ(outputs(), finished);
   for (const std::string& name : finished) {
-    ASSERT_EQ(run({"render", folder.file(name), output}).exit_status, 0);
+    ASSERT_EQ(run({"render", folder.file(name), output, "-y"}).exit_status, 0);
     EXPECT_EQ(contents(out + "/" + name), contents(output));
   }
 }
@@ -125,6 +126,19 @@ TEST_F(Interrupt, EndsTheWaitForAReader) {
   const ChildResult result = child.result();
   EXPECT_EQ(result.signal, SIGINT);
   EXPECT_EQ(result.output, "");
+}
+
+TEST_F(Interrupt, EndsTheWaitForAReaderOfRows) {
+  const std::string long_input = tone("long.wav", 1, 1 << 20);
+  Pipe pipe;
+  Child child({"meters", long_input, "--interval", "1"}, {.standard_output = pipe.writing});
+  wait_until([&] {
+    int waiting = 0;  // bytes, of the 65536 that a pipe holds
+    ioctl(pipe.reading, FIONREAD, &waiting);
+    return waiting > 60000;
+  });
+  child.send(SIGTERM);
+  EXPECT_EQ(child.result().signal, SIGTERM);
 }
 
 TEST_F(Interrupt, ASecondOneEndsAtOnceAndLeavesNoOutput) {

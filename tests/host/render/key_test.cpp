@@ -34,7 +34,7 @@ class Key : public Program {
 
   // The peaks of a steady signal of -20 dBFS, which only the key can duck.
   Peaks ducked(const std::vector<std::string>& options) {
-    std::vector<std::string> arguments{"render", quiet, output, "--preset", preset};
+    std::vector<std::string> arguments{"render", quiet, output, "-y", "--preset", preset};
     arguments.insert(arguments.end(), options.begin(), options.end());
     const ChildResult result = run(arguments);
     EXPECT_EQ(result.exit_status, 0) << result.output;
@@ -80,10 +80,12 @@ TEST_F(Key, AChannelOfTheInputDucksTheOthersAndItself) {
   std::vector<float> samples(2 * kFrames, 0.1f);
   for (std::size_t i = 1; i < samples.size(); i += 2) samples[i] = 0.9f;
   const std::string both = write_audio(folder.file("both.wav"), {.channels = 2, .floats = samples});
-  ASSERT_EQ(run({"render", both, output, "--preset", preset, "--key-channel", "1"}).exit_status, 0);
+  ASSERT_EQ(
+      run({"render", both, output, "-y", "--preset", preset, "--key-channel", "1"}).exit_status, 0);
   const std::vector<float> by_the_quiet = read_audio(output).floats;
   EXPECT_NEAR(by_the_quiet.back(), 0.9f, 1e-5f);
-  ASSERT_EQ(run({"render", both, output, "--preset", preset, "--key-channel", "2"}).exit_status, 0);
+  ASSERT_EQ(
+      run({"render", both, output, "-y", "--preset", preset, "--key-channel", "2"}).exit_status, 0);
   const std::vector<float> by_the_loud = read_audio(output).floats;
   EXPECT_LT(by_the_loud[by_the_loud.size() - 2], 0.03f);
   EXPECT_LT(by_the_loud.back(), 0.3f);
@@ -91,7 +93,7 @@ TEST_F(Key, AChannelOfTheInputDucksTheOthersAndItself) {
 
 TEST_F(Key, ListeningGivesTheKey) {
   const std::string file = key("key.wav", 1);
-  ASSERT_EQ(run({"render", quiet, output, "--key", file, "--listen", "key"}).exit_status, 0);
+  ASSERT_EQ(run({"render", quiet, output, "-y", "--key", file, "--listen", "key"}).exit_status, 0);
   EXPECT_EQ(read_audio(output).floats, read_audio(file).floats);
 }
 

@@ -56,7 +56,7 @@ class Order : public Program {
         "p.toml", std::string("[compressor]\nthreshold = -40\nratio = 8\nattack = 1\n[link]\n") +
                       layout.link);
     std::vector<std::string> arguments{
-        "render", write_audio(input, audio), output, "--preset", preset, "--json"};
+        "render", write_audio(input, audio), output, "-y", "--preset", preset, "--json"};
     arguments.insert(arguments.end(), options.begin(), options.end());
     const ChildResult result = run(arguments);
     EXPECT_EQ(result.exit_status, 0) << result.output;

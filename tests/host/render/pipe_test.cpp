@@ -37,7 +37,7 @@ TEST_F(Piped, IsWhatItIsFromFileToFile) {
   const std::vector<std::string> settings{"--set", "compressor.threshold=-30", "--quiet"};
   for (const int channels : {1, 6}) {
     const std::string file = tone("tone.wav", channels, 100000);
-    ASSERT_EQ(run({"render", file, output, settings[0], settings[1]}).exit_status, 0);
+    ASSERT_EQ(run({"render", file, output, "-y", settings[0], settings[1]}).exit_status, 0);
     EXPECT_TRUE(through(contents(file), settings) == contents(output)) << channels;
   }
 }
@@ -65,7 +65,7 @@ TEST_F(Piped, WavOfUnknownLengthIsReadToItsEnd) {
                                    {0u, 0u}}) {
     const std::string open = with_sizes(wav, file, data);
     EXPECT_TRUE(through(open) == whole) << file << " " << data;
-    ASSERT_EQ(run({"render", folder.write("open.wav", open), output}).exit_status, 0);
+    ASSERT_EQ(run({"render", folder.write("open.wav", open), output, "-y"}).exit_status, 0);
     EXPECT_TRUE(contents(output) == whole) << file << " " << data << " in a file";
   }
 }

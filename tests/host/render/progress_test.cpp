@@ -39,7 +39,7 @@ TEST(ProgressLine, FitsItsWidth) {
 class Progress : public Program {
  protected:
   std::vector<std::string> arguments(const std::vector<std::string>& options = {}) const {
-    std::vector<std::string> all{"render", held.path(), output};
+    std::vector<std::string> all{"render", held.path(), output, "-y"};
     all.insert(all.end(), options.begin(), options.end());
     return all;
   }

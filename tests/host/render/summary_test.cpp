@@ -42,7 +42,8 @@ TEST_F(Summary, AsJsonHoldsWhatTheTextSays) {
       "channels": [
         {"channel": "L", "input_peak": null, "output_peak": null, "reduction": 0.0},
         {"channel": "R", "input_peak": -60.0, "output_peak": -6, "reduction": 0.0}],
-      "compressor_reduction": 0.0, "expander_reduction": 0.0, "clipped": 0, "warnings": []}]})"));
+      "compressor_reduction": 0.0, "expander_reduction": 0.0, "clipped": 0, "warnings": [],
+      "cut_short": []}]})"));
 }
 
 TEST_F(Summary, AsJsonTellsWarningsPresetAndFailures) {
@@ -61,6 +62,15 @@ TEST_F(Summary, AsJsonTellsWarningsPresetAndFailures) {
   EXPECT_EQ(files[1], (json{{"input", text},
                             {"output", folder.file("./text.aiff")},
                             {"error", text + ": Format not recognised"}}));
+}
+
+TEST_F(Summary, ShowsNoControlCharacters) {
+  const std::string odd = tone("\x1b]0;owned\a.wav");
+  const std::string preset = folder.write("odd.toml", "name = \"a\\u001b[2Jb\"\n");
+  const ChildResult result = run({"render", odd, output, "--preset", preset});
+  EXPECT_EQ(result.exit_status, 0);
+  EXPECT_EQ(result.output.find_first_of("\x1b\a"), std::string::npos);
+  EXPECT_EQ(run({"curves", preset}).printed.find('\x1b'), std::string::npos);
 }
 
 TEST_F(Summary, QuietSaysNothing) {

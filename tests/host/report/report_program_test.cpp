@@ -36,10 +36,10 @@ class ReportProgram : public Command {
   std::string page_of(const std::string& input, bool same_settings = true) const {
     const std::string preset = folder.write("tight.toml", kPreset);
     render(input, output, preset);
-    std::vector<std::string> arguments{"report", input, output, "-o", page};
+    std::vector<std::string> arguments{"report", input, output, "-y", "-o", page};
     if (same_settings) arguments.insert(arguments.end(), {"--preset", preset});
     const ChildResult result = run(arguments);
-    EXPECT_EQ(result.exit_status, 0) << result.output;
+    EXPECT_EQ(result.exit_status, same_settings ? 0 : 4) << result.output;
     EXPECT_EQ(result.output, "");
     return contents(page);
   }

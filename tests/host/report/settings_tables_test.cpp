@@ -50,9 +50,9 @@ TEST(SettingsTables, ValuesHaveTheirUnits) {
 
 TEST(SettingsTables, ChoicesAreThePresetsWords) {
   StripSettings settings;
-  settings.detector.mode = DetectorMode::kRms;
+  settings.detector.mode = DetectorMode::kAverage;
   settings.bypass = true;
-  EXPECT_EQ(value(settings, "detector", "mode"), "rms");
+  EXPECT_EQ(value(settings, "detector", "mode"), "average");
   EXPECT_EQ(value(settings, "strip", "bypass"), "true");
 }
 

@@ -18,8 +18,9 @@ inline std::vector<std::string> copy_audio(const std::string& input, const std::
                                            const host::OutputChoice& choice = {},
                                            host::Dither dither = host::Dither::kNone) {
   host::AudioReader reader(input);
-  host::AudioWriter writer(output, host::output_format(reader.format(), output, choice),
-                           {.dither = dither, .metadata = reader.metadata()});
+  host::AudioWriter writer(
+      output, host::output_format(reader.format(), output, choice),
+      {.dither = dither, .metadata = reader.metadata(), .existing = host::Existing::kReplaced});
   std::vector<float> frames(4096 * static_cast<std::size_t>(reader.format().channels));
   for (auto piece = reader.read(frames); !piece.empty(); piece = reader.read(frames)) {
     writer.write(piece);
@@ -33,7 +34,8 @@ inline host::RenderReport render(const std::string& input, const std::string& ou
   return host::render({.input = input,
                        .output = output,
                        .strip = {.preset = preset, .library = CHANNELSTRIP_LIBRARY},
-                       .dither = host::Dither::kNone});
+                       .dither = host::Dither::kNone,
+                       .existing = host::Existing::kReplaced});
 }
 
 }  // namespace channelstrip::test

@@ -41,6 +41,24 @@ class Redirected {
   int stream_, saved_;
 };
 
+// Reading or writing there fails, too.
+TEST(StandardStreams, AreNeverTheNumbersOfOtherFiles) {
+  std::fflush(nullptr);
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    const int saved = dup(stream);
+    close(stream);
+    host::reserve_standard_streams();
+    const int next = open("/dev/null", O_RDWR | O_CLOEXEC);
+    char byte = 0;
+    const ssize_t used = stream == STDIN_FILENO ? read(stream, &byte, 1) : write(stream, &byte, 1);
+    dup2(saved, stream);
+    close(saved);
+    close(next);
+    EXPECT_NE(next, stream);
+    EXPECT_EQ(used, -1) << stream;
+  }
+}
+
 std::string refused(const std::string& input, const std::string& output) {
   return refusal([&] { copy_audio(input, output); });
 }

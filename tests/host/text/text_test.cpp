@@ -77,5 +77,11 @@ TEST(OneLine, HasNoControlCharacters) {
   EXPECT_EQ(one_line("a\r\nb", ' '), "a  b");
 }
 
+// U+0080 to U+009F, of which U+009B begins a terminal's commands as ESC [ does.
+TEST(OneLine, HasNoneOfTheUpperControlCharacters) {
+  EXPECT_EQ(one_line("a\u009B31mb\u0080\u009F\u00A0ä"), "a?31mb??\u00A0ä");
+  EXPECT_EQ(one_line("\xC2"), "\xC2");
+}
+
 }  // namespace
 }  // namespace channelstrip::test::text_test
