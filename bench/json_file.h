@@ -17,7 +17,7 @@ class JsonFile {
   // Without a path nothing is written. Throws before anything is measured if the file couldn't be
   // replaced afterwards.
   explicit JsonFile(const std::optional<std::string>& path) {
-    if (path) file_.emplace(path, std::span<const std::string>{});
+    if (path) file_.emplace(path, std::span<const std::string>{}, host::Existing::kReplaced);
   }
 
   void write(std::string_view text) {
