@@ -73,8 +73,7 @@ std::vector<double> told_frequencies(const StripCurves& curves) {
   if (curves.key_filter) frequencies.push_back(curves.key_filter->settings.frequency);
   std::erase_if(frequencies, [&](double frequency) { return frequency >= curves.sample_rate / 2; });
   std::ranges::sort(frequencies);
-  const auto repeated = std::ranges::unique(frequencies);
-  frequencies.erase(repeated.begin(), repeated.end());
+  frequencies.erase(std::unique(frequencies.begin(), frequencies.end()), frequencies.end());
   return frequencies;
 }
 
