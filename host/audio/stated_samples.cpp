@@ -34,6 +34,7 @@ std::optional<StatedSamples> find(std::string_view header, const Chunks& rules) 
     if (rules.size_counts_all) size = std::max<std::uint64_t>(size, head) - head;
     const std::uint64_t begin = at + head;
     if (header.substr(at, 4) == rules.samples) return StatedSamples{begin, begin + size};
+    if (size > header.size()) break;  // whatever the sum, it lies beyond the header
     at = begin + (size + rules.alignment - 1) / rules.alignment * rules.alignment;
   }
   return std::nullopt;

@@ -9,6 +9,7 @@
 #include "../support/audio.h"
 #include "../support/temporary_folder.h"
 #include "host/audio/audio_reader.h"
+#include "host/audio/stated_samples.h"
 
 namespace channelstrip::test::cut_short_test {
 namespace {
@@ -51,6 +52,14 @@ TEST_F(CutShort, SaysWhatIsMissing) {
 TEST_F(CutShort, IsNoFileWhoseSamplesAreWhole) {
   std::string bytes = second_of(SF_FORMAT_WAV | SF_FORMAT_PCM_16) + "LIST";
   EXPECT_EQ(message(bytes), "");
+}
+
+// A size that would lead back to its own chunk.
+TEST_F(CutShort, EndsForAChunkOfAnySize) {
+  std::string wave64(200, '\0');
+  wave64.replace(0, 4, "riff").replace(24, 4, "wave").replace(40, 4, "junk");
+  wave64.replace(56, 8, std::string(8, '\xFF'));
+  EXPECT_FALSE(host::stated_samples(wave64).has_value());
 }
 
 // Sizes that programs write to a pipe, where the size can't be known.
