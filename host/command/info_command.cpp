@@ -10,7 +10,10 @@
 #include <string>
 
 #include "../info/information.h"
+#include "../info/preset_bands.h"
+#include "../preset/left_out.h"
 #include "command_line.h"
+#include "strip_arguments.h"
 
 namespace channelstrip::host {
 namespace {
@@ -19,6 +22,8 @@ struct InfoOptions {
   std::optional<std::string> format = {};  // none: all
   std::string library = Library::default_path();
   bool json = false;
+  StripOptions strip = {};  // the preset, its assignments and whether to leave bands out
+  double sample_rate = 48000;
 };
 
 std::span<const StemFormat> chosen_formats(const std::optional<std::string>& name) {
@@ -29,6 +34,15 @@ std::span<const StemFormat> chosen_formats(const std::optional<std::string>& nam
     names += fmt::format("{}{}", names.empty() ? "" : ", ", format.name);
   }
   throw std::runtime_error(fmt::format("FORMAT: \"{}\" is none of {}", *name, names));
+}
+
+void print_bands(const InfoOptions& options) {
+  Preset preset = load_preset(options.strip.preset, options.strip.assignments);
+  leave_out_bands_above(preset, options.sample_rate);
+  for (const std::string& line : preset.remarks) print_message(line);
+  const std::vector<JudgedBand> bands = judge_bands(preset, options.sample_rate);
+  print_output(options.json ? bands_json(bands, options.sample_rate)
+                            : bands_text(bands, options.sample_rate));
 }
 
 void print_information(const InfoOptions& options) {
@@ -48,19 +62,33 @@ void add_info_command(CLI::App& program) {
       "Every format has its channels, the order they have in files (wav: as WAV's channel mask; "
       "film: screen and surrounds from left to right, the LFE last), the mask, and how many "
       "groups of linked channels one strip holds. With FORMAT, one format and the link map of each "
-      "style, written as a preset's [link] table takes it.");
+      "style, written as a preset's [link] table takes it. With --preset, how far each band of the "
+      "preset is off at a sample rate, and how much noise it adds, because the library computes in "
+      "single precision; \"!\" marks more than 0.3 dB or -90 dBFS.");
   const auto options = std::make_shared<InfoOptions>();
   command->add_option("FORMAT", options->format, "Mono, Stereo ... 7.1; default: all");
   command->add_flag("--json", options->json, "Everything, as JSON");
   command->add_option("--library", options->library, "The library to load")
       ->type_name("PATH")
       ->capture_default_str();
+  add_preset_option(*command, "--preset", options->strip);
+  command->add_option("--set", options->strip.assignments, "A setting over the preset's")
+      ->type_name("KEY=VALUE")
+      ->allow_extra_args(false);
+  command->add_option("--rate", options->sample_rate, "Sample rate for --preset and --set")
+      ->check(CLI::Range(1000.0, 768000.0))
+      ->type_name("HZ")
+      ->capture_default_str();
   command->footer(
       "Examples:\n"
       "  $ channelstrip info\n"
       "  $ channelstrip info 7.1\n"
+      "  $ channelstrip info --preset voice --rate 192000\n"
       "  $ channelstrip info --json | jq -r '.formats[].name'");
-  command->callback([options] { print_information(*options); });
+  command->callback([options] {
+    const bool about_bands = options->strip.preset || !options->strip.assignments.empty();
+    about_bands ? print_bands(*options) : print_information(*options);
+  });
 }
 
 }  // namespace channelstrip::host

@@ -10,6 +10,7 @@
 #include "bilinear.h"
 #include "matched.h"
 #include "require.h"
+#include "single_precision.h"
 
 namespace channelstrip::host {
 namespace {
@@ -45,8 +46,8 @@ std::vector<Section> design_band(const BandSettings& band, double sample_rate) {
 
 std::vector<Section> design_stored_band(const BandSettings& band, double sample_rate) {
   std::vector<Section> sections = design_band(band, sample_rate);
-  for (Section& section : sections) {
-    section = in_single_precision(section);
+  fit_to_single_precision(sections);
+  for (const Section& section : sections) {
     naming(fmt::format("{} leave no stable filter in single precision at {} Hz: ", described(band),
                        sample_rate),
            [&] { require_stable(section); });

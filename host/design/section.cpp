@@ -11,10 +11,6 @@
 namespace channelstrip::host {
 namespace {
 
-double to_nearest_float(double value) {
-  return static_cast<double>(static_cast<float>(value));
-}
-
 // The roots of c0 z^2 + c1 z + c2. The larger is a sum without cancellation, the smaller follows
 // from their product.
 std::array<std::complex<double>, 2> roots(double c0, double c1, double c2) {
@@ -29,10 +25,6 @@ std::array<std::complex<double>, 2> roots(double c0, double c1, double c2) {
   }
   const double larger = half + std::copysign(std::sqrt(discriminant), half);
   return {larger, larger == 0 ? 0 : product / larger};
-}
-
-bool is_all_pass(const Section& section) {
-  return section.b0 == -section.a2 && section.b1 == -section.a1 && section.b2 == 1;
 }
 
 bool is_finite(const Section& s) {
@@ -75,20 +67,6 @@ void require_stable(const Section& section) {
   const auto [first, second] = poles(section);
   throw std::invalid_argument(
       fmt::format("a pole stands at radius {}", std::max(std::abs(first), std::abs(second))));
-}
-
-Section in_single_precision(const Section& section) {
-  const double denominator = 1 - section.a1 - section.a2;
-  const double gain = (section.b0 + section.b1 + section.b2) / denominator;  // at 0 Hz
-
-  Section rounded;
-  rounded.a1 = to_nearest_float(section.a1);
-  rounded.a2 = to_nearest_float(1 - rounded.a1 - denominator);
-  if (is_all_pass(section)) return {-rounded.a2, -rounded.a1, 1, rounded.a1, rounded.a2};
-  rounded.b0 = to_nearest_float(section.b0);
-  rounded.b1 = to_nearest_float(section.b1);
-  rounded.b2 = to_nearest_float(gain * (1 - rounded.a1 - rounded.a2) - rounded.b0 - rounded.b1);
-  return rounded;
 }
 
 void store(const Section& section, float* coefficients) {

@@ -32,12 +32,6 @@ bool is_stable(const Section& section);
 // Throws std::invalid_argument with the outermost pole's radius unless the section is stable.
 void require_stable(const Section& section);
 
-// A section of five floats close to `section`. The response at low frequencies depends on the sums
-// b0 + b1 + b2 and 1 - a1 - a2, which are small differences of large coefficients: a2 and b2 are
-// rounded last, to compensate in these sums for the rounding of the others. An all-pass keeps its
-// mirrored numerator.
-Section in_single_precision(const Section& section);
-
 // Writes b0, b1, b2, a1, a2 as floats, in the order of the library's records.
 void store(const Section& section, float* coefficients);
 

@@ -43,6 +43,8 @@ struct BandSettings {
                                                      // below a limit above 1 that falls with |gain|
   int slope = 12;  // of passes, dB per octave: 6, 12 ... 96; all but 12 are Butterworth's. A band
                    // takes one of a strip's eight sections for each 12 dB, or part of them
+
+  bool operator==(const BandSettings&) const = default;
 };
 
 // Why a ratio must be 1 or above, as every refusal words it.

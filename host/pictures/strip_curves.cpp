@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "../design/strip_coefficients.h"
+#include "../preset/precision.h"
 #include "../text/wording.h"
 
 namespace channelstrip::host {
@@ -33,7 +34,7 @@ std::vector<double> change_times(const Preset& preset) {
 }  // namespace
 
 StripCurves strip_curves(const StripOptions& options, double sample_rate, double time) {
-  const Preset preset = load_preset(options.preset, options.assignments);
+  Preset preset = load_preset(options.preset, options.assignments);
   const StemFormat* format = find_stem_format(options.format.value_or("Mono"));
   if (!format) throw std::runtime_error(fmt::format("--format: unknown: {}", *options.format));
   const ChannelLayout layout = default_layout(*format);
@@ -43,6 +44,7 @@ StripCurves strip_curves(const StripOptions& options, double sample_rate, double
   const StripSettings& settings =
       changed == 0 ? preset.settings : preset.changes[changed - 1].settings;
   check_fits(preset, sample_rate, layout);
+  remark_on_precision(preset, sample_rate);
   try {
     StripCurves curves{.title = title_of(preset),
                        .sample_rate = sample_rate,

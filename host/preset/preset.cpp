@@ -22,14 +22,14 @@ toml::table parse(std::string_view text, const Layer& layer) {
 
 // Notes where the bands and link maps of the draft were written, for check_fits().
 void note_places(const Draft& draft, Preset& preset) {
-  const auto note = [&](const BandDraft& band) {
+  const auto note = [&](const BandDraft& band, bool key_filter = false) {
     const auto frequency = band.origins.find("frequency");
     Place place = frequency == band.origins.end() ? band.origin.place : frequency->second.place;
     if (!place.key.empty()) place.key = band.origin.place.key;
-    preset.bands.push_back({place, band.band});
+    preset.bands.push_back({place, band.band, key_filter});
   };
   for (const BandDraft& band : draft.eq) note(band);
-  if (draft.key_filter) note(*draft.key_filter);
+  if (draft.key_filter) note(*draft.key_filter, true);
   for (const auto& [format, map] : draft.settings.link) {
     preset.links.push_back({draft.links.at(format).place, format, map});
   }
@@ -73,7 +73,7 @@ Preset load_preset(const std::optional<std::string>& path,
 }
 
 void check_fits(const Preset& preset, double sample_rate, const ChannelLayout& layout) {
-  for (const auto& [place, band] : preset.bands) {
+  for (const auto& [place, band, key_filter] : preset.bands) {
     placing(place, [&band = band, sample_rate] { design_stored_band(band, sample_rate); });
   }
   for (const auto& [place, format, map] : preset.links) {

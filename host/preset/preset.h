@@ -30,8 +30,9 @@ struct Preset {
   struct Band {
     Place place;
     BandSettings settings;
+    bool key_filter = false;
   };
-  std::vector<Band> bands = {};  // key filters among them
+  std::vector<Band> bands = {};
   struct Link {
     Place place;
     std::string format, map;

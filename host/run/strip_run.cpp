@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "../preset/left_out.h"
+#include "../preset/precision.h"
 
 namespace channelstrip::host {
 namespace {
@@ -50,6 +51,7 @@ Preset preset_of(const StripOptions& options, double sample_rate) {
     settings->key_listen |= options.listen_to_key;
   }
   if (!options.strict) leave_out_bands_above(preset, sample_rate);
+  remark_on_precision(preset, sample_rate);
   return preset;
 }
 

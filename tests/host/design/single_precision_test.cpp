@@ -8,6 +8,7 @@
 #include "bands.h"
 #include "host/design/averaging_section.h"
 #include "host/design/band.h"
+#include "host/design/single_precision.h"
 
 namespace channelstrip::test::single_precision_test {
 namespace {
@@ -43,7 +44,7 @@ void for_low_bands(BandType type, Check check) {
 
 TEST(SinglePrecision, EveryCoefficientIsAFloatNextToItsOwn) {
   for_low_bands(BandType::kLowShelf, [](const Section& exact) {
-    const Section rounded = in_single_precision(exact);
+    const Section rounded = rounded_section(exact);
     const double gain = numerator_at_0_hz(exact) / denominator_at_0_hz(exact);
     const double a1_step = half_step(rounded.a1);
     const double a2_step = half_step(rounded.a2);
@@ -66,7 +67,7 @@ TEST(SinglePrecision, EveryCoefficientIsAFloatNextToItsOwn) {
 TEST(SinglePrecision, OnlyTheLastRoundingMovesTheDenominatorAtZeroHertz) {
   for (const BandType type : {BandType::kPeak, BandType::kLowShelf, BandType::kHighPass}) {
     for_low_bands(type, [](const Section& exact) {
-      const Section rounded = in_single_precision(exact);
+      const Section rounded = rounded_section(exact);
       EXPECT_LE(std::abs(denominator_at_0_hz(rounded) - denominator_at_0_hz(exact)),
                 half_step(rounded.a2));
     });
@@ -75,7 +76,7 @@ TEST(SinglePrecision, OnlyTheLastRoundingMovesTheDenominatorAtZeroHertz) {
 
 TEST(SinglePrecision, OnlyTheLastRoundingMovesAShelfsGainAtZeroHertz) {
   for_low_bands(BandType::kLowShelf, [](const Section& exact) {
-    const Section rounded = in_single_precision(exact);
+    const Section rounded = rounded_section(exact);
     const double gain = numerator_at_0_hz(exact) / denominator_at_0_hz(exact);
     EXPECT_LE(std::abs(numerator_at_0_hz(rounded) - gain * denominator_at_0_hz(rounded)),
               half_step(rounded.b2) * (1 + 1e-6));
@@ -85,14 +86,14 @@ TEST(SinglePrecision, OnlyTheLastRoundingMovesAShelfsGainAtZeroHertz) {
 // b1 = -a1, and b2 has as fine a step as 1 - a2 - b0, so numerator and denominator stay equal.
 TEST(SinglePrecision, LowPeakLeavesZeroHertzExactlyAsItIs) {
   for_low_bands(BandType::kPeak, [](const Section& exact) {
-    const Section rounded = in_single_precision(exact);
+    const Section rounded = rounded_section(exact);
     EXPECT_EQ(numerator_at_0_hz(rounded), denominator_at_0_hz(rounded));
   });
 }
 
 TEST(SinglePrecision, HighPassStopsZeroHertzExactly) {
   for_low_bands(BandType::kHighPass, [](const Section& exact) {
-    EXPECT_EQ(numerator_at_0_hz(in_single_precision(exact)), 0);
+    EXPECT_EQ(numerator_at_0_hz(rounded_section(exact)), 0);
   });
 }
 
@@ -113,12 +114,12 @@ TEST(SinglePrecision, LowFrequenciesAreAsGoodAsTheLastRounding) {
       for (const int slope : {6, 12, 30}) {
         const BandSettings band{type, 40, 1.5, 9, design, std::nullopt, slope};
         for (const Section& exact : design_band(band, kSampleRate)) {
-          const Section rounded = in_single_precision(exact);
+          const Section rounded = rounded_section(exact);
           const double gain = std::abs(numerator_at_0_hz(exact) / denominator_at_0_hz(exact));
           for (const double f : {0.0, 5.0, 20.0, 37.0, 60.0, 300.0}) {
             const double one = one_step(f, kSampleRate);
             const double two = two_steps(f, kSampleRate);
-            // An all-pass's b0 has a2's steps, which are the larger ones.
+            // An all-pass's b0 is -a2, which compensates for a1 and may be off by a1's steps.
             const double b0_step = std::max(half_step(rounded.b0), half_step(rounded.a1));
             const double numerator = b0_step * two + half_step(rounded.b1) * one +
                                      half_step(rounded.b2) + gain * half_step(rounded.a2);
@@ -150,7 +151,7 @@ TEST(SinglePrecision, FirstOrderSectionsKeepTheirCorner) {
 
 TEST(SinglePrecision, AllPassStaysOne) {
   for_every_band(BandType::kAllPass, [](const BandSettings& band) {
-    const Section s = in_single_precision(design_band(band, kRate).front());
+    const Section s = rounded_section(design_band(band, kRate).front());
     EXPECT_EQ(s.b0, -s.a2);
     EXPECT_EQ(s.b1, -s.a1);
     EXPECT_EQ(s.b2, 1);
@@ -161,7 +162,7 @@ TEST(SinglePrecision, FloatsStayAsTheyAre) {
   for (const Section& section :
        {Section{}, averaging_section(20, 48000),
         Section{.b0 = 0.25, .b1 = -0.5, .b2 = 1.5, .a1 = 1.25, .a2 = -0.75}}) {
-    const Section rounded = in_single_precision(section);
+    const Section rounded = rounded_section(section);
     EXPECT_EQ(rounded.b0, section.b0);
     EXPECT_EQ(rounded.b1, section.b1);
     EXPECT_EQ(rounded.b2, section.b2);

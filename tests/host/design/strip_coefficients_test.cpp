@@ -48,12 +48,12 @@ TEST(StripCoefficients, EightBandsFillTheArray) {
   EXPECT_EQ(eq.endBand[1], 8);
 }
 
-TEST(StripCoefficients, BandsAreRoundedWithTheirSums) {
+TEST(StripCoefficients, BandsAreTheBestInSinglePrecision) {
   StripSettings settings;
   settings.pre = {{BandType::kLowShelf, 30, 0.7071, 6}};
   const EQ_SCoefs eq = design_strip(settings, 96000, layout_of("Mono")).eq;
-  const Section rounded = in_single_precision(design_band(settings.pre[0], 96000).front());
-  const double expected[] = {rounded.b0, rounded.b1, rounded.b2, rounded.a1, rounded.a2};
+  const Section best = design_stored_band(settings.pre[0], 96000).front();
+  const double expected[] = {best.b0, best.b1, best.b2, best.a1, best.a2};
   for (int i = 0; i < 5; ++i) EXPECT_EQ(static_cast<double>(eq.targetCoefs[i]), expected[i]);
 }
 

@@ -51,7 +51,27 @@ TEST_F(Info, SpeaksJson) {
   EXPECT_EQ(json["formats"][0]["name"], "5.1");
 }
 
+TEST_F(Info, MarksBandsThatSinglePrecisionDoesNotHold) {
+  const std::vector<std::string> narrow{"info",         "--set",     "eq.1.frequency=20",
+                                        "--set",        "eq.1.q=10", "--set",
+                                        "eq.1.gain=12", "--rate",    "192000"};
+  const ChildResult low = run(narrow);
+  EXPECT_EQ(low.exit_status, 0);
+  EXPECT_NE(low.printed.find("peak             20 Hz"), std::string::npos) << low.printed;
+  EXPECT_NE(low.printed.find("--set eq.1.frequency=20  !\n"), std::string::npos) << low.printed;
+  const ChildResult voice = run({"info", "--preset", "voice", "--json"});
+  EXPECT_EQ(voice.exit_status, 0);
+  const auto json = nlohmann::json::parse(voice.printed);
+  EXPECT_EQ(json["sample_rate"], 48000);
+  ASSERT_EQ(json["bands"].size(), 5u);
+  EXPECT_EQ(json["bands"][0]["type"], "high_pass");
+  EXPECT_LT(json["bands"][0]["deviation_db"], 0.01);
+}
+
 TEST_F(Info, RefusesWhatThereIsNot) {
+  expect_refusal({"info", "--preset", "none"},
+                 "none: no such file, and no preset that comes with the program; channelstrip "
+                 "presets lists those");
   expect_refusal({"info", "9.1"},
                  "FORMAT: \"9.1\" is none of Mono, Stereo, LCR, Quad, LCRS, 5.0, 5.1, 6.0, 6.1, "
                  "7.0, 7.1");

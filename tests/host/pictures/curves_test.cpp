@@ -77,7 +77,10 @@ TEST_F(Curves, TextShowsANotchHoweverNarrow) {
       folder.write("hum.toml", "[[eq]]\ntype = \"notch\"\nfrequency = 60\nq = 100\n");
   const std::string text = run({"curves", hum}).printed;
   EXPECT_NE(text.find("\n       50      0.0      0.0      0.0 "), std::string::npos) << text;
-  EXPECT_NE(text.find("\n       60    -37.2 "), std::string::npos) << text;
+  const std::string row = "\n       60 ";
+  const std::size_t found = text.find(row);
+  ASSERT_NE(found, std::string::npos) << text;
+  EXPECT_LT(std::stod(text.substr(found + row.size(), 9)), -60) << text;
 }
 
 TEST_F(Curves, TimesAreMeasured) {
