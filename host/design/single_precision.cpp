@@ -28,6 +28,15 @@ bool is_all_pass(const Section& section) {
   return section.b0 == -section.a2 && section.b1 == -section.a1 && section.b2 == 1;
 }
 
+// Whether rounding, by at most half a step of 2^-23, can move a pole by more than 6e-5 of its
+// frequency's square or its width, or a notch's zeros by more than 1e-6. Without this a band is good
+// to 0.03 dB at a Q of 100 and far better below.
+bool is_coarse(const Section& section) {
+  const EdgePolynomial poles = denominator(section), zeros = numerator(section);
+  const bool is_notch = zeros.skew == 0 && zeros.low > 0 && zeros.high > 0;
+  return poles.low < (is_notch ? 0.05 : 1e-3) || poles.skew < 1e-3;
+}
+
 // Second order, with zeros inside the unit circle or on it.
 bool can_be_fitted(const Section& section) {
   const EdgePolynomial zeros = numerator(section);
@@ -121,6 +130,10 @@ Section rounded_section(const Section& section) {
 }
 
 void fit_to_single_precision(std::span<Section> band) {
+  if (std::ranges::none_of(band, is_coarse)) {
+    std::ranges::transform(band, band.begin(), rounded_section);
+    return;
+  }
   const FitPoints points(band);
   FitValues wanted;
   wanted.fill(1);
