@@ -29,8 +29,8 @@ bool is_all_pass(const Section& section) {
 }
 
 // Whether rounding, by at most half a step of 2^-23, can move a pole by more than 6e-5 of its
-// frequency's square or its width, or a notch's zeros by more than 1e-6. Without this a band is good
-// to 0.03 dB at a Q of 100 and far better below.
+// frequency's square or its width, or a notch's zeros by more than 1e-6. Without this a band is
+// good to 0.03 dB at a Q of 100 and far better below.
 bool is_coarse(const Section& section) {
   const EdgePolynomial poles = denominator(section), zeros = numerator(section);
   const bool is_notch = zeros.skew == 0 && zeros.low > 0 && zeros.high > 0;

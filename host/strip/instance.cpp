@@ -2,16 +2,18 @@
 
 #include <algorithm>
 
+#include "../design/dynamics_coefficients.h"
+#include "link_change.h"
+
 namespace channelstrip::host {
 
 Instance::Instance(const StemFormat& format, const StripCoefficients& coefficients)
     : channels_(static_cast<std::size_t>(format.channels)),
+      coefficients_(coefficients),
       eq_state_(channels_),
       dyn_state_(channels_),
       meters_(3 * channels_ + CHANNELSTRIP_METER_CHANNEL_GAIN),
       meter_pointer_(meters_.data()) {
-  set_coefficients(coefficients);
-
   std::ranges::copy(coefficients_.eq.targetCoefs, eq_dezip_.coefs);
   std::ranges::copy(coefficients_.eq.targetCoefs, eq_dezip_.smoothedCoefs);
   for (Dyn_SState& state : dyn_state_) {
@@ -20,6 +22,7 @@ Instance::Instance(const StemFormat& format, const StripCoefficients& coefficien
     state.curExpRange = coefficients_.dynamics.expRange;
     state.gateOpen = 1;
   }
+  dyn_state_.front().dezipRate = coefficients_.dezip_rate;
 
   context_ = {.inputs = nullptr,
               .outputs = nullptr,
@@ -34,6 +37,7 @@ Instance::Instance(const StemFormat& format, const StripCoefficients& coefficien
 }
 
 void Instance::set_coefficients(const StripCoefficients& coefficients) {
+  hand_over_gains(dyn_state_, links_of(coefficients_.dynamics), links_of(coefficients.dynamics));
   coefficients_ = coefficients;
   dyn_state_.front().dezipRate = coefficients.dezip_rate;
 }

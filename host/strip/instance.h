@@ -33,8 +33,8 @@ class Instance {
   Instance(const Instance&) = delete;
   Instance& operator=(const Instance&) = delete;
 
-  // Sets new targets, towards which the library glides. Not to be called during a call of the
-  // library.
+  // Sets new targets, towards which the library glides; link groups that are made of others take
+  // their gain over. Not to be called during a call of the library.
   void set_coefficients(const StripCoefficients& coefficients);
 
   // Points the context at N input and N output buffers of `samples` samples, rounded up to whole

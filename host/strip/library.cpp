@@ -12,8 +12,8 @@
 namespace channelstrip::host {
 namespace {
 
-const link_map& link_map_of(void* handle) {
-  link_map* map = nullptr;
+const ::link_map& link_map_of(void* handle) {
+  ::link_map* map = nullptr;
   if (dlinfo(handle, RTLD_DI_LINKMAP, &map) != 0) throw std::runtime_error(dlerror());
   return *map;
 }

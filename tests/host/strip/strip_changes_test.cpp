@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <numbers>
 #include <span>
 #include <utility>
 #include <vector>
@@ -71,6 +72,49 @@ TEST(StripChanges, OutputAndMetersDependOnNeitherCuttingNorObserver) {
   stream.observer = [](const MeterReading&) {};
   EXPECT_EQ(play(stream).bits, whole.bits);
   EXPECT_EQ(play(stream).meters, whole.meters);
+}
+
+StripSettings linked(const char* map) {
+  StripSettings settings;
+  settings.compressor = {.threshold = -40, .ratio = 20, .attack = 5, .release = 500};
+  settings.link["5.1"] = map;
+  return settings;
+}
+
+// A steady sine on all six channels; the links change after half a second.
+std::vector<float> through_change_of_links(const char* before, const char* after) {
+  constexpr std::size_t kFrames = 48000;
+  std::vector<float> input(6 * kFrames);
+  for (std::size_t i = 0; i < kFrames; ++i) {
+    const double angle = 2 * std::numbers::pi * 440 * static_cast<double>(i) / 48000;
+    for (std::size_t c = 0; c < 6; ++c) {
+      input[6 * i + c] = static_cast<float>(0.25 * std::sin(angle));
+    }
+  }
+  return play({.format = "5.1",
+               .input = input,
+               .settings = linked(before),
+               .changes = {{kFrames / 2, linked(after)}}})
+      .samples;
+}
+
+float peak(std::span<const float> samples) {
+  float greatest = 0;
+  for (const float sample : samples) greatest = std::max(greatest, std::abs(sample));
+  return greatest;
+}
+
+TEST(StripChanges, OfLinksTakeTheGainAlong) {
+  constexpr const char* kAll = "L R C LFE Ls Rs";
+  constexpr const char* kThree = "L R C | LFE | Ls Rs";
+  constexpr const char* kNone = "L | R | C | LFE Ls Rs";
+  for (const auto& [before, after] : {std::pair{kAll, kThree}, {kThree, kAll}, {kThree, kNone}}) {
+    const std::vector<float> samples = through_change_of_links(before, after);
+    const std::size_t change = samples.size() / 2;
+    const float settled = peak(std::span(samples).subspan(change - 6 * 4800, 6 * 4800));
+    EXPECT_LT(settled, 0.02f);
+    EXPECT_LT(peak(std::span(samples).subspan(change)), 1.01f * settled) << before << ", " << after;
+  }
 }
 
 double greatest_step(std::span<const float> samples) {
