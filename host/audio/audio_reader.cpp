@@ -13,6 +13,7 @@
 #include "../system/standard_streams.h"
 #include "chunks.h"
 #include "flac_blocks.h"
+#include "lost_tags.h"
 #include "pcm.h"
 #include "stated_samples.h"
 
@@ -77,7 +78,15 @@ AudioReader::AudioReader(const std::string& path) : name_(input_name(path)) {
   // A mask of fewer bits than channels names only some of them, which is no map.
   if (named && std::ranges::count(map, SF_CHANNEL_MAP_INVALID) == 0) format_.channel_map = map;
   metadata_ = read_metadata(file_.get(), format_.container);
-  if (format_.container == SF_FORMAT_FLAC) metadata_.refused = unknown_flac_metadata(input);
+  note_lost_metadata(input);
+}
+
+void AudioReader::note_lost_metadata(int descriptor) {
+  const int container = format_.container;
+  if (container == SF_FORMAT_FLAC) metadata_.refused = lost_flac_blocks(descriptor);
+  if (container == SF_FORMAT_FLAC || container == SF_FORMAT_OGG || container == SF_FORMAT_MPEG) {
+    std::ranges::move(lost_tags(descriptor, metadata_.tags), std::back_inserter(metadata_.refused));
+  }
 }
 
 std::string AudioReader::cut_short() const {

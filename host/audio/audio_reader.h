@@ -35,6 +35,8 @@ class AudioReader {
   sf_count_t position() const { return position_; }
 
  private:
+  void note_lost_metadata(int descriptor);
+
   std::string name_;
   Sndfile file_;
   AudioFormat format_;

@@ -1,4 +1,4 @@
-// What libsndfile doesn't read of a FLAC file's metadata.
+// Blocks of a FLAC file that libsndfile doesn't read.
 
 #pragma once
 
@@ -7,8 +7,8 @@
 
 namespace channelstrip::host {
 
-// The kinds of blocks, "picture", "cue sheet" and "application block", and the names of comments,
-// "REPLAYGAIN_TRACK_GAIN", each once. `descriptor` must be seekable; its position stays as it is.
-std::vector<std::string> unknown_flac_metadata(int descriptor);
+// Their kinds, "picture", "cue sheet" and "application block", each once. `descriptor` must be
+// seekable; its position stays as it is.
+std::vector<std::string> lost_flac_blocks(int descriptor);
 
 }  // namespace channelstrip::host

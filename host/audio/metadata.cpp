@@ -129,7 +129,8 @@ Metadata read_metadata(SNDFILE* file, int container) {
   Metadata metadata{.family = chunk_family(container)};
   if (metadata.family != ChunkFamily::kNone) read_chunks(file, metadata);
   for (const auto& [type, name] : kTags) {
-    if (const char* text = sf_get_string(file, type)) metadata.tags[type] = text;
+    const char* const text = sf_get_string(file, type);
+    if (text && *text) metadata.tags[type] = text;  // ID3v1 has empty ones
   }
   end_software_tag_with_its_chunk(metadata);
   metadata.cues =

@@ -21,7 +21,7 @@ namespace channelstrip::host {
 struct Metadata {
   ChunkFamily family = ChunkFamily::kNone;
   std::vector<Chunk> chunks = {};  // in file order, without those that describe the samples' coding
-  // What can't be copied: ids of chunks that are too large or cut short, blocks of FLAC.
+  // What can't be copied: ids of chunks that are too large or cut short, blocks of FLAC, tags.
   std::vector<std::string> refused = {};
   std::map<int, std::string> tags = {};  // by SF_STR_TITLE ...
   std::vector<SF_CUE_POINT> cues = {};

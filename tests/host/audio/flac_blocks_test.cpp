@@ -27,29 +27,6 @@ void add_block(const std::string& file, FLAC__MetadataType type) {
   ASSERT_TRUE(FLAC__metadata_chain_write(chain.get(), false, false));
 }
 
-// Instead of those that the file has.
-void set_comments(const std::string& file, const std::vector<std::string>& comments) {
-  FLAC__StreamMetadata* tags = nullptr;
-  ASSERT_TRUE(FLAC__metadata_get_tags(file.c_str(), &tags));
-  const std::unique_ptr<FLAC__StreamMetadata, decltype(&FLAC__metadata_object_delete)> block(
-      tags, FLAC__metadata_object_delete);
-  FLAC__metadata_object_vorbiscomment_resize_comments(tags, 0);
-  for (std::string comment : comments) {
-    const FLAC__StreamMetadata_VorbisComment_Entry entry{
-        static_cast<FLAC__uint32>(comment.size()), reinterpret_cast<FLAC__byte*>(comment.data())};
-    ASSERT_TRUE(FLAC__metadata_object_vorbiscomment_append_comment(tags, entry, true));
-  }
-  const std::unique_ptr<FLAC__Metadata_SimpleIterator,
-                        decltype(&FLAC__metadata_simple_iterator_delete)>
-      place(FLAC__metadata_simple_iterator_new(), FLAC__metadata_simple_iterator_delete);
-  ASSERT_TRUE(FLAC__metadata_simple_iterator_init(place.get(), file.c_str(), false, false));
-  while (FLAC__metadata_simple_iterator_get_block_type(place.get()) !=
-         FLAC__METADATA_TYPE_VORBIS_COMMENT) {
-    ASSERT_TRUE(FLAC__metadata_simple_iterator_next(place.get()));
-  }
-  ASSERT_TRUE(FLAC__metadata_simple_iterator_set_block(place.get(), tags, true));
-}
-
 class FlacBlocks : public RenderedFile {
  protected:
   std::string flac(const std::vector<FLAC__MetadataType>& blocks) {
@@ -72,17 +49,6 @@ TEST_F(FlacBlocks, ThatAreDroppedAreNamedOnce) {
 TEST_F(FlacBlocks, OfTheStreamAndItsTagsAreNotLost) {
   EXPECT_EQ(rendered(flac({FLAC__METADATA_TYPE_PADDING}), "out.flac").warnings,
             std::vector<std::string>{});
-}
-
-// libsndfile reads ten of the usual comments, in either case.
-TEST_F(FlacBlocks, CommentsThatAreDroppedAreNamed) {
-  const std::string file = flac({});
-  set_comments(file, {"TITLE=A song", "artist=Somebody", "REPLAYGAIN_TRACK_GAIN=-7.03 dB",
-                      "mood=calm", "mood=bright"});
-  for (const char* name : {"out.flac", "out.wav"}) {
-    EXPECT_EQ(rendered(file, name).warnings,
-              std::vector{folder.file(name) + " doesn't keep REPLAYGAIN_TRACK_GAIN, mood"});
-  }
 }
 
 TEST_F(FlacBlocks, LeaveTheSamplesAsTheyAre) {
