@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "../support/audio.h"
+#include "audio.h"
 #include "host/preset/preset.h"
 #include "host/strip/library.h"
 #include "host/strip/strip_stream.h"
