@@ -115,21 +115,24 @@ Samples in_every_channel(const Samples& mono, int channels) {
 }
 
 Samples speech() {
-  Samples words(frames(6));
-  double time = 0.4;
-  for (const double level : {-4.0, -12.0, 0.0}) {
-    for (int syllable = 0; syllable < 5; ++syllable) {
-      const double pitch = 110 + 8 * (syllable % 3);
-      const Samples vowel = shaped(partials(0.18, pitch), 0.006, 0.5);
-      add(words, with_peak(coloured_noise(0.05, 2000, 6000), level - 12), time);
-      add(words, with_peak(vowel, level), time + 0.05);
-      time += 0.24;
+  static const Samples result = [] {
+    Samples words(frames(6));
+    double time = 0.4;
+    for (const double level : {-4.0, -12.0, 0.0}) {
+      for (int syllable = 0; syllable < 5; ++syllable) {
+        const double pitch = 110 + 8 * (syllable % 3);
+        const Samples vowel = shaped(partials(0.18, pitch), 0.006, 0.5);
+        add(words, with_peak(coloured_noise(0.05, 2000, 6000), level - 12), time);
+        add(words, with_peak(vowel, level), time + 0.05);
+        time += 0.24;
+      }
+      time += 0.4;
     }
-    time += 0.4;
-  }
-  words = with_peak(std::move(words), 0);
-  add(words, with_level(coloured_noise(6, 40, 400), -54), 0);  // -60 dBFS below a peak of -6
-  return words;
+    words = with_peak(std::move(words), 0);
+    add(words, with_level(coloured_noise(6, 40, 400), -54), 0);  // -60 dBFS below a peak of -6
+    return words;
+  }();
+  return result;
 }
 
 Samples plucks(double frequency, double difference) {
@@ -169,11 +172,14 @@ Samples drum_kit() {
 }
 
 Samples mix() {
-  Samples result = scaled(drum_kit(), 0.7);
-  add(result, scaled(strums(), 0.5), 0);
-  for (const double bar : {0.0, 2.0}) add(result, scaled(plucks(41.2, 3), 0.4), bar);
-  add(result, with_level(coloured_noise(4, 200, 3000), -22), 0);
-  return with_peak(std::move(result), 0);
+  static const Samples result = [] {
+    Samples sum = scaled(drum_kit(), 0.7);
+    add(sum, scaled(strums(), 0.5), 0);
+    for (const double bar : {0.0, 2.0}) add(sum, scaled(plucks(41.2, 3), 0.4), bar);
+    add(sum, with_level(coloured_noise(4, 200, 3000), -22), 0);
+    return with_peak(std::move(sum), 0);
+  }();
+  return result;
 }
 
 Samples explosion() {

@@ -2,121 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
-#include <cstddef>
-#include <span>
-#include <string>
 #include <utility>
-#include <vector>
 
-#include "../support/audio.h"
-#include "../support/through_strip.h"
-#include "host/design/dynamics.h"
-#include "host/report/loudness.h"
 #include "programme.h"
+#include "shipped.h"
 
 namespace channelstrip::test::shipped_sound_test {
 namespace {
 
 using namespace programme;
 using host::linear_to_db;
-
-host::StripSettings settings(const std::string& preset) {
-  return host::read_preset(CHANNELSTRIP_SOURCE_DIR "/presets/" + preset + ".toml").settings;
-}
-
-TestAudio audio(Samples samples, int channels = 1) {
-  return {.channels = channels, .floats = std::move(samples)};
-}
-
-Samples through(const std::string& preset, const Samples& input, int channels = 1) {
-  return through_strip(settings(preset), audio(input, channels)).audio;
-}
-
-double peak_level(std::span<const float> samples) {
-  double peak = 0;
-  for (const float x : samples) peak = std::max(peak, static_cast<double>(std::abs(x)));
-  return linear_to_db(peak);
-}
-
-// RMS level from a time on, both in seconds.
-double level(const Samples& samples, double from, double length) {
-  double sum = 0;
-  for (std::size_t i = frames(from); i < frames(from + length); ++i) {
-    sum += static_cast<double>(samples[i]) * static_cast<double>(samples[i]);
-  }
-  return linear_to_db(std::sqrt(sum / static_cast<double>(frames(length))));
-}
-
-double loudness(const Samples& samples) {
-  host::LoudnessMeter meter(kRate, usual_layout(1));
-  meter.add(samples);
-  return meter.loudness().integrated.value();
-}
-
-double peak_to_loudness(const Samples& samples) {
-  return peak_level(samples) - loudness(samples);
-}
-
-struct Case {
-  const char* preset;
-  Samples (*material)();
-  int channels;
-};
-
-std::string as_test_name(std::string preset) {
-  std::ranges::replace(preset, '.', '_');
-  return preset;
-}
-
-std::string name_of_case(const testing::TestParamInfo<Case>& info) {
-  return as_test_name(info.param.preset);
-}
-
-std::string name_of_preset(const testing::TestParamInfo<const char*>& info) {
-  return as_test_name(info.param);
-}
-
-class PresetOnItsMaterial : public testing::TestWithParam<Case> {};
-
-Samples low_pluck() {
-  return plucks(41.2, 12);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Shipped, PresetOnItsMaterial,
-    testing::Values(Case{"acoustic_guitar", strums, 1}, Case{"bass", low_pluck, 1},
-                    Case{"de_rumble", speech, 1}, Case{"dialogue_5.1", speech, 6},
-                    Case{"drum_bus", drum_kit, 2}, Case{"film_7.1", explosion, 8},
-                    Case{"game_ambience", explosion, 4}, Case{"kick_gate", kick_and_spill, 1},
-                    Case{"limiter_safe", mix, 2}, Case{"master_gentle", mix, 2},
-                    Case{"neutral", mix, 2}, Case{"night_mode", explosion, 6},
-                    Case{"podcast_voice", speech, 1}, Case{"telephone", speech, 1},
-                    Case{"vocal_sidechain_duck", mix, 2}, Case{"voice", speech, 1}),
-    name_of_case);
-
-TEST_P(PresetOnItsMaterial, StaysAtOrBelowFullScaleFromPeaksOfMinus1Db) {
-  const auto& [preset, material, channels] = GetParam();
-  const Samples input = in_every_channel(with_peak(material(), -1), channels);
-  EXPECT_LE(peak_level(through(preset, input, channels)), 0);
-}
-
-class SpeechPreset : public testing::TestWithParam<const char*> {};
-
-INSTANTIATE_TEST_SUITE_P(Shipped, SpeechPreset,
-                         testing::Values("voice", "podcast_voice", "dialogue_5.1", "telephone"),
-                         name_of_preset);
-
-TEST_P(SpeechPreset, RaisesPeaksByNoMoreThanLoudness) {
-  const Samples input = with_peak(speech(), -6);
-  EXPECT_LE(peak_to_loudness(through(GetParam(), input)), peak_to_loudness(input));
-}
-
-TEST_P(SpeechPreset, DoesNotLiftTheRoomInPauses) {
-  const Samples input = with_peak(speech(), -6);
-  EXPECT_LE(level(through(GetParam(), input), 5.7, 0.3), level(input, 5.7, 0.3) + 0.5);
-}
 
 TEST(NightModePreset, KeepsAFullScaleBurstAfterAQuietBedBelowFullScale) {
   Samples input = with_level(coloured_noise(2, 100, 3000), -42);
@@ -150,7 +45,7 @@ TEST(AcousticGuitarPreset, BringsStrumsTogether) {
 
 TEST(MasterPreset, Reduces1To3DbInLoudPassages) {
   const Samples loud = in_every_channel(with_peak(mix(), -1), 2);
-  const auto meters = through_strip(settings("master_gentle"), audio(loud, 2)).meters;
+  const auto meters = through_strip(settings_of("master_gentle"), audio(loud, 2)).meters;
   const double reduction = -linear_to_db(1 - static_cast<double>(meters.compressor_reduction));
   EXPECT_GE(reduction, 1);
   EXPECT_LE(reduction, 3);
@@ -167,7 +62,7 @@ TEST(AmbiencePreset, HoldsDownABarkAndLeavesTheBed) {
 
 TEST(KickGatePreset, OpensWithin5MsOfAStroke) {
   const Samples input = with_peak(kick_and_spill(), -6);
-  host::StripSettings open = settings("kick_gate");
+  host::StripSettings open = settings_of("kick_gate");
   open.expander.reset();
   const Samples output = through("kick_gate", input);
   const Samples ungated = through_strip(open, audio(input)).audio;
@@ -179,7 +74,7 @@ TEST(DuckingPreset, KeepsTheMusicDownBetweenWords) {
   const Samples voice = with_peak(speech(), -6),
                 music = with_level(coloured_noise(6, 50, 5000), -20);
   const Samples output = through_strip(
-                             settings("vocal_sidechain_duck"), audio(music), usual_layout(1),
+                             settings_of("vocal_sidechain_duck"), audio(music), usual_layout(1),
                              [] { return 4096; }, voice)
                              .audio;
   const auto reduction = [&](double from, double length) {
@@ -210,7 +105,7 @@ TEST(DeRumblePreset, LimitsPeaksThatItsPhaseShiftRaises) {
 TEST(FilmPreset, LowersRoomToneBetweenScenesByAFewDb) {
   const Samples tone = with_level(coloured_noise(5, 100, 3000), -66);
   const auto meters =
-      through_strip(settings("film_7.1"), audio(in_every_channel(tone, 8), 8)).meters;
+      through_strip(settings_of("film_7.1"), audio(in_every_channel(tone, 8), 8)).meters;
   const double reduction = -linear_to_db(1 - static_cast<double>(meters.expander_reduction));
   EXPECT_GE(reduction, 2);
   EXPECT_LE(reduction, 6);
