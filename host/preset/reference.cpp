@@ -1,6 +1,9 @@
-// Prints docs/presets.md, from the tables of keys and the first comments of presets:
+// Prints docs/presets.md up to its measurements, from the tables of keys and the first comments of
+// presets:
 //
-//   preset_reference FOLDER_OF_PRESETS
+//   preset_reference FOLDER_OF_PRESETS         prints it
+//   preset_reference FOLDER_OF_PRESETS PAGE    writes it in its place in PAGE, whose measurements
+//   stay
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -8,12 +11,16 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <stdexcept>
+#include <string>
 #include <vector>
 
 #include "../design/channel_layout.h"
+#include "../text/text_file.h"
 #include "nearest.h"
 #include "preset_keys.h"
 #include "reference_text.h"
@@ -131,13 +138,32 @@ std::string preset_reference(const std::string& folder) {
                      kAboutAssignments, presets(folder));
 }
 
+// From the heading under which script/preset-table writes to the end of the page.
+std::string measurements(const std::string& page) {
+  const std::string text = read_text_file(page);
+  const auto begin = text.find("\n## Measured\n");
+  if (begin == std::string::npos) throw std::runtime_error(page + ": no heading \"Measured\"");
+  return text.substr(begin);
+}
+
 }  // namespace
 }  // namespace channelstrip::host
 
-int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::fputs("usage: preset_reference FOLDER_OF_PRESETS\n", stderr);
+int main(int argc, char** argv) try {
+  using namespace channelstrip::host;
+  if (argc != 2 && argc != 3) {
+    std::fputs("usage: preset_reference FOLDER_OF_PRESETS [PAGE]\n", stderr);
     return 1;
   }
-  std::fputs(channelstrip::host::preset_reference(argv[1]).c_str(), stdout);
+  const std::string reference = preset_reference(argv[1]);
+  if (argc == 2) {
+    std::fputs(reference.c_str(), stdout);
+    return 0;
+  }
+  const std::string page = reference + measurements(argv[2]);
+  std::ofstream(argv[2]) << page;
+  return 0;
+} catch (const std::exception& fault) {
+  std::fprintf(stderr, "preset_reference: %s\n", fault.what());
+  return 1;
 }

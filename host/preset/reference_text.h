@@ -15,8 +15,8 @@ refused with file, line, column and the reason.
 
     channelstrip render IN OUT --preset presets/voice.toml
 
-The program `preset_reference` prints this page from the same table of keys with which presets are
-read; a test compares page and program.
+The program `preset_reference` prints this page, all but the measurements at its end, from the same
+table of keys with which presets are read; a test compares page and program.
 
 ## An example
 
