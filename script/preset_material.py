@@ -1,15 +1,14 @@
 """Audio of the kinds that the shipped presets are for, for script/preset-table.
 
-Recordings and instruments come from Debian packages: speech from alsa-utils and espeak-ng, drums from
-hydrogen-drumkits, instruments from fluid-soundfont-gm. The audio is the same at every run.
+Recordings and instruments come from Debian packages: speech from alsa-utils and espeak-ng, drums
+from hydrogen-drumkits, instruments from fluid-soundfont-gm. The audio is the same at every run.
 """
 import numpy
 
-from sounds import (RATE, add, at_level, at_peak, decay, gain, noise, played, read, room, silence,
-                    spoken)
+from preset_music import acoustic_guitar, bass, drums, kick_microphone, music
+from sounds import RATE, add, at_level, at_peak, decay, gain, noise, read, room, silence, spoken
 
 SPEECH = "/usr/share/sounds/alsa/"
-DRUMS = "/usr/share/hydrogen/data/drumkits/BJA_Pacific/"
 
 SENTENCES = [
     "Good evening. This is the last train of the day, and it is late again.",
@@ -20,7 +19,7 @@ SENTENCES = [
 
 
 def takes(parts, levels, pause=0.8):
-    """Takes in a row, each peaking at its level in dBFS, with a room's noise and pauses in between."""
+    """Takes in a row, each peaking at its level in dBFS, with pauses in between, in a room's noise."""
     pieces = [silence(pause)]
     for part, level in zip(parts, levels):
         pieces += [at_peak(part, level), silence(pause)]
@@ -29,8 +28,9 @@ def takes(parts, levels, pause=0.8):
 
 
 def recorded_words():
-    names = "Front_Center Rear_Left Side_Right Front_Right Rear_Center Side_Left Front_Left Rear_Right"
-    return [read(f"{SPEECH}{name}.wav") for name in names.split()]
+    names = ["Front_Center", "Rear_Left", "Side_Right", "Front_Right", "Rear_Center", "Side_Left",
+             "Front_Left", "Rear_Right"]
+    return [read(f"{SPEECH}{name}.wav") for name in names]
 
 
 def speech():
@@ -50,78 +50,6 @@ def whisper_and_shout():
     return takes([words[0], words[1], words[0], words[1]], [-30, -6, -30, -6])
 
 
-ROOTS = [28, 33, 35, 31]  # E A B G, a bar each, the bass in its low register
-CHORDS = [[40, 47, 52, 56, 59, 64], [45, 52, 57, 61, 64], [47, 54, 59, 63, 66],
-          [43, 47, 50, 55, 59, 67]]
-BARS = 8
-LENGTH = 4 * BARS * 60 / 110  # seconds
-
-
-def bass_notes():
-    walk = [(0, 1, 0, 110), (1, 0.5, 0, 70), (1.5, 0.5, 12, 100), (2, 1, 7, 85), (3, 0.5, 5, 60),
-            (3.5, 0.5, 7, 115)]
-    return [(4 * bar + beat, 0.9 * length, ROOTS[bar % 4] + step, velocity)
-            for bar in range(BARS) for beat, length, step, velocity in walk]
-
-
-def strums():
-    """Chords on a guitar, every string a little after the one before."""
-    pattern = [(0, 112), (1, 75), (1.5, 60), (2.5, 100), (3, 70), (3.5, 90)]
-    return [(4 * bar + beat + 0.015 * string, 0.6, key, velocity)
-            for bar in range(BARS) for beat, velocity in pattern
-            for string, key in enumerate(CHORDS[bar % 4])]
-
-
-def bass():
-    return at_peak(played([(33, 0, bass_notes())], LENGTH, 1), -6)
-
-
-def acoustic_guitar():
-    return at_peak(played([(25, 0, strums())], LENGTH, 1), -6)
-
-
-def kit(bars=4, tempo=110.0):
-    """A drum kit's tracks: kick drum, and everything else."""
-    beat = 60 / tempo
-    kick, rest = silence(4 * bars * beat + 1.5, 2), silence(4 * bars * beat + 1.5, 2)
-    def hit(track, name, at, level):
-        add(track, gain(level) * read(f"{DRUMS}{name}.aiff", 2), at * beat)
-    for bar in range(bars):
-        first = 4 * bar
-        for at, name, level in [(0, "BD_08", 0), (1.75, "BD_05", -4), (2.5, "BD_07", -1)]:
-            hit(kick, name, first + at, level)
-        for at, name, level in [(1, "SN_08", -2), (3, "SN_07", -3), (2.25, "SN_02", -14)]:
-            hit(rest, name, first + at, level)
-        for half in range(8):
-            hit(rest, f"HH_0{6 if half % 2 else 8}", first + half / 2, -10)
-    for at, name in [(3, "TM_08"), (3.25, "TM_06"), (3.5, "TM2_08"), (3.75, "TM2_07")]:
-        hit(rest, name, 4 * bars - 4 + at, -3)
-    return kick, rest
-
-
-def drums():
-    kick, rest = kit()
-    return at_peak(kick + rest, -3)
-
-
-def kick_microphone():
-    """The kick drum close by, the rest of the kit as spill, 20 dB below."""
-    kick, rest = (track.mean(axis=1, keepdims=True) for track in kit())
-    return at_peak(kick, -6) + at_peak(rest, -26)
-
-
-def music():
-    """A band: drums, bass, guitar, piano, strings."""
-    piano = [(4 * bar + beat, 1.8, key + 12, 80) for bar in range(BARS) for beat in (0, 2)
-             for key in CHORDS[bar % 4][1:4]]
-    strings = [(4 * bar, 4, key + 12, 70) for bar in range(BARS) for key in CHORDS[bar % 4][-3:]]
-    band = at_peak(played([(33, 0, bass_notes()), (25, 1, strums()), (0, 2, piano),
-                           (48, 3, strings)], LENGTH), -6)
-    for half in (0, LENGTH / 2):
-        add(band, 0.8 * drums(), half)
-    return at_peak(band, -1)
-
-
 def explosion(low, high, slope, seed):
     """Three seconds of noise that rises within 10 ms and falls, peaking at full scale."""
     sound = noise(3, low, high, slope, seed)
@@ -130,8 +58,8 @@ def explosion(low, high, slope, seed):
 
 
 def scene(width):
-    """A film's mix in 5.1 or 7.1, in the order of WAV's channel mask: speech in the centre, music in
-    front and around, three explosions, the LFE."""
+    """A film's mix in 5.1 or 7.1, in the order of WAV's channel mask: speech in the centre, music
+    in front and around, three explosions."""
     words = numpy.concatenate([speech(), narration()])
     mix = numpy.zeros((len(words), width))
     mix += numpy.concatenate([room(len(words), -66, 20 + c) for c in range(width)], axis=1)
@@ -142,7 +70,8 @@ def scene(width):
         add(mix[:, 4:6], 0.5 * band[:, ::-1], at + 0.012)
     for at, seed in [(8, 3), (20, 4), (30, 5)]:
         for channel in [c for c in range(width) if c not in (2, 3)]:
-            add(mix[:, channel : channel + 1], gain(-3) * explosion(30, 6000, 4, seed + channel), at)
+            sound = explosion(30, 6000, 4, seed + channel)
+            add(mix[:, channel : channel + 1], gain(-3) * sound, at)
         add(mix[:, 3:4], gain(-3) * explosion(25, 90, 0, seed), at)
     return at_peak(mix, -1)
 
@@ -176,7 +105,8 @@ def ambience():
     mix = numpy.concatenate(wind, axis=1)
     song = time[: RATE // 2]
     pitch = 2600 + 700 * numpy.sin(40 * song)
-    bird = numpy.sin(2 * numpy.pi * numpy.cumsum(pitch) / RATE)[:, None] * numpy.sin(2 * numpy.pi * song)
+    phase = 2 * numpy.pi * numpy.cumsum(pitch)[:, None] / RATE
+    bird = numpy.sin(phase) * numpy.sin(2 * numpy.pi * song)
     for at in (4, 11, 12, 18.5):
         add(mix[:, 0:1], gain(-9) * bird, at)
         add(mix[:, 1:2], gain(-17) * bird, at)

@@ -10,7 +10,9 @@ import tempfile
 import numpy
 
 RATE = 48000
+LAYOUTS = {1: "mono", 2: "stereo", 4: "quad", 6: "5.1", 8: "7.1"}  # by channels
 SOUND_FONT = "/usr/share/sounds/sf2/FluidR3_GM.sf2"
+
 
 def gain(db):
     return 10 ** (db / 20)
@@ -31,13 +33,17 @@ def ffmpeg(*arguments, data=None):
 
 
 def read(path, channels=1):
-    data = ffmpeg("-i", path, "-f", "f32le", "-ar", RATE, "-ac", channels, "-").stdout
+    """Mixed to as many channels and resampled where the file has others."""
+    wanted = ["-ar", RATE, "-channel_layout", LAYOUTS[channels]]
+    data = ffmpeg("-i", path, "-f", "f32le", *wanted, "-").stdout
     return numpy.frombuffer(data, "<f4").reshape(-1, channels).astype(float)
 
 
 def write(path, audio):
-    raw = ["-f", "f32le", "-ar", RATE, "-ac", audio.shape[1], "-i", "-"]
-    ffmpeg(*raw, "-c:a", "pcm_f32le", path, data=audio.astype("<f4").tobytes())
+    """A WAV file of 32-bit floats."""
+    channels = audio.shape[1]
+    raw = ["-f", "f32le", "-ar", RATE, "-ac", channels, "-channel_layout", LAYOUTS[channels]]
+    ffmpeg(*raw, "-i", "-", "-c:a", "pcm_f32le", path, data=audio.astype("<f4").tobytes())
 
 
 def silence(seconds, channels=1):
