@@ -22,6 +22,17 @@ void print_output(std::string_view text) {
   }
 }
 
+// The comparisons are such that NaN is refused too.
+std::function<std::string(const std::string&)> within(double low, double high,
+                                                      std::string_view unit) {
+  return [=](const std::string& text) -> std::string {
+    double value = 0;
+    const bool is_number = CLI::detail::lexical_cast(text, value);
+    if (is_number && value >= low && value <= high) return {};
+    return fmt::format("{} isn't {} to {} {}", text, low, high, unit);
+  };
+}
+
 void add_overwrite_option(CLI::App& command, Existing& existing) {
   command.add_flag_callback(
       "-y,--overwrite", [&existing] { existing = Existing::kReplaced; },

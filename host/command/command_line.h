@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include <functional>
+#include <string>
 #include <string_view>
 
 #include "../system/output_file.h"
@@ -20,6 +22,11 @@ void print_output(std::string_view text);
 
 // The exit status when all was done, but with less than the inputs state to hold or than was asked.
 inline constexpr int kIncomplete = 3;
+
+// A check of an option that takes a number: its message for what isn't `low` to `high`, NaN among
+// it, empty for what is.
+std::function<std::string(const std::string&)> within(double low, double high,
+                                                      std::string_view unit);
 
 // Adds --overwrite, which every command takes that writes files.
 void add_overwrite_option(CLI::App& command, Existing& existing);

@@ -79,7 +79,8 @@ void add_curves_command(CLI::App& program) {
       "Magnitude and phase of every band and of the bands before and after the dynamics; what "
       "compressor, expander and gate make of a steady level; and how their gain moves when the "
       "level jumps, measured with the library itself. Where a preset changes settings in time, the "
-      "heading says from when to when those shown hold, and when they change.");
+      "heading says from when to when those shown hold, and when they change. Gains in and out and "
+      "the mix are not in the curves.");
   const auto options = std::make_shared<CurvesOptions>();
   add_preset_option(*command, "PRESET,--preset", options->strip);
   command

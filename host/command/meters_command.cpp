@@ -1,6 +1,5 @@
 #include "commands.h"
 
-#include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
 #include <memory>
@@ -24,8 +23,9 @@ constexpr const char* kMetersDescription =
 
 constexpr const char* kMetersFooter = R"(Columns, in dB but for the time:
   time                  s from the beginning of the file to that of the interval
-  input_peak_L ...      each channel's highest sample before the strip, dBFS
-  output_peak_L ...     and after it, dBFS
+  input_peak_L ...      each channel's highest sample before the strip and behind
+                        --gain-in, dBFS
+  output_peak_L ...     and after the strip, --mix and --gain-out, dBFS
   level                 the detector's while that gain was in force, dBFS
   gain                  that of the link group reduced least, without makeup
   compressor_reduction  deepest of any group
@@ -44,14 +44,6 @@ Examples:
   $ channelstrip meters film.wav --preset film_7.1.toml --interval 1000
   $ channelstrip meters voice.wav --set compressor.ratio=4 --jsonl)";
 
-// The comparisons are such that NaN is refused too.
-std::string check_interval(const std::string& text) {
-  double value = 0;
-  const bool number = CLI::detail::lexical_cast(text, value);
-  if (number && value >= kShortest && value <= kLongest) return {};
-  return fmt::format("{} isn't a time of {} to {} ms", text, kShortest, kLongest);
-}
-
 }  // namespace
 
 void add_meters_command(CLI::App& program) {
@@ -64,7 +56,7 @@ void add_meters_command(CLI::App& program) {
       ->add_option("--interval", options->interval,
                    "Time per row, rounded to whole periods of 64 frames")
       ->type_name("MS")
-      ->check(check_interval)
+      ->check(within(kShortest, kLongest, "ms"))
       ->capture_default_str();
   CLI::Option* csv = command->add_flag_callback(
       "--csv", [options] { options->format = RowFormat::kCsv; },

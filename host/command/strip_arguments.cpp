@@ -1,14 +1,36 @@
 #include "strip_arguments.h"
 
+#include <fmt/format.h>
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iterator>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "../preset/preset_keys.h"
+#include "command_line.h"
 #include "shipped_presets.h"
 
 namespace channelstrip::host {
+namespace {
+
+// A key at the top of a preset as an option of its own, which counts like the last --set.
+void add_key_option(CLI::App& command, const std::string& name, std::string_view key,
+                    const std::string& unit, const std::string& meaning, StripOptions& options) {
+  const Range& range = std::ranges::find(kTopKeys, key, &Key<StripSettings>::name)->range;
+  command
+      .add_option_function<double>(
+          name,
+          [&options, key](double value) {
+            options.assignments.push_back(fmt::format("{}={}", key, value));
+          },
+          meaning)
+      ->check(within(range.minimum, range.maximum, range.unit))
+      ->type_name(unit);
+}
+
+}  // namespace
 
 void add_preset_option(CLI::App& command, const std::string& names, StripOptions& options) {
   command
@@ -26,6 +48,17 @@ void add_strip_options(CLI::App& command, StripOptions& options) {
                   "A setting over the preset's, compressor.threshold=-18; may be repeated")
       ->type_name("KEY=VALUE")
       ->allow_extra_args(false);
+  add_key_option(command, "--gain-in", "gain_in", "DB",
+                 "Gain before everything else, -60 to 60; detection and input meters see what it "
+                 "gives, a key has none. Like the next two it overrides the preset's key of its "
+                 "name, as --set gain_in=DB does",
+                 options);
+  add_key_option(command, "--gain-out", "gain_out", "DB", "Gain after everything else, -60 to 60",
+                 options);
+  add_key_option(command, "--mix", "mix", "PERCENT",
+                 "Share of the processed signal, 0 to 100, in a linear cross-fade with IN behind "
+                 "--gain-in",
+                 options);
   command.add_option("--format", options.format, "Stem format; default: as IN's channels suggest")
       ->type_name("NAME");
   command

@@ -101,6 +101,9 @@ struct DetectorSettings {
 };
 
 struct StripSettings {
+  double gain_in = 0;   // dB, of the audio before everything else; the key channel has none
+  double gain_out = 0;  // dB, after everything else
+  double mix = 100;     // %, 0 to 100: what is processed, the rest being the audio behind gain_in
   std::vector<BandSettings> pre;   // bands before the dynamics, in order
   std::vector<BandSettings> post;  // and after; at most eight bands together
   std::optional<CompressorSettings> compressor;
@@ -109,10 +112,11 @@ struct StripSettings {
   std::optional<BandSettings> key_filter;   // on the detection signal
   std::map<std::string, std::string> link;  // format name to link map, "L R C | LFE | Ls Rs"
   LinkStyle link_style = LinkStyle::kPairs;
-  bool key_enable = false;      // detect from the key channel where there is one
-  bool key_listen = false;      // hear the filtered detection signals in place of the audio
+  bool key_enable = false;  // detect from the key channel where there is one
+  bool key_listen = false;  // hear the filtered detection signals in place of the audio, unmixed
   double input_meter_gain = 0;  // dB, of the input meters only
-  bool bypass = false;          // the outputs are the inputs; the processing runs on unheard
+  bool bypass = false;          // the outputs are the inputs, even without the gains; the
+                                // processing runs on unheard
   double glide = 20;            // ms for coefficients to cover 63.2 % of a change
 };
 

@@ -9,6 +9,21 @@
 #include "section.h"
 
 namespace channelstrip::host {
+namespace {
+
+// Who listens to the key hears nothing else.
+MixCoefficients design_mix(const StripSettings& settings, double sample_rate) {
+  require_decibels("gain_in", settings.gain_in);
+  require_decibels("gain_out", settings.gain_out);
+  require_within(0, 100, "mix", settings.mix, "%");
+  return {.gain_in = db_to_linear(settings.gain_in),
+          .gain_out = db_to_linear(settings.gain_out),
+          .mix = settings.key_listen ? 1 : settings.mix / 100,
+          .weight = one_pole_weight(settings.glide, sample_rate),
+          .bypass = settings.bypass};
+}
+
+}  // namespace
 
 StripCoefficients design_strip(const StripSettings& settings, double sample_rate,
                                const ChannelLayout& layout) {
@@ -26,6 +41,7 @@ StripCoefficients design_strip(const StripSettings& settings, double sample_rate
   naming("link: ", [&] { design_links(settings, layout, dynamics); });
   design_modes(settings, dynamics);
   strip.dezip_rate = static_cast<float>(one_pole_weight(settings.glide, sample_rate, 4));
+  strip.mix = design_mix(settings, sample_rate);
   return strip;
 }
 

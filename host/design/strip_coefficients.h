@@ -10,10 +10,21 @@
 
 namespace channelstrip::host {
 
+// What goes on around the library's strip. The gains are factors.
+struct MixCoefficients {
+  double gain_in = 1, gain_out = 1;
+  double mix = 1;     // share of the processed signal, 0 to 1
+  double weight = 1;  // one-pole weight of the glide per sample
+  bool bypass = false;
+
+  bool is_neutral() const { return gain_in == 1 && gain_out == 1 && mix == 1; }
+};
+
 struct StripCoefficients {
   EQ_SCoefs eq;
   Dyn_SCoefsBlock dynamics;
   float dezip_rate;  // one-pole weight of the glide per quad, four samples
+  MixCoefficients mix;
 };
 
 // A pure function of its arguments. What is not set is neutral: bands pass, terms stay at 0 dB. The

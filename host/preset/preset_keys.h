@@ -19,11 +19,26 @@ inline constexpr std::string_view kDetectorModes[] = {"peak", "smooth", "average
 inline constexpr std::string_view kLinkStyles[] = {"pairs", "film", "music", "all", "none"};
 
 inline constexpr Key<StripSettings> kTopKeys[] = {
+    {.name = "gain_in",
+     .meaning = "gain before everything else; meters and detection see what it gives, the key "
+                "channel has none",
+     .access = kMember<&StripSettings::gain_in>,
+     .range = {"dB", -60, 60}},
+    {.name = "gain_out",
+     .meaning = "gain after everything else",
+     .access = kMember<&StripSettings::gain_out>,
+     .range = {"dB", -60, 60}},
+    {.name = "mix",
+     .meaning =
+         "share of the processed signal in a linear cross-fade with the input behind gain_in",
+     .access = kMember<&StripSettings::mix>,
+     .range = {"%", 0, 100}},
     {.name = "bypass",
-     .meaning = "the outputs are the inputs, while everything runs on",
+     .meaning = "the outputs are the inputs, without either gain, while everything runs on",
      .access = kMember<&StripSettings::bypass>},
     {.name = "glide",
-     .meaning = "time in which a change of a band, a makeup or a range is 63.2 % done",
+     .meaning = "time in which a change of a gain, the mix, a band, a makeup or a range is 63.2 % "
+                "done",
      .access = kMember<&StripSettings::glide>,
      .range = {"ms", 0, 10000}},
 };
@@ -119,7 +134,7 @@ inline constexpr Key<StripSettings> kKeyKeys[] = {
      .meaning = "detect from the key channel where there is one",
      .access = kMember<&StripSettings::key_enable>},
     {.name = "listen",
-     .meaning = "the outputs carry the filtered detection signals",
+     .meaning = "the outputs carry the filtered detection signals, whatever the mix",
      .access = kMember<&StripSettings::key_listen>},
 };
 

@@ -122,9 +122,9 @@ inline constexpr std::string_view kAboutChanges = R"(
     gain = 4
 
 A change holds until another one sets the same key. The tables may be in any order; no two may have
-the same time. `eq.2` is the second `[[eq]]` table of the file. Bands, makeup and ranges glide to
-their new values with the time constant `glide`; everything else takes effect at once. Changes lie
-on a grid of 64 samples.
+the same time. `eq.2` is the second `[[eq]]` table of the file. The gains in and out, the mix, bands,
+makeup and ranges glide to their new values with the time constant `glide`; everything else takes
+effect at once. Changes lie on a grid of 64 samples.
 
 A glide moves a band's coefficients along a straight line, but not its frequency. On the way the
 response swells: over an octave by half a decibel at most, over three octaves by 2 dB for a high
@@ -144,6 +144,8 @@ inline constexpr std::string_view kAboutAssignments = R"(
   `--set 'link.5.1=L R C | LFE | Ls Rs'`.
 - A table that the preset lacks is created: `--set comp.ratio=4` switches the compressor on.
 - `eq.N`, with N one more than the number of bands, adds a band.
+- `--gain-in DB`, `--gain-out DB` and `--mix PERCENT` are assignments, too, to `gain_in`, `gain_out`
+  and `mix`, later than every `--set`.
 - Later assignments override earlier ones. They hold through the preset's changes in time, unless a
   change sets the same key.
 - If a new type or slope has no use for a key that the preset gives the band, the key is dropped.

@@ -24,6 +24,12 @@ bool uses_key(const StripCoefficients& coefficients,
          std::ranges::any_of(changes, enabled, &StripStream::Change::coefficients);
 }
 
+bool mixes(const StripCoefficients& coefficients, const std::vector<StripStream::Change>& changes) {
+  const auto mixed = [](const StripCoefficients& some) { return !some.mix.is_neutral(); };
+  return mixed(coefficients) ||
+         std::ranges::any_of(changes, mixed, &StripStream::Change::coefficients);
+}
+
 std::vector<LinkMap> maps_of(const StripCoefficients& coefficients,
                              const std::vector<StripStream::Change>& changes) {
   std::vector<LinkMap> maps{links_of(coefficients.dynamics)};
@@ -44,6 +50,9 @@ StripStream::StripStream(const Library& library, const StemFormat& format,
       output_pointers_(channels_),
       changes_(std::move(changes)),
       window_gain_(channels_) {
+  if (mixes(coefficients, changes_)) {
+    mix_.emplace(start(coefficients, changes_).mix, input_pointers_.size(), channels_, kWindow);
+  }
   meters_.input_peak.resize(channels_);
   meters_.output_peak.resize(channels_);
   meters_.least_gain.assign(channels_, 1.0f);
@@ -99,6 +108,7 @@ std::size_t StripStream::call_from(std::size_t begin) {
       break;
     }
     strips_.set_coefficients(change.coefficients);
+    if (mix_) mix_->set(change.coefficients.mix);
   }
   call(begin, end);
   if (observer_) read_meters();
@@ -112,12 +122,16 @@ void StripStream::call(std::size_t begin, std::size_t end) {
   for (std::size_t c = 0; c < channels_; ++c) {
     output_pointers_[c] = outputs_.data() + c * kWindow + begin;
   }
-  strips_.process(input_pointers_.data(), output_pointers_.data(), static_cast<int>(end - begin),
-                  keyed_);
+  const std::span<const float* const> inputs = mix_
+                                                   ? mix_->enter(input_pointers_, end - begin)
+                                                   : std::span<const float* const>(input_pointers_);
+  strips_.process(inputs.data(), output_pointers_.data(), static_cast<int>(end - begin), keyed_);
+  if (mix_) mix_->leave(input_pointers_, output_pointers_, end - begin);
 }
 
 void StripStream::read_meters() {
-  const MeterReading& reading = strips_.read_meters();
+  MeterReading reading = strips_.read_meters();
+  if (mix_) reading.output_peak = mix_->output_peak();
   const auto hold_maximum = [](float& held, float value) { held = std::max(held, value); };
   for (std::size_t c = 0; c < channels_; ++c) {
     hold_maximum(meters_.input_peak[c], reading.input_peak[c]);
@@ -128,6 +142,7 @@ void StripStream::read_meters() {
   hold_maximum(meters_.expander_reduction, reading.expander_reduction);
   if (observer_) observer_(reading);
   strips_.reset_meters();
+  if (mix_) mix_->reset_meters();
 }
 
 // The meters hold the greatest gain since their last reset, so the strip stayed at or below the

@@ -4,16 +4,20 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <utility>
 #include <vector>
 
+#include "strip_mix.h"
 #include "strip_set.h"
 
 namespace channelstrip::host {
 
-// What a strip's meters showed over the whole stream, linear. The stream is rounded up to a whole
-// block: up to 15 samples of silence at its end count too, with what still rings in the filters.
+// What a strip's meters showed over the whole stream, linear: input peaks behind the input gain,
+// output peaks behind mix and output gain, and of the gain what the dynamics did. The stream is
+// rounded up to a whole block: up to 15 samples of silence at its end count too, with what still
+// rings in the filters.
 struct StripMeters {
   std::vector<float> input_peak;   // per channel
   std::vector<float> output_peak;  // per channel
@@ -75,6 +79,7 @@ class StripStream {
   void end_window();
 
   StripSet strips_;
+  std::optional<StripMix> mix_;  // none where neither the settings nor a change of them have one
   std::size_t channels_;
   bool keyed_;
   std::size_t pending_ = 0;     // frames waiting in inputs_

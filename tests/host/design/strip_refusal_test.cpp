@@ -107,6 +107,11 @@ TEST(StripRefusal, NamesTheDetectorAndTheGlide) {
   EXPECT_EQ(refused([](StripSettings& s) { s.detector.time = -1; }),
             "detector.time -1 ms is not 0 to 10000 ms");
   EXPECT_EQ(refused([](StripSettings& s) { s.glide = kNan; }), "glide nan ms is not 0 to 10000 ms");
+  EXPECT_EQ(refused([](StripSettings& s) { s.gain_in = kNan; }),
+            "gain_in nan dB is not -200 to 200 dB");
+  EXPECT_EQ(refused([](StripSettings& s) { s.gain_out = -kInfinity; }),
+            "gain_out -inf dB is not -200 to 200 dB");
+  EXPECT_EQ(refused([](StripSettings& s) { s.mix = 101; }), "mix 101 % is not 0 to 100 %");
 }
 
 TEST(StripRefusal, NamesTheInputMeterGain) {

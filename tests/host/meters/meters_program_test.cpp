@@ -116,7 +116,7 @@ TEST_F(MetersProgram, RefusesAnIntervalThatIsNoTime) {
   const std::string input = write_sine(100);
   for (const std::string interval : {"0", "-5", "nan", "60001", "fast"}) {
     expect_refusal({"meters", input, "--interval=" + interval},
-                   "--interval: " + interval + " isn't a time of 1 to 60000 ms");
+                   "--interval: " + interval + " isn't 1 to 60000 ms");
   }
 }
 

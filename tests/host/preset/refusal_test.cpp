@@ -45,11 +45,13 @@ TEST(PresetRefusal, UnknownKeyComesWithTheNearest) {
 TEST(PresetRefusal, UnknownKeyUnlikeAnyComesWithAll) {
   expect_refusals({
       {"loudness = 3\n",
-       "1:1: loudness: unknown key; a preset takes name, bypass, glide, eq, key_filter, "
-       "compressor, expander, detector, key, meter, link, at"},
+       "1:1: loudness: unknown key; a preset takes name, gain_in, gain_out, mix, bypass, glide, "
+       "eq, "
+       "key_filter, compressor, expander, detector, key, meter, link, at"},
       {"[[at]]\ntime = 1\n[at.reverb]\n",
-       "3:5: at.reverb: unknown key; a change takes time, bypass, glide, eq, key_filter, "
-       "compressor, expander, detector, key, meter, link"},
+       "3:5: at.reverb: unknown key; a change takes time, gain_in, gain_out, mix, bypass, glide, "
+       "eq, "
+       "key_filter, compressor, expander, detector, key, meter, link"},
       {"[detector]\nwindow = 3\n",
        "2:1: detector.window: unknown key; [detector] takes mode, time"},
       {"[[eq]]\nwidth = 1\n",

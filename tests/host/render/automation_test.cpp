@@ -36,7 +36,8 @@ const std::string kUnchanged = "[compressor]\nratio = 1\n[[eq]]\nfrequency = 440
 TEST_F(Automated, OutputDiffersFromThePeriodOfTheChangeOn) {
   const std::string file = write(2, noise(2 * kRate, 0.25f));
   const std::vector<float> before = rendered(file, kUnchanged);
-  for (const char* change : {"compressor.makeup = 6", "eq.1.gain = -12", "bypass = true"}) {
+  for (const char* change : {"compressor.makeup = 6", "eq.1.gain = -12", "bypass = true",
+                             "gain_in = 6", "gain_out = -6"}) {
     for (const double time : {0.1, 0.33337, 0.9999}) {
       const std::vector<float> after =
           rendered(file, kUnchanged + "[[at]]\ntime = " + std::to_string(time) + "\n" + change);
@@ -99,7 +100,7 @@ constexpr double kRounding = 0x1p-24;
 TEST_F(Automated, GainOfASineChangesWithoutAClick) {
   for (const std::size_t channels : {1u, 6u}) {
     const std::string file = write(static_cast<int>(channels), sines(channels));
-    for (const std::string key : {"compressor.makeup", "eq.1.gain"}) {
+    for (const std::string key : {"compressor.makeup", "eq.1.gain", "gain_in", "gain_out"}) {
       const auto steady = [&](const char* gain) {
         const std::string start = "[[at]]\ntime = 0\n" + key + " = " + gain + "\n";
         return greatest_steps(rendered(file, kUnchanged + start), channels);
