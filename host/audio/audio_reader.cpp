@@ -1,5 +1,6 @@
 #include "audio_reader.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -61,32 +62,47 @@ int open_audio(const std::string& path, const std::string& name) {
 
 }  // namespace
 
-AudioReader::AudioReader(const std::string& path) : name_(input_name(path)) {
+SF_INFO AudioReader::open(int descriptor) {
   SF_INFO info = {};
-  const int input = open_audio(path, name_);
-  file_ = opened(name_, [&] { return Sndfile(sf_open_fd(input, SFM_READ, &info, SF_TRUE)); });
+  file_ = opened(name_, [&] { return Sndfile(sf_open_fd(descriptor, SFM_READ, &info, SF_TRUE)); });
+  descriptor_ = descriptor;
+  position_ = 0;
+  return info;
+}
 
+AudioReader::AudioReader(const std::string& path) : name_(input_name(path)) {
+  const SF_INFO info = open(open_audio(path, name_));
   format_.sample_rate = info.samplerate;
   format_.channels = info.channels;
   format_.container = info.format & SF_FORMAT_TYPEMASK;
   format_.sample_type = info.format & SF_FORMAT_SUBMASK;
   frames_ = info.frames < SF_COUNT_MAX ? info.frames : -1;
-  missing_ = missing_time(input, frames_, info.samplerate);
+  missing_ = missing_time(descriptor_, frames_, info.samplerate);
   std::vector<int> map(static_cast<std::size_t>(info.channels));
   const bool named = sf_command(file_.get(), SFC_GET_CHANNEL_MAP_INFO, map.data(),
                                 static_cast<int>(map.size() * sizeof(int)));
   // A mask of fewer bits than channels names only some of them, which is no map.
   if (named && std::ranges::count(map, SF_CHANNEL_MAP_INVALID) == 0) format_.channel_map = map;
   metadata_ = read_metadata(file_.get(), format_.container);
-  note_lost_metadata(input);
+  note_lost_metadata();
 }
 
-void AudioReader::note_lost_metadata(int descriptor) {
+void AudioReader::note_lost_metadata() {
   const int container = format_.container;
-  if (container == SF_FORMAT_FLAC) metadata_.refused = lost_flac_blocks(descriptor);
+  if (container == SF_FORMAT_FLAC) metadata_.refused = lost_flac_blocks(descriptor_);
   if (container == SF_FORMAT_FLAC || container == SF_FORMAT_OGG || container == SF_FORMAT_MPEG) {
-    std::ranges::move(lost_tags(descriptor, metadata_.tags), std::back_inserter(metadata_.refused));
+    std::ranges::move(lost_tags(descriptor_, metadata_.tags), std::back_inserter(metadata_.refused));
   }
+}
+
+void AudioReader::rewind() {
+  const int again = fcntl(descriptor_, F_DUPFD_CLOEXEC, 0);
+  if (again < 0 || lseek(again, 0, SEEK_SET) != 0) {
+    const int error = errno;
+    if (again >= 0) close(again);
+    fail_on(name_, std::strerror(error));
+  }
+  open(again);
 }
 
 std::string AudioReader::cut_short() const {

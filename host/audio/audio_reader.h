@@ -24,6 +24,10 @@ class AudioReader {
   // file. Throws for samples that aren't finite: the strip's filters would never recover from one.
   std::span<const float> read(std::span<float> frames);
 
+  // Begins again with the first frame. Works for pipes, of which there is a copy, and needs no
+  // format that can be searched.
+  void rewind();
+
   // The length that the file states; below 0 if it states none.
   sf_count_t frames() const { return frames_; }
 
@@ -35,9 +39,12 @@ class AudioReader {
   sf_count_t position() const { return position_; }
 
  private:
-  void note_lost_metadata(int descriptor);
+  void note_lost_metadata();
+  // Takes the descriptor.
+  SF_INFO open(int descriptor);
 
   std::string name_;
+  int descriptor_ = -1;  // closed with file_
   Sndfile file_;
   AudioFormat format_;
   Metadata metadata_;

@@ -24,7 +24,8 @@ constexpr const char* kReportDescription =
     "Show what a render did to a file, as a web page\n"
     "Runs the settings over IN once more, says whether OUT is what they give, and shows waveform, "
     "spectrum, gain reduction, loudness, peaks and the settings, before and after. The page is "
-    "one file without scripts that every browser opens, to keep beside OUT or to send on.";
+    "one file without scripts that every browser opens, to keep beside OUT or to send on. Of an "
+    "OUT rendered with --loudness, the gain that render told is part of its settings: --gain-out.";
 
 constexpr int kNotWhatTheSettingsGive = 4;
 

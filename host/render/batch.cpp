@@ -61,6 +61,7 @@ class Jobs {
                   .strip = batch_.strip,
                   .choice = batch_.choice,
                   .dither = batch_.dither,
+                  .loudness = batch_.loudness,
                   .existing = batch_.existing,
                   .on_progress = [&](double seconds, double part) {
                     progress_.advance(index, input_name(result.file.input), seconds, part);

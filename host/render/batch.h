@@ -24,6 +24,7 @@ struct Batch {
   StripOptions strip;
   OutputChoice choice = {};
   std::optional<Dither> dither = {};
+  std::optional<LoudnessTarget> loudness = {};  // of each file by itself
   Existing existing = Existing::kKept;
   bool makes_folders = false;  // those that the outputs lie in
   unsigned jobs = 1;           // at a time, 1 or more

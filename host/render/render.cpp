@@ -5,10 +5,14 @@
 
 #include <algorithm>
 #include <iterator>
+#include <span>
+#include <stdexcept>
 #include <utility>
 
 #include "../audio/audio_writer.h"
 #include "../audio/broadcast_loudness.h"
+#include "../design/dynamics.h"
+#include "../loudness/programme.h"
 #include "../run/strip_run.h"
 #include "../system/interrupt.h"
 #include "../system/standard_streams.h"
@@ -49,6 +53,42 @@ std::vector<std::string> warnings(const std::string& output, const AudioWriter& 
   return lines;
 }
 
+std::span<const float> times(float gain, std::span<const float> samples,
+                             std::vector<float>& scaled) {
+  scaled.resize(samples.size());
+  std::ranges::transform(samples, scaled.begin(), [gain](float x) { return gain * x; });
+  return scaled;
+}
+
+// Runs the input through the strip, once of `passes` times; each takes an equal part of the
+// progress.
+template <typename Use>
+void pass(StripRun& run, const RenderOptions& options, int number, int passes, Use use) {
+  const double sample_rate = run.format().sample_rate;
+  for (StripRun::Piece piece; run.next(piece);) {
+    if (const int signal = interrupted()) throw Interrupted{signal};
+    use(piece);
+    if (!options.on_progress) continue;
+    const double frames = static_cast<double>(piece.input.size()) / run.format().channels;
+    const double part = run.part_read();
+    options.on_progress(frames / sample_rate / passes, part < 0 ? part : (number + part) / passes);
+  }
+}
+
+// Measures what the strip makes of the input and begins again.
+Normalisation measure(StripRun& run, const RenderOptions& options) {
+  ProgrammeMeter meter = [&] {
+    try {
+      return ProgrammeMeter(run.format().sample_rate, run.layout());
+    } catch (const std::invalid_argument& error) {
+      throw std::runtime_error(fmt::format("{}: {}", input_name(options.input), error.what()));
+    }
+  }();
+  pass(run, options, 0, 2, [&](const StripRun::Piece& piece) { meter.add(piece.output); });
+  run.rewind();
+  return normalise(meter.programme(), *options.loudness);
+}
+
 }  // namespace
 
 RenderReport render(const RenderOptions& options) {
@@ -62,15 +102,17 @@ RenderReport render(const RenderOptions& options) {
                       .existing = options.existing,
                       .frames = run.frames_stated()});
   const double sample_rate = run.format().sample_rate;
-  for (StripRun::Piece piece; run.next(piece);) {
-    if (const int signal = interrupted()) throw Interrupted{signal};
-    writer.write(piece.output, piece.source);
-    if (options.on_progress) {
-      const double frames = static_cast<double>(piece.input.size()) / run.format().channels;
-      options.on_progress(frames / sample_rate, run.part_read());
-    }
-  }
+  std::optional<Normalisation> normalisation;
+  if (options.loudness) normalisation = measure(run, options);
+  const auto gain = static_cast<float>(db_to_linear(normalisation ? normalisation->gain : 0));
+  const int passes = normalisation ? 2 : 1;
+  std::vector<float> scaled;
+  pass(run, options, passes - 1, passes, [&](const StripRun::Piece& piece) {
+    writer.write(gain == 1 ? piece.output : times(gain, piece.output, scaled), piece.source);
+  });
   writer.commit();
+  StripMeters meters = run.stream().meters();
+  for (float& peak : meters.output_peak) peak *= gain;
   std::vector<std::string> lines = run.remarks();
   std::ranges::move(warnings(output_name(options.output), writer, loudness_left_out),
                     std::back_inserter(lines));
@@ -82,7 +124,8 @@ RenderReport render(const RenderOptions& options) {
           .output_format = format,
           .layout = run.layout(),
           .frames = run.frames_read(),
-          .meters = run.stream().meters(),
+          .meters = std::move(meters),
+          .normalisation = normalisation,
           .clipped = writer.clipped(),
           .warnings = std::move(lines),
           .cut_short = run.cut_short()};

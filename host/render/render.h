@@ -11,6 +11,7 @@
 #include "../audio/dither.h"
 #include "../audio/output_format.h"
 #include "../design/channel_layout.h"
+#include "../loudness/normalisation.h"
 #include "../run/strip_options.h"
 #include "../strip/strip_stream.h"
 #include "../system/interrupt.h"
@@ -23,7 +24,8 @@ struct RenderOptions {
   std::string output;
   StripOptions strip;
   OutputChoice choice = {};
-  std::optional<Dither> dither = {};  // none: as is usual for the output's sample type
+  std::optional<Dither> dither = {};            // none: as is usual for the output's sample type
+  std::optional<LoudnessTarget> loudness = {};  // none: the level is what the settings give
   Existing existing = Existing::kKept;
   // Called now and then with the seconds of audio rendered since the last time, and the part of the
   // whole that is done, below 0 if that isn't known.
@@ -36,14 +38,17 @@ struct RenderReport {
   AudioFormat output_format;
   ChannelLayout layout;
   sf_count_t frames = 0;
-  StripMeters meters;
+  StripMeters meters;  // the output's behind all gains
+  std::optional<Normalisation> normalisation = {};
   long long clipped = 0;               // samples
   std::vector<std::string> warnings;   // clipping among them
   std::vector<std::string> cut_short;  // StripRun::cut_short()
 };
 
-// Either the whole output stands in its place or nothing has changed. Throws std::runtime_error,
-// one line for the user, or Interrupted. May run in several threads at once.
+// With a target loudness the input is read twice: what the strip makes of it is measured, then
+// written with the gain that takes it there. Either the whole output stands in its place or nothing
+// has changed. Throws std::runtime_error, one line for the user, or Interrupted. May run in several
+// threads at once.
 RenderReport render(const RenderOptions& options);
 
 }  // namespace channelstrip::host

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <nlohmann/json.hpp>
 #include <span>
 #include <string>
@@ -34,6 +35,30 @@ nlohmann::json finite_or_null(double value) {
   return std::isfinite(value) ? nlohmann::json(value) : nlohmann::json(nullptr);
 }
 
+// What was reached, as a sentence.
+std::string loudness_line(const Normalisation& reached) {
+  if (reached.true_peak == std::numeric_limits<double>::infinity()) {
+    return "no finite peak: the level stays as it is";
+  }
+  if (!reached.loudness) {
+    return "no loudness, all silence or shorter than 0.4 s: the level stays as it is";
+  }
+  const std::string loudness = fmt::format("loudness {:.1f} LUFS", *reached.loudness);
+  if (reached.held) {
+    return fmt::format("{} instead of {}: true peak held at {:.1f} dBTP, gain {:+.2f} dB", loudness,
+                       reached.target.loudness, reached.true_peak, reached.gain);
+  }
+  return fmt::format("{}, true peak {:.1f} dBTP, gain {:+.2f} dB", loudness, reached.true_peak,
+                     reached.gain);
+}
+
+nlohmann::json loudness_json(const Normalisation& reached) {
+  return {{"target", reached.target.loudness},
+          {"integrated", reached.loudness ? nlohmann::json(*reached.loudness) : nullptr},
+          {"true_peak", finite_or_null(reached.true_peak)},
+          {"gain", reached.gain}};
+}
+
 }  // namespace
 
 std::string summary_text(const RenderFile& file, const RenderReport& report) {
@@ -56,6 +81,7 @@ std::string summary_text(const RenderFile& file, const RenderReport& report) {
   text += fmt::format("\ngreatest reduction: compressor {:.1f} dB, expander {:.1f} dB\n",
                       reduction(1 - meters.compressor_reduction),
                       reduction(1 - meters.expander_reduction));
+  if (report.normalisation) text += loudness_line(*report.normalisation) + '\n';
   for (const std::string& warning : report.warnings) {
     text += fmt::format("\nwarning: {}\n", one_line(warning));
   }
@@ -72,6 +98,7 @@ std::string summary_line(const RenderFile& file, const RenderReport& report) {
       "{} -> {}: peak {:.1f} -> {:.1f} dBFS, reduction {:.1f} dB\n", one_line(file.input),
       one_line(file.output), loudest(meters.input_peak), loudest(meters.output_peak),
       reduction(1 - std::max(meters.compressor_reduction, meters.expander_reduction)));
+  if (report.normalisation) text += fmt::format("  {}\n", loudness_line(*report.normalisation));
   for (const std::string& warning : report.warnings) {
     text += fmt::format("  warning: {}\n", one_line(warning));
   }
@@ -96,20 +123,23 @@ nlohmann::json summary_json(const RenderFile& file, const RenderReport& report) 
                         {"reduction", finite_or_null(reduction(meters.least_gain[c]))}});
   }
   const auto seconds = static_cast<double>(report.frames) / report.format.sample_rate;
-  return {{"input", file.input},
-          {"output", file.output},
-          {"preset", report.preset_name},
-          {"format", report.layout.format->name},
-          {"sample_rate", report.format.sample_rate},
-          {"sample_type", sample_type_name(report.output_format)},
-          {"frames", report.frames},
-          {"seconds", seconds},
-          {"channels", channels},
-          {"compressor_reduction", finite_or_null(reduction(1 - meters.compressor_reduction))},
-          {"expander_reduction", finite_or_null(reduction(1 - meters.expander_reduction))},
-          {"clipped", report.clipped},
-          {"warnings", report.warnings},
-          {"cut_short", report.cut_short}};
+  nlohmann::json json{
+      {"input", file.input},
+      {"output", file.output},
+      {"preset", report.preset_name},
+      {"format", report.layout.format->name},
+      {"sample_rate", report.format.sample_rate},
+      {"sample_type", sample_type_name(report.output_format)},
+      {"frames", report.frames},
+      {"seconds", seconds},
+      {"channels", channels},
+      {"compressor_reduction", finite_or_null(reduction(1 - meters.compressor_reduction))},
+      {"expander_reduction", finite_or_null(reduction(1 - meters.expander_reduction))},
+      {"clipped", report.clipped},
+      {"warnings", report.warnings},
+      {"cut_short", report.cut_short}};
+  if (report.normalisation) json["loudness"] = loudness_json(*report.normalisation);
+  return json;
 }
 
 }  // namespace channelstrip::host

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "../audio/audio_format.h"
+#include "../loudness/loudness.h"
 #include "envelope.h"
-#include "loudness.h"
 #include "part.h"
 #include "spectrum.h"
 

@@ -22,6 +22,11 @@ class KeySource {
   // fewer once the key has ended, none without a key. A view, valid until the next call.
   std::span<const float> next(std::span<const float> frames);
 
+  // As AudioReader::rewind().
+  void rewind() {
+    if (file_) file_->rewind();
+  }
+
   // As AudioReader::cut_short(), of the key's own file.
   std::string cut_short() const { return file_ ? file_->cut_short() : std::string(); }
 

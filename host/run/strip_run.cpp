@@ -74,12 +74,13 @@ void check_strip_options(const StripOptions& options) {
 }
 
 StripRun::StripRun(const std::string& input, const StripOptions& options)
-    : reader_(input),
+    : culprit_(options.preset.value_or(input)),
+      reader_(input),
       preset_(preset_of(options, format().sample_rate)),
       layout_(layout_of(input, format(), options)),
       library_(options.library),
       key_(options, input, format()),
-      stream_(make_stream(options.preset.value_or(input))),
+      stream_(make_stream()),
       input_(kPiece * static_cast<std::size_t>(format().channels)) {}
 
 double StripRun::part_read() const {
@@ -93,14 +94,14 @@ std::vector<std::string> StripRun::cut_short() const {
   return lines;
 }
 
-StripStream StripRun::make_stream(const std::string& culprit) const {
+StripStream StripRun::make_stream() const {
   const double sample_rate = format().sample_rate;
   check_fits(preset_, sample_rate, layout_);
   try {
     return {library_, *layout_.format, design_strip(preset_.settings, sample_rate, layout_),
             design_changes(preset_, sample_rate, layout_)};
   } catch (const std::invalid_argument& error) {
-    throw std::runtime_error(fmt::format("{}: {}", culprit, error.what()));
+    throw std::runtime_error(fmt::format("{}: {}", culprit_, error.what()));
   }
 }
 
@@ -116,6 +117,15 @@ bool StripRun::next(Piece& piece) {
   piece.output = output_;
   piece.source = std::span<const float>(sources_).first(output_.size());
   return true;
+}
+
+void StripRun::rewind() {
+  reader_.rewind();
+  key_.rewind();
+  stream_ = make_stream();
+  output_.clear();
+  sources_.clear();
+  ended_ = false;
 }
 
 }  // namespace channelstrip::host

@@ -50,10 +50,13 @@ class StripRun {
   // False when there is nothing more.
   bool next(Piece& piece);
 
- private:
-  // `culprit` is the file that messages about an impossible setting begin with.
-  StripStream make_stream(const std::string& culprit) const;
+  // Begins again, with the first frame and a strip at its beginning.
+  void rewind();
 
+ private:
+  StripStream make_stream() const;
+
+  std::string culprit_;  // the file that messages about an impossible setting begin with
   AudioReader reader_;
   Preset preset_;
   ChannelLayout layout_;

@@ -20,9 +20,7 @@ struct Loudness {
   std::vector<double> true_peak;     // per channel, linear, never below the highest sample
 };
 
-// By label: the LFE doesn't count, surrounds at 60 to 120 degrees weigh 1.5 dB more. A pair Ls Rs
-// stands at 110 degrees or, with a pair Lb Rb at 135 behind it, at 90. A mono stream is one
-// loudspeaker: it reads 3 dB less than the same signal in both channels of a stereo one.
+// Channels weigh as open_ebur128() says.
 class LoudnessMeter {
  public:
   // Throws std::invalid_argument for a sample rate outside 16 to 2822400 Hz.

@@ -1,4 +1,4 @@
-#include "host/report/loudness.h"
+#include "host/loudness/loudness.h"
 
 #include <gtest/gtest.h>
 
