@@ -23,7 +23,7 @@ constexpr const char* kMetersDescription =
 
 constexpr const char* kMetersFooter = R"(Columns, in dB but for the time:
   time                  s from the beginning of the file to that of the interval
-  input_peak_L ...      each channel's highest sample before the strip and behind
+  input_peak_L ...      each channel's highest sample before the strip, behind
                         --gain-in, dBFS
   output_peak_L ...     and after the strip, --mix and --gain-out, dBFS
   level                 the detector's while that gain was in force, dBFS
@@ -32,7 +32,8 @@ constexpr const char* kMetersFooter = R"(Columns, in dB but for the time:
   expander_reduction    deepest of any group, gate included
   channel_gain_L ...    that of each channel's link group, without makeup
   A gain is the lowest that lasted for a period of 64 frames; reductions count
-  single samples. Silence is -inf, in JSON null.
+  single samples. Both are the strip's own, whatever the mix. Silence is -inf,
+  in JSON null.
 
 Exit status:
   0  the table is complete

@@ -43,6 +43,19 @@ TEST(TruePeak, IsLibebur128s) {
   }
 }
 
+// A sine at a quarter of the rate, 45 degrees off its crests, behind higher samples.
+TEST(TruePeak, MayLieWhereSamplesAreLower) {
+  std::vector<float> stream(2000, 0.55f);
+  for (int i = 0; i < 1000; ++i) {
+    for (const float x : {0.5f, 0.5f, -0.5f, -0.5f}) stream.push_back(x);
+  }
+  LoudnessMeter judge(48000, layout_of("Mono"));
+  judge.add(stream);
+  const double expected = judge.loudness().true_peak.front();
+  ASSERT_GT(expected, 0.65);
+  EXPECT_NEAR(peak_of(stream, 48000, 1, 6000), expected, 24 * 0x1p-24);
+}
+
 TEST(TruePeak, DoesNotDependOnTheCutting) {
   const std::vector<float> stream = noise(3 * 5000, 0.7f);
   const float whole = peak_of(stream, 48000, 3, 5000);
