@@ -13,7 +13,7 @@ namespace channelstrip::host {
 // Lines for people.
 std::string summary_text(const RenderFile& file, const RenderReport& report);
 
-// One line for a file among many, and one for each warning.
+// One line for a file among many, one for a loudness that was asked for, and one for each warning.
 std::string summary_line(const RenderFile& file, const RenderReport& report);
 
 // What became of many files.
@@ -24,7 +24,8 @@ struct Tally {
 std::string tally_line(const Tally& tally);
 
 // The same for programs. Peaks are in dBFS, reductions in dB and positive, each null where it is
-// infinite.
+// infinite. "loudness" is there if one was asked for: target and integrated in LUFS, true_peak in
+// dBTP, gain in dB.
 nlohmann::json summary_json(const RenderFile& file, const RenderReport& report);
 
 }  // namespace channelstrip::host
