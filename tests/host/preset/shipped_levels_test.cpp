@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <string>
 
-#include "host/report/loudness.h"
+#include "host/loudness/loudness.h"
 #include "programme.h"
 #include "shipped.h"
 
