@@ -1,4 +1,4 @@
-// Loudness and true peak: ITU-R BS.1770, EBU R 128, EBU Tech 3341 and 3342, measured by libebur128.
+// Loudness and true peak: ITU-R BS.1770, EBU R 128, EBU Tech 3341 and 3342, with libebur128.
 
 #pragma once
 

@@ -32,7 +32,7 @@ double gain_to(const Programme& programme, double loudness, double target) {
 }  // namespace
 
 Normalisation normalise(const Programme& programme, const LoudnessTarget& target) {
-  const double peak = linear_to_db(static_cast<double>(programme.true_peak));
+  const double peak = linear_to_db(programme.true_peak);
   const auto loudness = integrated_loudness(programme, 0);
   Normalisation result{.target = target, .true_peak = peak};
   if (!loudness || !std::isfinite(peak)) return result;

@@ -15,7 +15,7 @@ namespace channelstrip::host {
 
 struct Programme {
   std::vector<double> power;  // weighted mean square of every 0.1 s, 1 at -0.691 LUFS
-  float true_peak = 0;        // of any channel, linear
+  double true_peak = 0;       // of any channel, linear
 };
 
 // Integrated loudness in LUFS with a gain in dB (ITU-R BS.1770-4, annex 1): the mean of the blocks

@@ -8,19 +8,36 @@
 namespace channelstrip::host {
 namespace {
 
-constexpr std::size_t kPiece = 256;             // frames
-constexpr int kWidth = 48;                      // of the window, in steps of the interpolation
-constexpr float kRounding = 1 + 24 * 0x1p-23f;  // above that of a filter's sum
+constexpr int kTaps = 49;
+constexpr double kRounding = 1 + 0x1p-22;  // above that of a value in single precision
 
-std::size_t factor_at(double sample_rate) {
+// Frames whose values between stay in the first cache.
+constexpr std::size_t kPiece = 256;
+
+int oversampling(double sample_rate) {
   return sample_rate < 96000 ? 4 : sample_rate < 192000 ? 2 : 1;
 }
 
-float tap(int step, std::size_t factor) {
-  const int centred = step - kWidth / 2;
-  const double x = std::numbers::pi * centred / static_cast<double>(factor);
-  const double window = 0.5 * (1 - std::cos(2 * std::numbers::pi * step / kWidth));
-  return static_cast<float>(std::sin(x) / x * window);
+double coefficient(int tap, int factor) {
+  const double angle = (tap - (kTaps - 1) / 2.0) * std::numbers::pi / factor;
+  const double window = 0.5 * (1 - std::cos(2 * std::numbers::pi * tap / (kTaps - 1)));
+  return std::sin(angle) / angle * window;
+}
+
+// One output for every sample that has Taps - 1 others before it, summed from the newest to the
+// oldest of them. The number of taps as a constant lets the compiler compute many outputs at once.
+template <std::size_t Taps>
+void filter(const std::vector<double>& coefficients, const std::vector<double>& samples,
+            std::vector<float>& outputs) {
+  outputs.resize(samples.size() - (Taps - 1));
+  float* __restrict const output = outputs.data();
+  const double* const input = samples.data();
+  const double* const weights = coefficients.data();
+  for (std::size_t i = 0; i < outputs.size(); ++i) {
+    double sum = 0;
+    for (std::size_t tap = 0; tap < Taps; ++tap) sum += input[i + Taps - 1 - tap] * weights[tap];
+    output[i] = static_cast<float>(sum);
+  }
 }
 
 // Of many samples side by side, so that compilers need no order of the comparisons.
@@ -36,53 +53,60 @@ float highest_magnitude(std::span<const float> samples) {
   return std::ranges::max(lanes);
 }
 
+double highest_magnitude(std::span<const double> samples) {
+  double highest = 0;
+  for (const double sample : samples) highest = std::max(highest, std::abs(sample));
+  return highest;
+}
+
 }  // namespace
 
-TruePeakMeter::TruePeakMeter(double sample_rate, std::size_t channels)
-    : channels_(channels), reach_(kWidth / factor_at(sample_rate)) {
-  const std::size_t factor = factor_at(sample_rate);
-  // Phase 0 is the samples themselves.
-  for (std::size_t phase = 1; phase < factor; ++phase) {
-    std::vector<float>& taps = phases_.emplace_back();
-    float sum = 0;
-    for (std::size_t step = phase; step < kWidth; step += factor) {
-      taps.push_back(tap(static_cast<int>(step), factor));
-      sum += std::abs(taps.back());
+// The phase of tap 0 gives the samples themselves.
+TruePeakMeter::TruePeakMeter(double sample_rate, std::size_t channels) : channels_(channels) {
+  const int factor = oversampling(sample_rate);
+  for (int phase = 1; phase < factor; ++phase) {
+    std::vector<double>& coefficients = phases_.emplace_back();
+    double sum = 0;
+    for (int tap = phase; tap < kTaps; tap += factor) {
+      coefficients.push_back(coefficient(tap, factor));
+      sum += std::abs(coefficients.back());
     }
     most_gain_ = std::max(most_gain_, kRounding * sum);
   }
-  history_.assign(channels, std::vector<float>(reach_ - 1));
-  samples_.resize(reach_ - 1 + kPiece);
-  values_.resize(kPiece);
+  if (phases_.empty()) return;
+  for (Channel& channel : channels_) channel.samples.resize(phases_.front().size() - 1);
 }
 
 void TruePeakMeter::add(std::span<const float> frames) {
   while (!frames.empty()) {
-    const std::span<const float> piece = frames.first(std::min(frames.size(), kPiece * channels_));
-    for (std::size_t c = 0; c < channels_; ++c) add_piece(piece, c);
+    const auto piece = frames.first(std::min(frames.size(), kPiece * channels_.size()));
+    for (std::size_t c = 0; c < channels_.size(); ++c) add_piece(piece, c);
     frames = frames.subspan(piece.size());
   }
 }
 
 void TruePeakMeter::add_piece(std::span<const float> frames, std::size_t channel) {
-  const std::size_t count = frames.size() / channels_;
-  std::vector<float>& history = history_[channel];
-  float* const fresh = std::ranges::copy(history, samples_.data()).out;
-  for (std::size_t i = 0; i < count; ++i) fresh[i] = frames[i * channels_ + channel];
-  const auto samples = std::span(samples_).first(history.size() + count);
-  const float highest = highest_magnitude(samples);
-  peak_ = std::max(peak_, highest);
-  std::ranges::copy(samples.last(history.size()), history.begin());
-  if (highest * most_gain_ <= peak_) return;
-  // Taken backwards, each filter is one of the others or itself.
-  const auto values = std::span(values_).first(count);
-  for (const std::vector<float>& taps : phases_) {
-    std::ranges::fill(values, 0.0f);
-    for (std::size_t t = 0; t < taps.size(); ++t) {
-      for (std::size_t i = 0; i < count; ++i) values[i] += taps[t] * samples[i + t];
-    }
-    peak_ = std::max(peak_, highest_magnitude(values));
+  auto& [samples, peak] = channels_[channel];
+  piece_.resize(frames.size() / channels_.size());
+  for (std::size_t i = 0; i < piece_.size(); ++i) {
+    piece_[i] = frames[i * channels_.size() + channel];
   }
+  const float highest = highest_magnitude(std::span<const float>(piece_));
+  peak = std::max(peak, highest);
+  const double before = highest_magnitude(std::span<const double>(samples));
+  samples.insert(samples.end(), piece_.begin(), piece_.end());
+  if (std::max(before, static_cast<double>(highest)) * most_gain_ > static_cast<double>(peak)) {
+    for (const auto& phase : phases_) {
+      phase.size() == 12 ? filter<12>(phase, samples, between_)
+                         : filter<24>(phase, samples, between_);
+      peak = std::max(peak, highest_magnitude(std::span<const float>(between_)));
+    }
+  }
+  samples.erase(samples.begin(), samples.begin() + std::ssize(piece_));
+}
+
+double TruePeakMeter::peak() const {
+  return static_cast<double>(std::ranges::max(channels_, {}, &Channel::peak).peak);
 }
 
 }  // namespace channelstrip::host

@@ -2,22 +2,15 @@
 
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <span>
+#include <utility>
+#include <vector>
 
+#include "extremes.h"
 #include "folding_track.h"
 
 namespace channelstrip::host {
-
-struct Extremes {
-  float low = 0, high = 0;
-
-  void merge(const Extremes& other) {
-    low = std::min(low, other.low);
-    high = std::max(high, other.high);
-  }
-};
 
 // The extremes of all samples of some of a stream's channels.
 class Envelope {
@@ -25,8 +18,8 @@ class Envelope {
   explicit Envelope(std::vector<std::size_t> channels, std::size_t columns = 240)
       : channels_(std::move(channels)), track_(columns) {}
 
-  // A whole number of interleaved frames of `channels` channels.
-  void add(std::span<const float> frames, std::size_t channels);
+  // One buffer for each channel of the stream, all of the same length.
+  void add(std::span<const std::vector<float>> buffers);
 
   std::span<const Extremes> columns() const { return track_.columns(); }
   std::size_t frames_per_column() const { return track_.units_per_column(); }

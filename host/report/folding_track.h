@@ -17,13 +17,18 @@ class FoldingTrack {
   // In the end there are `wanted` to 2 * wanted - 1 columns, or one per unit if there are fewer.
   explicit FoldingTrack(std::size_t wanted) : wanted_(wanted) { columns_.reserve(2 * wanted); }
 
-  void add(const Column& unit) {
+  // How many units the column that is being filled still takes.
+  std::size_t room() const { return units_per_column_ - filled_; }
+
+  // `merged` holds `units` units, room() at most.
+  void add(const Column& merged, std::size_t units = 1) {
     if (filled_ == 0) {
-      columns_.push_back(unit);
+      columns_.push_back(merged);
     } else {
-      columns_.back().merge(unit);
+      columns_.back().merge(merged);
     }
-    if (++filled_ < units_per_column_) return;
+    filled_ += units;
+    if (filled_ < units_per_column_) return;
     filled_ = 0;
     if (columns_.size() == 2 * wanted_) fold();
   }

@@ -18,6 +18,7 @@ float highest_value(const AudioFormat& format) {
 SignalAnalysis::SignalAnalysis(const AudioFormat& format, const ChannelLayout& layout,
                                const std::vector<Part>& parts)
     : full_scale_(highest_value(format)),
+      buffers_(layout.labels.size()),
       channels_(layout.labels.size()),
       loudness_(format.sample_rate, layout) {
   for (const Part& part : parts) envelopes_.emplace_back(part.channels);
@@ -25,16 +26,20 @@ SignalAnalysis::SignalAnalysis(const AudioFormat& format, const ChannelLayout& l
 }
 
 void SignalAnalysis::add(std::span<const float> frames) {
-  const std::size_t channels = channels_.size();
-  for (Envelope& envelope : envelopes_) envelope.add(frames, channels);
-  for (std::size_t c = 0; c < channels; ++c) {
-    for (std::size_t i = c; i < frames.size(); i += channels) {
-      const float magnitude = std::abs(frames[i]);
-      channels_[c].peak = std::max(channels_[c].peak, magnitude);
-      if (magnitude >= full_scale_) ++channels_[c].at_full_scale;
-      spectra_[c].add(frames[i]);
+  if (frames.empty()) return;
+  for (std::size_t c = 0; c < channels_.size(); ++c) {
+    std::vector<float>& samples = buffers_[c];
+    samples.clear();
+    for (std::size_t i = c; i < frames.size(); i += channels_.size()) samples.push_back(frames[i]);
+    const float peak = extremes_of(samples).magnitude();
+    channels_[c].peak = std::max(channels_[c].peak, peak);
+    if (peak >= full_scale_) {
+      channels_[c].at_full_scale += std::ranges::count_if(
+          samples, [&](float sample) { return std::abs(sample) >= full_scale_; });
     }
+    spectra_[c].add(samples);
   }
+  for (Envelope& envelope : envelopes_) envelope.add(buffers_);
   loudness_.add(frames);
 }
 

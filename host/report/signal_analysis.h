@@ -35,6 +35,7 @@ class SignalAnalysis {
 
  private:
   float full_scale_;
+  std::vector<std::vector<float>> buffers_;  // per channel, of the frames that are added
   std::vector<Channel> channels_;
   std::vector<Envelope> envelopes_;
   std::vector<WelchSpectrum> spectra_;  // per channel

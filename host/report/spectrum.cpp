@@ -6,6 +6,7 @@
 #include <bit>
 #include <cmath>
 #include <numbers>
+#include <numeric>
 
 namespace channelstrip::host {
 namespace {
@@ -19,9 +20,13 @@ std::size_t segment_length(double sample_rate) {
 }
 
 // Periodic, so that overlapping halves sum to 1.
-double hann(std::size_t i, std::size_t length) {
-  return 0.5 - 0.5 * std::cos(2 * std::numbers::pi * static_cast<double>(i) /
-                              static_cast<double>(length));
+std::vector<double> hann(std::size_t length) {
+  std::vector<double> window(length);
+  for (std::size_t i = 0; i < length; ++i) {
+    window[i] = 0.5 - 0.5 * std::cos(2 * std::numbers::pi * static_cast<double>(i) /
+                                     static_cast<double>(length));
+  }
+  return window;
 }
 
 // The sum of the power below any frequency.
@@ -62,9 +67,8 @@ struct WelchSpectrum::Transform {
       : input(static_cast<double*>(fftw_malloc(length * sizeof(double)))),
         output(static_cast<fftw_complex*>(fftw_malloc((length / 2 + 1) * sizeof(fftw_complex)))),
         plan(fftw_plan_dft_r2c_1d(static_cast<int>(length), input.get(), output.get(),
-                                  FFTW_ESTIMATE)) {
-    for (std::size_t i = 0; i < length; ++i) window.push_back(hann(i, length));
-  }
+                                  FFTW_ESTIMATE)),
+        window(hann(length)) {}
 
   std::unique_ptr<double, Free> input;
   std::unique_ptr<fftw_complex, Free> output;
@@ -87,43 +91,46 @@ double WelchSpectrum::bin_width() const {
   return sample_rate_ / static_cast<double>(length_);
 }
 
-void WelchSpectrum::add(float sample) {
-  segment_.push_back(sample);
-  if (segment_.size() < length_) return;
-  std::ranges::transform(sum_, transformed(length_), sum_.begin(), std::plus());
-  ++segments_;
-  segment_.erase(segment_.begin(), segment_.begin() + static_cast<std::ptrdiff_t>(length_ / 2));
+void WelchSpectrum::add(std::span<const float> samples) {
+  while (!samples.empty()) {
+    const auto next = samples.first(std::min(samples.size(), length_ - segment_.size()));
+    samples = samples.subspan(next.size());
+    segment_.insert(segment_.end(), next.begin(), next.end());
+    if (segment_.size() < length_) return;
+    add_power(transform_->window, sum_);
+    ++segments_;
+    segment_.erase(segment_.begin(), segment_.begin() + static_cast<std::ptrdiff_t>(length_ / 2));
+  }
 }
 
 std::vector<double> WelchSpectrum::power() const {
-  if (segments_ == 0) return transformed(segment_.size());
   std::vector<double> mean = sum_;
-  for (double& bin : mean) bin /= static_cast<double>(segments_);
+  if (segments_ == 0) add_power(hann(segment_.size()), mean);
+  for (double& bin : mean) bin /= static_cast<double>(std::max<std::size_t>(segments_, 1));
   return mean;
 }
 
-// The power spectrum of the first `samples` of the segment, followed by zeros. By Parseval's
-// theorem the bins' squares, divided by the length times the window's energy, sum to the mean
-// square; all bins but the first and the last count twice, for the negative frequencies.
-std::vector<double> WelchSpectrum::transformed(std::size_t samples) const {
-  std::vector<double> power(sum_.size());
-  double energy = 0;
+// Adds the power spectrum of the segment, up to the window's length and followed by zeros. By
+// Parseval's theorem the bins' squares, divided by the length times the window's energy, sum to the
+// mean square; all bins but the first and the last count twice, for the negative frequencies.
+void WelchSpectrum::add_power(std::span<const double> window, std::span<double> sum) const {
+  const double energy = std::inner_product(window.begin(), window.end(), window.begin(), 0.0);
+  if (energy == 0) return;
   double* const input = transform_->input.get();
-  std::fill(input, input + length_, 0.0);
-  for (std::size_t i = 0; i < samples; ++i) {
-    const double weight = samples == length_ ? transform_->window[i] : hann(i, samples);
-    input[i] = weight * static_cast<double>(segment_[i]);
-    energy += weight * weight;
+  for (std::size_t i = 0; i < window.size(); ++i) {
+    input[i] = window[i] * static_cast<double>(segment_[i]);
   }
-  if (energy == 0) return power;
+  std::fill(input + window.size(), input + length_, 0.0);
   fftw_execute(transform_->plan.get());
-  for (std::size_t k = 0; k < power.size(); ++k) {
-    const auto& [real, imaginary] = transform_->output.get()[k];
-    const double sides = k == 0 || k == length_ / 2 ? 1 : 2;
-    power[k] =
-        sides * (real * real + imaginary * imaginary) / (static_cast<double>(length_) * energy);
-  }
-  return power;
+  const fftw_complex* const output = transform_->output.get();
+  const double whole = static_cast<double>(length_) * energy;
+  const auto square = [&](std::size_t bin) {
+    const auto& [real, imaginary] = output[bin];
+    return real * real + imaginary * imaginary;
+  };
+  sum.front() += square(0) / whole;
+  for (std::size_t k = 1; k + 1 < sum.size(); ++k) sum[k] += 2 * square(k) / whole;
+  sum.back() += square(sum.size() - 1) / whole;
 }
 
 std::vector<BandLevel> band_levels(std::span<const double> power, double bin_width, double floor) {

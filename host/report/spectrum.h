@@ -25,7 +25,7 @@ class WelchSpectrum {
   WelchSpectrum(WelchSpectrum&&) noexcept;
   WelchSpectrum& operator=(WelchSpectrum&&) = delete;
 
-  void add(float sample);
+  void add(std::span<const float> samples);
 
   // Power of bins 0 Hz, bin_width() ... half the sample rate, whose sum is the mean square of the
   // segments as windowed: 0.5 for a sine at full scale.
@@ -37,7 +37,7 @@ class WelchSpectrum {
  private:
   struct Transform;
 
-  std::vector<double> transformed(std::size_t samples) const;
+  void add_power(std::span<const double> window, std::span<double> sum) const;
 
   double sample_rate_;
   std::size_t length_;

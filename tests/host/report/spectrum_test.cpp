@@ -16,7 +16,7 @@ using namespace host;
 
 WelchSpectrum spectrum_of(const std::vector<float>& samples, double sample_rate) {
   WelchSpectrum spectrum(sample_rate);
-  for (const float sample : samples) spectrum.add(sample);
+  spectrum.add(samples);
   return spectrum;
 }
 
