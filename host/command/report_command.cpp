@@ -7,6 +7,8 @@
 
 #include "../report/page.h"
 #include "../system/interrupt.h"
+#include "../system/progress.h"
+#include "../system/standard_streams.h"
 #include "../system/text_output.h"
 #include "command_line.h"
 #include "strip_arguments.h"
@@ -39,6 +41,14 @@ Examples:
   $ channelstrip render voice.wav out.wav --preset voice.toml
   $ channelstrip report voice.wav out.wav --preset voice.toml -o out.html)";
 
+RenderAnalysis analysed(const ReportOptions& options) {
+  Progress progress(1, true);
+  return analyse_render(options.input, options.output, options.strip,
+                        [&](double seconds, double part) {
+                          progress.advance(0, input_name(options.input), seconds, part);
+                        });
+}
+
 }  // namespace
 
 void add_report_command(CLI::App& program) {
@@ -57,7 +67,7 @@ void add_report_command(CLI::App& program) {
     std::vector<std::string> inputs = options->strip.files();
     inputs.insert(inputs.end(), {options->input, options->output});
     TextOutput page(options->page, inputs, options->existing);
-    const auto analysis = analyse_render(options->input, options->output, options->strip);
+    const RenderAnalysis analysis = analysed(*options);
     page.write(report_page(analysis));
     page.commit();
     for (const std::string& line : analysis.remarks) print_message(line);

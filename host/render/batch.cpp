@@ -1,16 +1,13 @@
 #include "batch.h"
 
-#include <algorithm>
-#include <atomic>
-#include <exception>
 #include <filesystem>
 #include <mutex>
 #include <system_error>
-#include <thread>
 #include <utility>
 
 #include "../system/interrupt.h"
 #include "../system/output_file.h"
+#include "../system/parallel.h"
 #include "../system/standard_streams.h"
 
 namespace channelstrip::host {
@@ -23,34 +20,12 @@ class Jobs {
       : batch_(batch), progress_(progress), report_(report), results_(batch.files.size()) {}
 
   void run() {
-    const std::size_t count = std::min<std::size_t>(batch_.jobs, batch_.files.size());
-    {
-      std::vector<std::jthread> others;
-      try {
-        while (others.size() + 1 < count) others.emplace_back([this] { work(); });
-      } catch (const std::system_error&) {
-        // No more threads are to be had. Those that there are do all the work.
-      }
-      work();
-    }
-    if (failure_) std::rethrow_exception(failure_);
+    in_parallel(batch_.files.size(), batch_.jobs,
+                [this](std::size_t index) { finish(index, result_of(index)); });
     if (const int signal = interrupted()) throw Interrupted{signal};
   }
 
  private:
-  // No exception may leave a thread.
-  void work() noexcept {
-    try {
-      for (std::size_t i; !stop_ && (i = next_++) < results_.size();) finish(i, result_of(i));
-    } catch (const Interrupted&) {
-      stop_ = true;
-    } catch (...) {
-      const std::scoped_lock lock(mutex_);
-      failure_ = std::current_exception();
-      stop_ = true;
-    }
-  }
-
   RenderResult result_of(std::size_t index) {
     RenderResult result{.file = batch_.files[index], .report = {}, .error = {}};
     try {
@@ -94,12 +69,9 @@ class Jobs {
   const Batch& batch_;
   Progress& progress_;
   const std::function<void(const RenderResult&)>& report_;
-  std::atomic<std::size_t> next_ = 0;
-  std::atomic<bool> stop_ = false;
   std::mutex mutex_;
   std::vector<std::optional<RenderResult>> results_;
   std::size_t reported_ = 0;
-  std::exception_ptr failure_;
 };
 
 }  // namespace

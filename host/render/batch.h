@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "../system/progress.h"
 #include "outputs.h"
-#include "progress.h"
 #include "render.h"
 
 namespace channelstrip::host {

@@ -10,6 +10,7 @@
 #include "../design/strip_coefficients.h"
 #include "../run/strip_run.h"
 #include "../system/interrupt.h"
+#include "../system/parallel.h"
 
 namespace channelstrip::host {
 namespace {
@@ -54,12 +55,27 @@ float least_gain(const MeterReading& period, const Part& part) {
 }
 
 // Reads as many frames as there should be.
-std::span<const float> counterpart(AudioReader& reader, const std::string& path,
-                                   std::span<float> frames, const std::string& input) {
-  const std::span<const float> read = reader.read(frames);
-  if (read.size() == frames.size()) return read;
+void fill(std::span<float> frames, AudioReader& reader, const std::string& path,
+          const std::string& input) {
+  if (reader.read(frames).size() == frames.size()) return;
   throw std::runtime_error(fmt::format("{}: shorter than {}, no render of it", path, input));
 }
+
+// Samples, a few milliseconds' work on each thread.
+constexpr std::size_t kPending = std::size_t{1} << 17;
+
+// What waits for its analysis.
+struct Pending {
+  std::vector<float> before = {}, after = {};
+
+  void analyse(RenderAnalysis& analysis) {
+    in_parallel(2, 2, [&](std::size_t file) {
+      file == 0 ? analysis.before.signal.add(before) : analysis.after.signal.add(after);
+    });
+    before.clear();
+    after.clear();
+  }
+};
 
 void require_end(AudioReader& reader, const std::string& path, const std::string& input) {
   std::vector<float> frame(static_cast<std::size_t>(reader.format().channels));
@@ -70,7 +86,7 @@ void require_end(AudioReader& reader, const std::string& path, const std::string
 }  // namespace
 
 RenderAnalysis analyse_render(const std::string& input, const std::string& output,
-                              const StripOptions& strip) {
+                              const StripOptions& strip, const OnProgress& on_progress) {
   StripRun run(input, strip);
   AudioReader rendered(output);
   require_same_shape(output, rendered.format(), input, run.format());
@@ -87,15 +103,20 @@ RenderAnalysis analyse_render(const std::string& input, const std::string& outpu
     }
   });
 
-  std::vector<float> frames;
+  Pending pending;
+  const double sample_rate = run.format().sample_rate;
   for (StripRun::Piece piece; run.next(piece);) {
     if (const int signal = interrupted()) throw Interrupted{signal};
-    frames.resize(piece.output.size());
-    const std::span<const float> actual = counterpart(rendered, output, frames, input);
-    analysis.before.signal.add(piece.input);
-    analysis.after.signal.add(actual);
+    pending.before.insert(pending.before.end(), piece.input.begin(), piece.input.end());
+    pending.after.resize(pending.after.size() + piece.output.size());
+    const std::span<float> actual = std::span(pending.after).last(piece.output.size());
+    fill(actual, rendered, output, input);
     analysis.comparison.add(piece.output, actual);
+    if (pending.before.size() >= kPending) pending.analyse(analysis);
+    on_progress(static_cast<double>(piece.input.size()) / run.format().channels / sample_rate,
+                run.part_read());
   }
+  pending.analyse(analysis);
   require_end(rendered, output, input);
   analysis.frames = run.frames_read();
   analysis.compressor_reduction = run.stream().meters().compressor_reduction;

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -39,8 +40,10 @@ struct RenderAnalysis {
 // One pass over both files. Memory doesn't grow with them, except for the loudness meters, which
 // keep 32 bytes per 0.1 s.
 // Throws std::runtime_error, one line for the user, also when `output` differs from `input` in
-// rate, channels or length, or Interrupted.
+// rate, channels or length, or Interrupted. Tells now and then how many more seconds of audio are
+// done, and which part of the whole (below 0: not known).
+using OnProgress = std::function<void(double seconds, double part)>;
 RenderAnalysis analyse_render(const std::string& input, const std::string& output,
-                              const StripOptions& strip);
+                              const StripOptions& strip, const OnProgress& on_progress);
 
 }  // namespace channelstrip::host

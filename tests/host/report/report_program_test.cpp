@@ -2,13 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "../support/audio.h"
 #include "../support/command.h"
 #include "../support/rendered.h"
+#include "../support/streams.h"
 
 namespace channelstrip::test::report_program_test {
 namespace {
@@ -196,6 +200,36 @@ TEST_F(ReportProgram, RefusesToReplaceWhatItReads) {
 TEST_F(ReportProgram, RefusesARateAtWhichLoudnessCannotBeMeasured) {
   const std::string slow = write("slow.wav", sine(0.5, 1, 10, 100), SF_FORMAT_FLOAT, 1, 10);
   expect_refusal(slow, slow, page, slow + ": no loudness can be measured at 10 Hz");
+}
+
+TEST_F(ReportProgram, ShowsItsProgressOnATerminalAndErasesIt) {
+  const std::string input = tone("in.wav");
+  ASSERT_EQ(run({"render", input, output}).exit_status, 0);
+  const NamedPipe held(folder.file("held.wav"));
+  Terminal terminal;
+  Child child({"report", held.path(), output, "-o", page},
+              {.standard_error = terminal.program_side()});
+  terminal.program_side().close();
+  {
+    const OpenFile writer(held.opened());
+    std::this_thread::sleep_for(std::chrono::milliseconds(101));  // until a line is due
+    writer.write(contents(input));
+  }
+  const std::string shown = terminal.all_shown();
+  EXPECT_EQ(child.result().exit_status, 0);
+  EXPECT_NE(shown.find(" x realtime  " + held.path()), std::string::npos) << shown;
+  EXPECT_TRUE(shown.ends_with("\r\x1b[K")) << shown;
+}
+
+TEST_F(ReportProgram, LeavesNoPageWhenItIsInterrupted) {
+  const std::string input = tone("in.wav");
+  const NamedPipe held(folder.file("held.wav"));
+  Child child({"report", held.path(), input, "-o", page});
+  const OpenFile writer(held.opened());
+  const std::vector<std::string> before = folder.entries();
+  child.send(SIGINT);
+  EXPECT_EQ(child.result().signal, SIGINT);
+  EXPECT_EQ(folder.entries(), before);
 }
 
 }  // namespace
