@@ -39,6 +39,7 @@ int main(int argc, char** argv) {
     channelstrip::host::add_import_command(program);
     channelstrip::host::add_info_command(program);
     channelstrip::host::add_curves_command(program);
+    channelstrip::host::add_complete_command(program);
     program.footer(
         "Examples:\n"
         "  $ channelstrip render voice.wav out.wav --preset voice.toml\n"

@@ -1,6 +1,7 @@
 #include "containers.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <sndfile.h>
 
 #include <algorithm>
@@ -46,11 +47,14 @@ std::optional<int> container_of(const std::string& path) {
 
 int container_from_name(std::string_view name) {
   if (const auto container = find(name)) return *container;
-  std::string names;
-  for (const auto& [extension, container] : kExtensions) {
-    names += fmt::format("{}{}", names.empty() ? "" : ", ", extension);
-  }
-  throw std::runtime_error(fmt::format("\"{}\" is none of {}", name, names));
+  throw std::runtime_error(
+      fmt::format("\"{}\" is none of {}", name, fmt::join(container_names(), ", ")));
+}
+
+std::vector<std::string> container_names() {
+  std::vector<std::string> names;
+  for (const auto& [extension, container] : kExtensions) names.emplace_back(extension);
+  return names;
 }
 
 std::string libsndfile_name(int container_or_sample_type) {

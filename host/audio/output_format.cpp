@@ -1,15 +1,23 @@
 #include "output_format.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <iterator>
 #include <stdexcept>
+#include <utility>
 
 #include "containers.h"
 
 namespace channelstrip::host {
 namespace {
+
+constexpr std::pair<std::string_view, int> kBits[] = {{"16", SF_FORMAT_PCM_16},
+                                                      {"24", SF_FORMAT_PCM_24},
+                                                      {"32", SF_FORMAT_PCM_32},
+                                                      {"32f", SF_FORMAT_FLOAT},
+                                                      {"64f", SF_FORMAT_DOUBLE}};
 
 bool can_be_written(const AudioFormat& format) {
   SF_INFO info = {};
@@ -58,12 +66,17 @@ int container_named_by(const std::string& path, const AudioFormat& input) {
 }  // namespace
 
 int sample_type_from_bits(std::string_view bits) {
-  if (bits == "16") return SF_FORMAT_PCM_16;
-  if (bits == "24") return SF_FORMAT_PCM_24;
-  if (bits == "32") return SF_FORMAT_PCM_32;
-  if (bits == "32f") return SF_FORMAT_FLOAT;
-  if (bits == "64f") return SF_FORMAT_DOUBLE;
-  throw std::runtime_error(fmt::format("\"{}\" is none of 16, 24, 32, 32f, 64f", bits));
+  for (const auto& [name, sample_type] : kBits) {
+    if (name == bits) return sample_type;
+  }
+  throw std::runtime_error(
+      fmt::format("\"{}\" is none of {}", bits, fmt::join(bits_names(), ", ")));
+}
+
+std::vector<std::string> bits_names() {
+  std::vector<std::string> names;
+  for (const auto& [name, sample_type] : kBits) names.emplace_back(name);
+  return names;
 }
 
 AudioFormat output_format(const AudioFormat& input, const std::string& path,

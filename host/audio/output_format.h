@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "audio_format.h"
 
@@ -19,6 +20,9 @@ struct OutputChoice {
 // "16", "24" and "32" are integers, "32f" and "64f" floating point. Throws std::runtime_error for
 // all else.
 int sample_type_from_bits(std::string_view bits);
+
+// All that it takes.
+std::vector<std::string> bits_names();
 
 // Rate, channels, map and, unless chosen, sample type of `input`, in the container that is chosen,
 // or that the extension of `path` names, or else the input's. RF64 stays RF64 in a file named .wav.

@@ -8,6 +8,8 @@ class App;
 
 namespace channelstrip::host {
 
+// The others are added before it.
+void add_complete_command(CLI::App& program);
 void add_curves_command(CLI::App& program);
 void add_import_command(CLI::App& program);
 void add_info_command(CLI::App& program);

@@ -64,12 +64,6 @@ void run(const CurvesOptions& options) {
   if (options.text || !options.output) print_output(curve_text(curves));
 }
 
-std::vector<std::string> format_names() {
-  std::vector<std::string> names;
-  for (const StemFormat& format : stem_formats()) names.emplace_back(format.name);
-  return names;
-}
-
 }  // namespace
 
 void add_curves_command(CLI::App& program) {
@@ -103,7 +97,7 @@ void add_curves_command(CLI::App& program) {
       ->type_name("SECONDS")
       ->capture_default_str();
   command->add_option("--format", options->strip.format, "Stem format whose channel links to tell")
-      ->check(CLI::IsMember(format_names(), CLI::ignore_case))
+      ->check(CLI::IsMember(stem_format_names(), CLI::ignore_case))
       ->type_name("NAME");
   command->add_option("--library", options->strip.library, "The library to measure")
       ->type_name("PATH")

@@ -1,6 +1,7 @@
 #include "help_style.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
@@ -8,6 +9,9 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "choice.h"
 
 namespace channelstrip::host {
 namespace {
@@ -66,14 +70,10 @@ std::string entry(const std::string& name, const std::string& meaning) {
   return text + filled(meaning, kColumn, kColumn) + '\n';
 }
 
-// "NAME", or the words of a choice, "wav|film", which CLI11 gives as "TYPE:{wav,film}".
+// "NAME", or the words of a choice, "wav|film".
 std::string value_name(const CLI::Option& option) {
-  std::string name = option.get_type_name();
-  const std::size_t choice = name.find(":{");
-  if (choice == name.npos || !name.ends_with('}')) return name;
-  name = name.substr(choice + 2, name.size() - choice - 3);
-  std::ranges::replace(name, ',', '|');
-  return name;
+  const std::vector<std::string> words = choices(option);
+  return words.empty() ? option.get_type_name() : fmt::format("{}", fmt::join(words, "|"));
 }
 
 // Makes the first line of a description a paragraph of its own.

@@ -1,6 +1,7 @@
 #include "commands.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <CLI/CLI.hpp>
 
 #include <memory>
@@ -12,6 +13,7 @@
 #include "../info/information.h"
 #include "../info/preset_bands.h"
 #include "../preset/left_out.h"
+#include "choice.h"
 #include "command_line.h"
 #include "strip_arguments.h"
 
@@ -29,11 +31,8 @@ struct InfoOptions {
 std::span<const StemFormat> chosen_formats(const std::optional<std::string>& name) {
   if (!name) return stem_formats();
   if (const StemFormat* format = find_stem_format(*name)) return {format, 1};
-  std::string names;
-  for (const StemFormat& format : stem_formats()) {
-    names += fmt::format("{}{}", names.empty() ? "" : ", ", format.name);
-  }
-  throw std::runtime_error(fmt::format("FORMAT: \"{}\" is none of {}", *name, names));
+  throw std::runtime_error(
+      fmt::format("FORMAT: \"{}\" is none of {}", *name, fmt::join(stem_format_names(), ", ")));
 }
 
 void print_bands(const InfoOptions& options) {
@@ -66,7 +65,8 @@ void add_info_command(CLI::App& program) {
       "preset is off at a sample rate, and how much noise it adds, because the library computes in "
       "single precision; \"!\" marks more than 0.3 dB or -90 dBFS.");
   const auto options = std::make_shared<InfoOptions>();
-  command->add_option("FORMAT", options->format, "Mono, Stereo ... 7.1; default: all");
+  command->add_option("FORMAT", options->format, "Mono, Stereo ... 7.1; default: all")
+      ->check(one_of(stem_format_names()));
   command->add_flag("--json", options->json, "Everything, as JSON");
   command->add_option("--library", options->library, "The library to load")
       ->type_name("PATH")

@@ -8,6 +8,7 @@
 
 #include "../audio/containers.h"
 #include "../system/standard_streams.h"
+#include "choice.h"
 #include "command_line.h"
 #include "strip_arguments.h"
 
@@ -56,11 +57,13 @@ void add_render_arguments(CLI::App& command, RenderArguments& options) {
       .add_option("--output-type", options.output_type,
                   "Container to write, wav, flac ..., and the extension of outputs in a folder; "
                   "default: as OUT's extension says, or IN's")
+      ->check(one_of(container_names()))
       ->type_name("TYPE");
   command
       .add_option("--bits", options.bits,
                   "Sample type to write: 16, 24, 32 (integers), 32f or 64f (floating point); "
                   "default: IN's")
+      ->check(one_of(bits_names()))
       ->type_name("BITS");
   command
       .add_option("--dither", options.dither,

@@ -8,7 +8,9 @@
 #include <string_view>
 #include <vector>
 
+#include "../design/stem_format.h"
 #include "../preset/preset_keys.h"
+#include "choice.h"
 #include "command_line.h"
 #include "shipped_presets.h"
 
@@ -60,6 +62,7 @@ void add_strip_options(CLI::App& command, StripOptions& options) {
                  "--gain-in",
                  options);
   command.add_option("--format", options.format, "Stem format; default: as IN's channels suggest")
+      ->check(one_of(stem_format_names()))
       ->type_name("NAME");
   command
       .add_option_function<std::string>(

@@ -34,6 +34,12 @@ std::span<const StemFormat> stem_formats() {
   return kFormats;
 }
 
+std::vector<std::string> stem_format_names() {
+  std::vector<std::string> names;
+  for (const StemFormat& format : kFormats) names.emplace_back(format.name);
+  return names;
+}
+
 const StemFormat* find_stem_format(std::string_view name) {
   const auto format = std::ranges::find_if(
       kFormats, [name](const StemFormat& candidate) { return same_name(candidate.name, name); });

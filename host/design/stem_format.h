@@ -3,7 +3,9 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace channelstrip::host {
 
@@ -15,6 +17,8 @@ struct StemFormat {
 };
 
 std::span<const StemFormat> stem_formats();
+
+std::vector<std::string> stem_format_names();
 
 // The format of that name (letter case ignored), or null.
 const StemFormat* find_stem_format(std::string_view name);
