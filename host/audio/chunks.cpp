@@ -14,20 +14,24 @@ namespace {
 
 struct Syntax {
   std::size_t start = 0;       // of the first chunk
+  std::size_t id_bytes = 4;    // of which four tell chunks apart
   std::size_t size_bytes = 0;  // of a chunk's size
   std::endian order = std::endian::little;
   std::size_t alignment = 1;        // to which a chunk's data is padded
   std::string_view format_id = {};  // the chunk that others may follow
+  bool size_counts_all = false;     // id and size too, not only the data
 };
 
 Syntax syntax(ChunkFamily family) {
   switch (family) {
     case ChunkFamily::kRiff:
-      return {12, 4, std::endian::little, 2, "fmt "};
+      return {12, 4, 4, std::endian::little, 2, "fmt "};
     case ChunkFamily::kAiff:
-      return {12, 4, std::endian::big, 2, "COMM"};
+      return {12, 4, 4, std::endian::big, 2, "COMM"};
     case ChunkFamily::kCaf:
-      return {8, 8, std::endian::big, 1, "desc"};
+      return {8, 4, 8, std::endian::big, 1, "desc"};
+    case ChunkFamily::kWave64:
+      return {40, 16, 8, std::endian::little, 8, "fmt ", true};
     case ChunkFamily::kNone:
       break;
   }
@@ -71,6 +75,7 @@ bool describes_coding(ChunkFamily family, std::string_view id) {
       return among({"FORM", "FVER", "COMM", "SSND", "CHAN", "PEAK"});
     case ChunkFamily::kCaf:
       return among({"desc", "data", "pakt", "kuki", "chan", "free", "peak", "ovvw"});
+    case ChunkFamily::kWave64:
     case ChunkFamily::kNone:
       break;
   }
@@ -96,40 +101,40 @@ std::string serialised(ChunkFamily family, std::span<const Chunk> chunks) {
   return bytes;
 }
 
+std::size_t first_chunk(ChunkFamily family) {
+  return syntax(family).start;
+}
+
+std::vector<PlacedChunk> chunks_in(ChunkFamily family, std::string_view bytes, std::size_t at) {
+  const Syntax rules = syntax(family);
+  const std::size_t head = rules.id_bytes + rules.size_bytes;
+  std::vector<PlacedChunk> chunks;
+  while (at + head <= bytes.size()) {
+    const std::string_view field = bytes.substr(at + rules.id_bytes, rules.size_bytes);
+    std::uint64_t size = read_integer(field, rules.order);
+    if (rules.size_counts_all) size = std::max<std::uint64_t>(size, head) - head;
+    chunks.push_back({bytes.substr(at, 4), at + head, size});
+    if (size > bytes.size()) break;  // so that no sum overflows
+    at += head + padded(size, rules);
+  }
+  return chunks;
+}
+
 std::vector<Chunk> list_entries(std::string_view list) {
-  const Syntax rules = syntax(ChunkFamily::kRiff);
   std::vector<Chunk> entries;
-  for (std::size_t at = 4; at + 8 <= list.size();) {
-    const std::uint64_t size = read_integer(list.substr(at + 4, 4), rules.order);
-    entries.push_back({std::string(list.substr(at, 4)), std::string(list.substr(at + 8, size))});
-    at += 8 + padded(size, rules);
+  for (const auto& [id, begin, size] : chunks_in(ChunkFamily::kRiff, list, 4)) {
+    entries.push_back({std::string(id), std::string(list.substr(begin, size))});
   }
   return entries;
 }
 
-std::size_t open_size(std::string_view header, std::uint64_t length) {
-  constexpr std::uint64_t kUnknown = 0xFFFFFFFF;
-  if (header.size() < 12 || !header.starts_with("RIFF") || header.substr(8, 4) != "WAVE") return 0;
-  const Syntax rules = syntax(ChunkFamily::kRiff);
-  const std::uint64_t stated = read_integer(header.substr(4, 4), rules.order);
-  if (stated != kUnknown && stated + 8 >= length) return 0;
-  for (std::size_t at = rules.start; at + 8 < header.size();) {
-    const std::uint64_t size = read_integer(header.substr(at + 4, 4), rules.order);
-    if (header.substr(at, 4) == "data") return size == 0 ? at + 4 : 0;
-    at += 8 + padded(size, rules);
-  }
-  return 0;
-}
-
 std::size_t chunks_offset(ChunkFamily family, std::string_view header) {
   const Syntax rules = syntax(family);
-  for (std::size_t at = rules.start; at + 4 + rules.size_bytes <= header.size();) {
-    const std::string_view id = header.substr(at, 4);
-    const std::uint64_t size = read_integer(header.substr(at + 4, rules.size_bytes), rules.order);
-    const std::uint64_t end = at + 4 + rules.size_bytes + padded(size, rules);
-    if (end > header.size()) break;
-    at = end;
-    if (id == rules.format_id) return at;
+  for (const auto& [id, begin, size] : chunks_in(family, header, rules.start)) {
+    if (id != rules.format_id) continue;
+    return size <= header.size() && begin + padded(size, rules) <= header.size()
+               ? begin + padded(size, rules)
+               : 0;
   }
   return 0;
 }

@@ -10,7 +10,7 @@
 
 namespace channelstrip::host {
 
-enum class ChunkFamily { kNone, kRiff, kAiff, kCaf };
+enum class ChunkFamily { kNone, kRiff, kAiff, kCaf, kWave64 };
 
 struct Chunk {
   std::string id;    // 4 characters
@@ -19,7 +19,7 @@ struct Chunk {
   bool operator==(const Chunk&) const = default;
 };
 
-// The family of a container, SF_FORMAT_WAV ...
+// The family of a container, SF_FORMAT_WAV ...; none if no chunks can be written to it.
 ChunkFamily chunk_family(int container);
 
 // Whether the chunk holds the samples or describes how this file codes them, so that it must not be
@@ -33,6 +33,19 @@ Chunk evened(Chunk chunk);
 // The chunks as the bytes of a file, each padded as its family requires.
 std::string serialised(ChunkFamily family, std::span<const Chunk> chunks);
 
+// A chunk in the bytes of a file. Where the bytes are a file's beginning, or the size is wrong,
+// data may end behind them.
+struct PlacedChunk {
+  std::string_view id;        // 4 characters
+  std::uint64_t begin, size;  // of its data, without padding
+};
+
+// Where the first chunk of a file begins.
+std::size_t first_chunk(ChunkFamily family);
+
+// The chunks of `bytes` from `at` on, in order, up to the last one whose id and size lie in them.
+std::vector<PlacedChunk> chunks_in(ChunkFamily family, std::string_view bytes, std::size_t at);
+
 // The offset at which chunks can be inserted into a file that begins with `header`: after the chunk
 // that describes the format. 0 if `header` doesn't hold that chunk whole.
 std::size_t chunks_offset(ChunkFamily family, std::string_view header);
@@ -40,11 +53,6 @@ std::size_t chunks_offset(ChunkFamily family, std::string_view header);
 // The chunks within the data of a RIFF chunk "LIST", which begins with four characters for its
 // type.
 std::vector<Chunk> list_entries(std::string_view list);
-
-// In a WAV file of `length` bytes whose sizes were never filled in, because it was written to a
-// pipe or not completed, the offset of the size of its samples: that size is 0, and the file goes
-// on beyond the end that its header states. 0 for any other file. `header` is its beginning.
-std::size_t open_size(std::string_view header, std::uint64_t length);
 
 // Adds `growth` bytes to the field of `header` that states the whole file's size, if it has one.
 void grow(ChunkFamily family, std::span<char> header, std::uint64_t growth);

@@ -5,44 +5,29 @@
 #include <iterator>
 
 #include "byte_order.h"
+#include "chunks.h"
 
 namespace channelstrip::host {
 namespace {
 
 constexpr std::uint64_t kUnknown = 0xFFFFFFFF;
 
-// A container's chunks: an id, a size, bytes.
-struct Chunks {
-  std::size_t start;     // of the first one
-  std::size_t id_bytes;  // of which four tell them apart
-  std::size_t size_bytes;
-  std::endian order;
-  std::size_t alignment;
-  bool size_counts_all;  // id and size too, not only the bytes after them
-  std::string_view samples;
-};
+std::optional<PlacedChunk> find(std::string_view header, ChunkFamily family, std::string_view id) {
+  const auto chunks = chunks_in(family, header, first_chunk(family));
+  const auto found = std::ranges::find(chunks, id, &PlacedChunk::id);
+  return found == chunks.end() ? std::nullopt : std::optional(*found);
+}
 
-constexpr Chunks kRiff{12, 4, 4, std::endian::little, 2, false, "data"};
-constexpr Chunks kAiff{12, 4, 4, std::endian::big, 2, false, "SSND"};
-constexpr Chunks kWave64{40, 16, 8, std::endian::little, 8, true, "data"};
-
-std::optional<StatedSamples> find(std::string_view header, const Chunks& rules) {
-  const std::size_t head = rules.id_bytes + rules.size_bytes;
-  for (std::uint64_t at = rules.start; at + head <= header.size();) {
-    std::uint64_t size =
-        read_integer(header.substr(at + rules.id_bytes, rules.size_bytes), rules.order);
-    if (rules.size_counts_all) size = std::max<std::uint64_t>(size, head) - head;
-    const std::uint64_t begin = at + head;
-    if (header.substr(at, 4) == rules.samples) return StatedSamples{begin, begin + size};
-    if (size > header.size()) break;  // whatever the sum, it lies beyond the header
-    at = begin + (size + rules.alignment - 1) / rules.alignment * rules.alignment;
-  }
-  return std::nullopt;
+std::optional<StatedSamples> in_chunk(std::string_view header, ChunkFamily family,
+                                      std::string_view id) {
+  const auto chunk = find(header, family, id);
+  if (!chunk) return std::nullopt;
+  return StatedSamples{chunk->begin, chunk->begin + chunk->size};
 }
 
 // The first chunk of RF64 holds the sizes that need 64 bits: the file's, the samples'.
 std::optional<StatedSamples> in_rf64(std::string_view header) {
-  auto samples = find(header, kRiff);
+  auto samples = in_chunk(header, ChunkFamily::kRiff, "data");
   if (samples && samples->end - samples->begin == kUnknown && header.substr(12, 4) == "ds64") {
     samples->end = samples->begin + read_integer(header.substr(28, 8), std::endian::little);
   }
@@ -69,13 +54,25 @@ std::optional<StatedSamples> stated_samples(std::string_view header) {
   const std::string_view id = header.substr(0, 4);
   const std::string_view form = header.substr(8, 4);
   std::optional<StatedSamples> samples;
-  if (id == "RIFF" && form == "WAVE") samples = find(header, kRiff);
+  if (id == "RIFF" && form == "WAVE") samples = in_chunk(header, ChunkFamily::kRiff, "data");
   if (id == "RF64" && form == "WAVE") return in_rf64(header);
-  if (id == "FORM" && (form == "AIFF" || form == "AIFC")) samples = find(header, kAiff);
-  if (id == "riff" && header.substr(24, 4) == "wave") return find(header, kWave64);
+  if (id == "FORM" && (form == "AIFF" || form == "AIFC")) {
+    samples = in_chunk(header, ChunkFamily::kAiff, "SSND");
+  }
+  if (id == "riff" && header.substr(24, 4) == "wave") {
+    return in_chunk(header, ChunkFamily::kWave64, "data");
+  }
   if (id == ".snd") samples = in_au(header);
   if (samples && is_open(samples->end - samples->begin)) return std::nullopt;
   return samples;
+}
+
+std::size_t open_size(std::string_view header, std::uint64_t length) {
+  if (header.size() < 12 || !header.starts_with("RIFF") || header.substr(8, 4) != "WAVE") return 0;
+  const std::uint64_t stated = read_integer(header.substr(4, 4), std::endian::little);
+  if (stated != kUnknown && stated + 8 >= length) return 0;
+  const auto samples = find(header, ChunkFamily::kRiff, "data");
+  return samples && samples->size == 0 && samples->begin < header.size() ? samples->begin - 4 : 0;
 }
 
 }  // namespace channelstrip::host
