@@ -5,8 +5,6 @@
 
 #include <array>
 #include <filesystem>
-#include <iostream>
-#include <iterator>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -14,6 +12,7 @@
 
 #include "../import/filter_list.h"
 #include "../import/imported_preset.h"
+#include "../system/interrupt.h"
 #include "../system/standard_streams.h"
 #include "../system/text_output.h"
 #include "../text/text_file.h"
@@ -31,13 +30,8 @@ struct ImportOptions {
   Existing existing = Existing::kKept;
 };
 
-std::string read_filters(const std::string& path) {
-  if (path != kStandardStream) return read_text_file(path);
-  return {std::istreambuf_iterator<char>(std::cin), {}};
-}
-
 void import_filters(const ImportOptions& options) {
-  FilterList list = parse_filter_list(to_utf8(read_filters(options.input)));
+  FilterList list = parse_filter_list(to_utf8(read_text(options.input)));
   const std::string name = input_name(options.input);
   fit_to_preset(list);
   for (const auto& [source, reason] : list.left_out) {
@@ -85,7 +79,10 @@ void add_import_command(CLI::App& program) {
       "Examples:\n"
       "  $ channelstrip import room.txt -o room.toml\n"
       "  $ channelstrip render in.wav out.wav --preset room.toml");
-  command->callback([options] { import_filters(*options); });
+  command->callback([options] {
+    catch_interrupts();
+    import_filters(*options);
+  });
 }
 
 }  // namespace channelstrip::host

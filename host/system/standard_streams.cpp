@@ -65,16 +65,34 @@ bool is_to_be_retried() {
   return errno == EAGAIN || errno == EINTR;
 }
 
-// Returns false, with errno set, on failure.
-bool copy(int from, int to) {
+// Gives `take` what there is to read, a piece at a time, as long as it returns true. Returns false,
+// with errno set, on failure.
+template <typename Take>
+bool read_all(int from, Take take) {
   std::array<char, PIPE_BUF> bytes = {};
   for (;;) {
     wait_for(from, POLLIN);
     const ssize_t got = ::read(from, bytes.data(), bytes.size());
     if (got == 0) return true;
     if (got < 0 && is_to_be_retried()) continue;
-    if (got < 0 || !write_all(to, {bytes.data(), static_cast<std::size_t>(got)})) return false;
+    if (got < 0 || !take(std::string_view(bytes.data(), static_cast<std::size_t>(got)))) {
+      return false;
+    }
   }
+}
+
+// Returns false, with errno set, on failure.
+bool copy(int from, int to) {
+  return read_all(from, [to](std::string_view bytes) { return write_all(to, bytes); });
+}
+
+// O_NONBLOCK opens a named pipe at once; it is the first read that waits for a writer.
+int opened(const std::string& path) {
+  const int descriptor = path == kStandardStream
+                             ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0)
+                             : open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  if (descriptor < 0) fail_on(input_name(path), std::strerror(errno));
+  return descriptor;
 }
 
 }  // namespace
@@ -111,14 +129,21 @@ std::string output_name(const std::string& path) {
   return path == kStandardStream ? kOutput : path;
 }
 
+std::string read_text(const std::string& path) {
+  const Descriptor input(opened(path));
+  std::string text;
+  const auto append = [&text](std::string_view bytes) {
+    text += bytes;
+    return true;
+  };
+  if (!read_all(input.get(), append)) fail_on(input_name(path), std::strerror(errno));
+  return text;
+}
+
 SeekableInput open_input(const std::string& path) {
   const std::string name = input_name(path);
-  const bool standard = path == kStandardStream;
-  if (standard && isatty(STDIN_FILENO)) fail_on(name, "is a terminal");
-  // O_NONBLOCK opens a named pipe at once; it is the first read that waits for a writer.
-  const int given = standard ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0)
-                             : open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-  if (given < 0) fail_on(name, std::strerror(errno));
+  if (path == kStandardStream && isatty(STDIN_FILENO)) fail_on(name, "is a terminal");
+  const int given = opened(path);
   const SeekableInput input{given, false};
   if (is_regular(given) && lseek(given, 0, SEEK_CUR) == 0) return input;
   return copy_of(input, name);

@@ -27,6 +27,9 @@ std::string output_name(const std::string& path);
 // Interrupted when a signal comes.
 bool write_all(int descriptor, std::string_view bytes);
 
+// All bytes of the input at `path`, a terminal's too. Throws as open_input() does.
+std::string read_text(const std::string& path);
+
 // An input of which every part can be read at any time.
 struct SeekableInput {
   int descriptor;  // the caller's to close

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -57,6 +58,20 @@ TEST_F(Import, ReadsStandardInput) {
   EXPECT_EQ(result.exit_status, 0);
   EXPECT_TRUE(result.printed.starts_with("# From standard input, a filter list of "));
   EXPECT_NE(result.printed.find("frequency = 1000\n"), std::string::npos);
+}
+
+TEST_F(Import, ASignalEndsItsWaitForTheList) {
+  Pipe silent;
+  const NamedPipe held(folder.file("held.txt"));
+  for (const std::string& list : {std::string("-"), held.path()}) {
+    Child child({"import", list, "-o", preset}, {.standard_input = silent.reading});
+    wait_until([&] { return child.catches(SIGTERM); });
+    child.send(SIGTERM);
+    const ChildResult result = child.result();
+    EXPECT_EQ(result.signal, SIGTERM);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(folder.entries(), std::vector<std::string>{"held.txt"});
+  }
 }
 
 TEST_F(Import, StatusThreeSaysThatSomethingWasLeftOut) {

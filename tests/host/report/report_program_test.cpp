@@ -227,6 +227,7 @@ TEST_F(ReportProgram, LeavesNoPageWhenItIsInterrupted) {
   Child child({"report", held.path(), input, "-o", page});
   const OpenFile writer(held.opened());
   const std::vector<std::string> before = folder.entries();
+  wait_until([&] { return child.catches(SIGINT); });
   child.send(SIGINT);
   EXPECT_EQ(child.result().signal, SIGINT);
   EXPECT_EQ(folder.entries(), before);

@@ -10,6 +10,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <initializer_list>
 #include <stdexcept>
 #include <utility>
@@ -72,6 +73,15 @@ bool Child::runs() const {
 
 void Child::send(int signal) const {
   kill(process_, signal);
+}
+
+bool Child::catches(int signal) const {
+  std::ifstream status("/proc/" + std::to_string(process_) + "/status");
+  for (std::string line; std::getline(status, line);) {
+    if (!line.starts_with("SigCgt:")) continue;
+    return (std::stoull(line.substr(7), nullptr, 16) >> (signal - 1) & 1) != 0;
+  }
+  return false;
 }
 
 bool Child::has_open(const std::string& path) const {

@@ -35,6 +35,9 @@ class Child {
   bool runs() const;
   void send(int signal) const;
 
+  // Whether it has a handler of its own for this signal.
+  bool catches(int signal) const;
+
   // Whether it has this file open, or a file in this folder, even one without a name.
   bool has_open(const std::string& path) const;
 
