@@ -30,7 +30,7 @@ class Progress {
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
-  // Notes that `seconds` more of the audio of file `index` are rendered, and that now `part` of the
+  // Notes that `seconds` more of the audio of file `index` are done, and that now `part` of the
   // file is done (below 0: not known).
   void advance(std::size_t index, const std::string& name, double seconds, double part);
   void end(std::size_t index);
