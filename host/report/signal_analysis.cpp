@@ -29,8 +29,8 @@ void SignalAnalysis::add(std::span<const float> frames) {
   if (frames.empty()) return;
   for (std::size_t c = 0; c < channels_.size(); ++c) {
     std::vector<float>& samples = buffers_[c];
-    samples.clear();
-    for (std::size_t i = c; i < frames.size(); i += channels_.size()) samples.push_back(frames[i]);
+    samples.resize(frames.size() / channels_.size());
+    for (std::size_t i = 0; i < samples.size(); ++i) samples[i] = frames[i * channels_.size() + c];
     const float peak = extremes_of(samples).magnitude();
     channels_[c].peak = std::max(channels_[c].peak, peak);
     if (peak >= full_scale_) {
