@@ -57,4 +57,10 @@ void add_frames(ebur128_state& meter, std::span<const float> frames) {
   }
 }
 
+double step_loudness(ebur128_state& meter) {
+  double loudness = 0;
+  ebur128_loudness_window(&meter, 100, &loudness);
+  return loudness;
+}
+
 }  // namespace channelstrip::host

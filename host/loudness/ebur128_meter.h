@@ -26,6 +26,9 @@ Ebur128 open_ebur128(double sample_rate, const ChannelLayout& layout, int measur
 // Adds a whole number of interleaved frames.
 void add_frames(ebur128_state& meter, std::span<const float> frames);
 
+// Of the last 0.1 s, rounded down to whole frames, in LUFS; -infinity for silence.
+double step_loudness(ebur128_state& meter);
+
 // Frames in 0.1 s, the step by which the blocks of 0.4 s move on.
 inline std::size_t frames_per_step(const ebur128_state& meter) {
   return (meter.samplerate + 5) / 10;

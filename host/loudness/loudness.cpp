@@ -15,7 +15,6 @@ namespace {
 constexpr int kMeasures = EBUR128_MODE_I | EBUR128_MODE_LRA;
 
 // Steps of 0.1 s.
-constexpr unsigned long kStep = 100;  // ms
 constexpr std::size_t kMomentary = 4, kShortTerm = 30;
 
 // libebur128 returns -infinity where the gate leaves nothing to measure.
@@ -34,8 +33,7 @@ struct LoudnessMeter::State {
 
   // libebur128 would sum 0.4 s and 3 s anew at every step.
   void end_step() {
-    double loudness = 0;
-    ebur128_loudness_window(meter.get(), kStep, &loudness);
+    const double loudness = step_loudness(*meter);
     momentary.add(loudness);
     short_term.add(loudness);
   }
@@ -44,8 +42,7 @@ struct LoudnessMeter::State {
 LoudnessMeter::LoudnessMeter(double sample_rate, const ChannelLayout& layout)
     : state_(new State{.meter = open_ebur128(sample_rate, layout, kMeasures),
                        .true_peak = TruePeakMeter(sample_rate, layout.labels.size())}) {
-  // As ebur128_loudness_window() rounds.
-  state_->frames_per_step = state_->meter->samplerate * kStep / 1000;
+  state_->frames_per_step = state_->meter->samplerate / 10;  // as step_loudness() rounds
 }
 
 LoudnessMeter::~LoudnessMeter() = default;

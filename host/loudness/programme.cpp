@@ -8,8 +8,7 @@ namespace {
 
 constexpr double kOffset = -0.691;  // LUFS of a power of 1
 constexpr double kAbsoluteGate = -70, kRelativeGate = -10;
-constexpr std::size_t kBlock = 4;     // steps
-constexpr unsigned long kStep = 100;  // ms
+constexpr std::size_t kBlock = 4;  // steps
 
 double loudness_of(double power) {
   return kOffset + 10 * std::log10(power);
@@ -57,9 +56,7 @@ void ProgrammeMeter::add(std::span<const float> frames) {
     frames = frames.subspan(count * channels);
     missing_ -= count;
     if (missing_ > 0) continue;
-    double loudness = 0;
-    ebur128_loudness_window(meter_.get(), kStep, &loudness);
-    power_.push_back(power_of(loudness));
+    power_.push_back(power_of(step_loudness(*meter_)));
     missing_ = frames_per_step(*meter_);
   }
 }
