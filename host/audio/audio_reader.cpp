@@ -91,7 +91,8 @@ void AudioReader::note_lost_metadata() {
   const int container = format_.container;
   if (container == SF_FORMAT_FLAC) metadata_.refused = lost_flac_blocks(descriptor_);
   if (container == SF_FORMAT_FLAC || container == SF_FORMAT_OGG || container == SF_FORMAT_MPEG) {
-    std::ranges::move(lost_tags(descriptor_, metadata_.tags), std::back_inserter(metadata_.refused));
+    std::ranges::move(lost_tags(descriptor_, metadata_.tags),
+                      std::back_inserter(metadata_.refused));
   }
 }
 

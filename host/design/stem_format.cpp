@@ -36,6 +36,7 @@ std::span<const StemFormat> stem_formats() {
 
 std::vector<std::string> stem_format_names() {
   std::vector<std::string> names;
+  names.reserve(std::size(kFormats));
   for (const StemFormat& format : kFormats) names.emplace_back(format.name);
   return names;
 }

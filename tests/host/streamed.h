@@ -35,11 +35,11 @@ struct Stream {
   float mix = 0;
 };
 
-constexpr double kRate = 48000;  // Hz
+constexpr double kStreamRate = 48000;  // Hz
 
 inline host::StripCoefficients coefficients(const Stream& stream,
                                             const host::StripSettings& settings) {
-  auto result = host::design_strip(settings, kRate,
+  auto result = host::design_strip(settings, kStreamRate,
                                    host::default_layout(*host::find_stem_format(stream.format)));
   result.dynamics.keyEnable = !stream.key.empty();
   return result;
@@ -101,7 +101,7 @@ inline std::vector<float> bursts(std::size_t frames, std::size_t channels) {
 
 // A sine that peaks at `db` dBFS: at 1 kHz a sample falls on each crest.
 inline std::vector<float> tone(double db, std::size_t frames, double frequency = 1000) {
-  return sine(host::db_to_linear(db), frequency, kRate, frames);
+  return sine(host::db_to_linear(db), frequency, kStreamRate, frames);
 }
 
 }  // namespace channelstrip::test

@@ -181,7 +181,7 @@ TEST(StripMix, ChangesOfTheFirstPeriodAreWhereItStarts) {
 
 TEST(GlideOfAGain, IsDoneByOneMinusOneOverEAfterItsTime) {
   Glide gain(1);
-  gain.set(2, one_pole_weight(20, kRate));
+  gain.set(2, one_pole_weight(20, kStreamRate));
   std::vector<float> values(960);
   gain.next(values);
   EXPECT_TRUE(std::ranges::is_sorted(values));
@@ -192,7 +192,7 @@ TEST(GlideOfAGain, EndsOnItsTarget) {
   for (const double from : {0.0, 1.0, 1000.0}) {
     for (const double to : {0.0, 0.001, 1.0, 1000.0}) {
       Glide gain(from);
-      gain.set(to, one_pole_weight(20, kRate));
+      gain.set(to, one_pole_weight(20, kStreamRate));
       std::vector<float> values(48000);
       gain.next(values);
       EXPECT_EQ(values.back(), static_cast<float>(to)) << from;
@@ -202,7 +202,7 @@ TEST(GlideOfAGain, EndsOnItsTarget) {
 
 TEST(GlideOfAGain, TakesNoTimeWithoutOne) {
   Glide gain(1);
-  gain.set(0.5, one_pole_weight(0, kRate));
+  gain.set(0.5, one_pole_weight(0, kStreamRate));
   std::vector<float> values(2);
   gain.next(values);
   EXPECT_EQ(values, (std::vector{0.5f, 0.5f}));
