@@ -261,6 +261,7 @@ TEST_F(TwoPasses, ProgressOnceFromStartToEnd) {
 
 // Ends the process with status 1 if a signal that comes after that part of the work is obeyed.
 void render_and_interrupt(host::RenderOptions options, double part) {
+  std::signal(SIGINT, SIG_DFL);  // background jobs of a shell begin with it ignored
   host::catch_interrupts();
   options.on_progress = [part](double, double done) {
     if (done > part) std::raise(SIGINT);
