@@ -1,6 +1,6 @@
 #include "console.h"
 
-#include <host/strip/instance.h>
+#include <control/strip/instance.h>
 
 #include <algorithm>
 #include <cmath>

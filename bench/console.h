@@ -3,8 +3,8 @@
 #pragma once
 
 #include <ChannelStrip/frame/entry_points.h>
-#include <host/design/stem_format.h>
-#include <host/design/strip_coefficients.h>
+#include <control/design/stem_format.h>
+#include <control/design/strip_coefficients.h>
 
 #include <span>
 #include <vector>

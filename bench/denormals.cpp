@@ -4,8 +4,8 @@
 //
 //   denormals
 
+#include <control/strip/denormals.h>
 #include <fmt/format.h>
-#include <host/strip/denormals.h>
 #include <tests/support/busy_strip.h>
 
 #include <exception>

@@ -4,9 +4,9 @@
 //
 //   growth LIBRARY
 
+#include <control/strip/denormals.h>
+#include <control/strip/library.h>
 #include <fmt/format.h>
-#include <host/strip/denormals.h>
-#include <host/strip/library.h>
 
 #include <exception>
 #include <string_view>

@@ -6,11 +6,11 @@
 //
 //   render_speed LIBRARY
 
+#include <control/strip/denormals.h>
+#include <control/strip/instance.h>
+#include <control/strip/library.h>
 #include <fmt/format.h>
 #include <host/render/render.h>
-#include <host/strip/denormals.h>
-#include <host/strip/instance.h>
-#include <host/strip/library.h>
 #include <sndfile.h>
 #include <stdlib.h>
 

@@ -41,9 +41,11 @@ host::StripCoefficients busy_coefficients(const host::StemFormat& format, bool a
     settings.expander->range += 4;
   }
   if (!all_before) {
-    const auto middle = settings.pre.begin() + 4;
-    settings.post.assign(middle, settings.pre.end());
-    settings.pre.erase(middle, settings.pre.end());
+    host::StripSettings::Bands before;
+    for (std::size_t i = 0; i < settings.pre.size(); ++i) {
+      (i < 4 ? before : settings.post).push_back(settings.pre[i]);
+    }
+    settings.pre = before;
   }
 
   auto coefficients = host::design_strip(settings, kSampleRate, host::default_layout(format));

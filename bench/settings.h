@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include <host/design/strip_coefficients.h>
+#include <control/design/strip_coefficients.h>
 
 namespace channelstrip::bench {
 

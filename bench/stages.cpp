@@ -4,8 +4,8 @@
 //   stages
 
 #include <ChannelStrip/frame/channel_strip.h>
+#include <control/strip/denormals.h>
 #include <fmt/format.h>
-#include <host/strip/denormals.h>
 
 #include <exception>
 #include <string_view>

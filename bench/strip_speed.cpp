@@ -4,9 +4,9 @@
 //
 //   strip_speed LIBRARY [--filter WORD]... [--turns N] [--json FILE]
 
+#include <control/strip/denormals.h>
+#include <control/strip/library.h>
 #include <fmt/format.h>
-#include <host/strip/denormals.h>
-#include <host/strip/library.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>

@@ -2,8 +2,8 @@
 
 #pragma once
 
-#include <host/preset/preset.h>
-#include <host/strip/library.h>
+#include <control/preset/preset.h>
+#include <control/strip/library.h>
 
 #include <memory>
 #include <string>

@@ -1,7 +1,7 @@
 #include "measure.h"
 
 #include <bench/turns.h>
-#include <host/strip/denormals.h>
+#include <control/strip/denormals.h>
 
 #include <algorithm>
 

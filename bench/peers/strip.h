@@ -2,9 +2,9 @@
 
 #pragma once
 
-#include <host/preset/preset.h>
-#include <host/strip/instance.h>
-#include <host/strip/library.h>
+#include <control/preset/preset.h>
+#include <control/strip/instance.h>
+#include <control/strip/library.h>
 
 #include <vector>
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "../design/channel_layout.h"
+#include "control/design/channel_layout.h"
 
 namespace channelstrip::host {
 

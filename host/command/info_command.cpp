@@ -12,9 +12,9 @@
 
 #include "../info/information.h"
 #include "../info/preset_bands.h"
-#include "../preset/left_out.h"
 #include "choice.h"
 #include "command_line.h"
+#include "control/preset/left_out.h"
 #include "strip_arguments.h"
 
 namespace channelstrip::host {

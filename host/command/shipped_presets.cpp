@@ -7,8 +7,8 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "../preset/nearest.h"
-#include "../text/text_file.h"
+#include "control/preset/nearest.h"
+#include "control/text/text_file.h"
 
 namespace channelstrip::host {
 namespace {

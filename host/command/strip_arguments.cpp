@@ -8,10 +8,10 @@
 #include <string_view>
 #include <vector>
 
-#include "../design/stem_format.h"
-#include "../preset/preset_keys.h"
 #include "choice.h"
 #include "command_line.h"
+#include "control/design/stem_format.h"
+#include "control/preset/preset_keys.h"
 #include "shipped_presets.h"
 
 namespace channelstrip::host {

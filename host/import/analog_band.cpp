@@ -3,7 +3,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "../design/require.h"
+#include "control/design/require.h"
 
 namespace channelstrip::host {
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "../design/settings.h"
+#include "control/design/settings.h"
 
 namespace channelstrip::host {
 

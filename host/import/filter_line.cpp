@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
-#include "../design/band.h"
-#include "../design/require.h"
 #include "analog_band.h"
+#include "control/design/band.h"
+#include "control/design/require.h"
 #include "filter_parameters.h"
 #include "number_text.h"
 

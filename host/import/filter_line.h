@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-#include "../design/settings.h"
+#include "control/design/settings.h"
 
 namespace channelstrip::host {
 

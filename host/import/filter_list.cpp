@@ -5,8 +5,8 @@
 #include <stdexcept>
 #include <utility>
 
-#include "../text/text_file.h"
 #include "../text/wording.h"
+#include "control/text/text_file.h"
 #include "filter_line.h"
 #include "number_text.h"
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "../design/settings.h"
+#include "control/design/settings.h"
 
 namespace channelstrip::host {
 

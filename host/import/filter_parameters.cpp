@@ -3,7 +3,7 @@
 #include <string_view>
 #include <utility>
 
-#include "../design/require.h"
+#include "control/design/require.h"
 #include "number_text.h"
 
 namespace channelstrip::host {

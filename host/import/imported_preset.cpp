@@ -9,9 +9,9 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "../design/band.h"
-#include "../preset/preset.h"
-#include "../preset/preset_keys.h"
+#include "control/design/band.h"
+#include "control/preset/preset.h"
+#include "control/preset/preset_keys.h"
 
 namespace channelstrip::host {
 namespace {

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <utility>
 
-#include "../design/require.h"
+#include "control/design/require.h"
 
 namespace channelstrip::host {
 namespace {

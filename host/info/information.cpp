@@ -2,9 +2,9 @@
 
 #include <sndfile.h>
 
-#include "../design/channel_layout.h"
-#include "../design/link_map.h"
-#include "../preset/preset_keys.h"
+#include "control/design/channel_layout.h"
+#include "control/design/link_map.h"
+#include "control/preset/preset_keys.h"
 #include "wav_mask.h"
 
 namespace channelstrip::host {

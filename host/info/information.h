@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-#include "../design/stem_format.h"
-#include "../strip/library.h"
+#include "control/design/stem_format.h"
+#include "control/strip/library.h"
 
 namespace channelstrip::host {
 

@@ -3,8 +3,8 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
-#include "../preset/band_keys.h"
 #include "../text/wording.h"
+#include "control/preset/band_keys.h"
 
 namespace channelstrip::host {
 namespace {

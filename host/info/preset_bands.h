@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "../preset/precision.h"
+#include "control/preset/precision.h"
 
 namespace channelstrip::host {
 

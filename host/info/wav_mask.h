@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "../design/channel_layout.h"
+#include "control/design/channel_layout.h"
 
 namespace channelstrip::host {
 

@@ -8,7 +8,7 @@
 #include <memory>
 #include <span>
 
-#include "../design/channel_layout.h"
+#include "control/design/channel_layout.h"
 
 namespace channelstrip::host {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "../design/dynamics.h"
+#include "control/design/dynamics.h"
 
 namespace channelstrip::host {
 namespace {

@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-#include "../design/channel_layout.h"
+#include "control/design/channel_layout.h"
 #include "ebur128_meter.h"
 #include "true_peak.h"
 

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "../strip/instance.h"
+#include "control/strip/instance.h"
 
 namespace channelstrip::host {
 

@@ -8,7 +8,7 @@
 #include <span>
 #include <string_view>
 
-#include "../design/dynamics.h"
+#include "control/design/dynamics.h"
 
 namespace channelstrip::host {
 namespace {

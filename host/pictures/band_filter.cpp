@@ -7,7 +7,7 @@
 #include <complex>
 #include <numbers>
 
-#include "../design/dynamics.h"
+#include "control/design/dynamics.h"
 #include "ticks.h"
 
 namespace channelstrip::host {

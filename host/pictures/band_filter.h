@@ -6,14 +6,14 @@
 #include <string>
 #include <vector>
 
-#include "../design/band.h"
-#include "../design/settings.h"
+#include "control/design/band.h"
+#include "control/design/settings.h"
 
 namespace channelstrip::host {
 
 struct BandFilter {
   BandSettings settings;
-  std::vector<Section> sections;  // in single precision, as the library gets them
+  Sections sections;  // in single precision, as the library gets them
 };
 
 // Throws std::invalid_argument, naming the setting.

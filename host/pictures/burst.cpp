@@ -4,8 +4,8 @@
 #include <cmath>
 #include <cstddef>
 
-#include "../design/dynamics.h"
-#include "../strip/strip_stream.h"
+#include "control/design/dynamics.h"
+#include "control/strip/strip_stream.h"
 
 namespace channelstrip::host {
 namespace {
@@ -61,7 +61,7 @@ struct Run {
 Run run(const StripSettings& settings, double sample_rate, const Library& library,
         const Plan& plan) {
   const StemFormat& mono = *find_stem_format("Mono");
-  StripStream stream(library, mono, design_strip(settings, sample_rate, default_layout(mono)));
+  StripStream stream(library, default_layout(mono), sample_rate, settings);
   const auto quiet = static_cast<float>(db_to_linear(plan.quiet));
   const auto loud = static_cast<float>(db_to_linear(plan.loud));
   std::vector<float> input(plan.before, quiet), output;

@@ -4,8 +4,8 @@
 
 #include <vector>
 
-#include "../design/settings.h"
-#include "../strip/library.h"
+#include "control/design/settings.h"
+#include "control/strip/library.h"
 
 namespace channelstrip::host {
 

@@ -7,9 +7,9 @@
 #include <cmath>
 #include <optional>
 
-#include "../design/dynamics.h"
-#include "../design/dynamics_coefficients.h"
-#include "../design/link_map.h"
+#include "control/design/dynamics.h"
+#include "control/design/dynamics_coefficients.h"
+#include "control/design/link_map.h"
 #include "strip_curves.h"
 
 namespace channelstrip::host {

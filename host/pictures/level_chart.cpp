@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "../design/dynamics.h"
+#include "control/design/dynamics.h"
 #include "strip_curves.h"
 
 namespace channelstrip::host {

@@ -6,14 +6,14 @@
 #include <iterator>
 #include <stdexcept>
 
-#include "../design/strip_coefficients.h"
-#include "../preset/precision.h"
 #include "../text/wording.h"
+#include "control/design/strip_coefficients.h"
+#include "control/preset/precision.h"
 
 namespace channelstrip::host {
 namespace {
 
-std::vector<BandFilter> design_filters(const std::vector<BandSettings>& bands, double sample_rate) {
+std::vector<BandFilter> design_filters(std::span<const BandSettings> bands, double sample_rate) {
   std::vector<BandFilter> filters;
   filters.reserve(bands.size());
   for (const BandSettings& band : bands) filters.push_back(design_filter(band, sample_rate));

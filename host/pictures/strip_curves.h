@@ -8,13 +8,13 @@
 #include <string>
 #include <vector>
 
-#include "../design/channel_layout.h"
-#include "../design/dynamics.h"
-#include "../preset/preset.h"
 #include "../run/strip_options.h"
 #include "band_filter.h"
 #include "burst.h"
 #include "chart.h"
+#include "control/design/channel_layout.h"
+#include "control/design/dynamics.h"
+#include "control/preset/preset.h"
 
 namespace channelstrip::host {
 

@@ -11,12 +11,12 @@
 
 #include "../audio/audio_writer.h"
 #include "../audio/broadcast_loudness.h"
-#include "../design/dynamics.h"
 #include "../loudness/programme.h"
 #include "../run/strip_run.h"
 #include "../system/interrupt.h"
 #include "../system/standard_streams.h"
 #include "../text/wording.h"
+#include "control/design/dynamics.h"
 
 namespace channelstrip::host {
 namespace {

@@ -10,12 +10,12 @@
 #include "../audio/audio_format.h"
 #include "../audio/dither.h"
 #include "../audio/output_format.h"
-#include "../design/channel_layout.h"
 #include "../loudness/normalisation.h"
 #include "../run/strip_options.h"
-#include "../strip/strip_stream.h"
 #include "../system/interrupt.h"
 #include "../system/output_file.h"
+#include "control/design/channel_layout.h"
+#include "control/strip/strip_stream.h"
 
 namespace channelstrip::host {
 

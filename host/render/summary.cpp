@@ -9,9 +9,9 @@
 #include <span>
 #include <string>
 
-#include "../design/dynamics.h"
 #include "../system/standard_streams.h"
 #include "../text/wording.h"
+#include "control/design/dynamics.h"
 
 namespace channelstrip::host {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "../design/dynamics.h"
 #include "../text/wording.h"
+#include "control/design/dynamics.h"
 #include "html.h"
 #include "page.h"
 

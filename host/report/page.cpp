@@ -6,9 +6,9 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "../design/dynamics.h"
 #include "../pictures/xml.h"
 #include "../text/wording.h"
+#include "control/design/dynamics.h"
 #include "html.h"
 #include "page_style.h"
 #include "report_charts.h"

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "../design/link_map.h"
+#include "control/design/link_map.h"
 
 namespace channelstrip::host {
 

@@ -1,6 +1,6 @@
 #include "reduction_track.h"
 
-#include "../design/dynamics.h"
+#include "control/design/dynamics.h"
 
 namespace channelstrip::host {
 namespace {

@@ -6,11 +6,11 @@
 #include <span>
 #include <stdexcept>
 
-#include "../design/dynamics_coefficients.h"
-#include "../design/strip_coefficients.h"
 #include "../run/strip_run.h"
 #include "../system/interrupt.h"
 #include "../system/parallel.h"
+#include "control/design/dynamics_coefficients.h"
+#include "control/design/strip_coefficients.h"
 
 namespace channelstrip::host {
 namespace {

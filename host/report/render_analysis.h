@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "../preset/preset.h"
 #include "../run/strip_options.h"
 #include "comparison.h"
+#include "control/preset/preset.h"
 #include "reduction_track.h"
 #include "signal_analysis.h"
 

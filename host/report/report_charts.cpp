@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "../design/dynamics.h"
-#include "../strip/strip_stream.h"
 #include "../text/wording.h"
+#include "control/design/dynamics.h"
+#include "control/strip/strip_stream.h"
 
 namespace channelstrip::host {
 namespace {

@@ -6,8 +6,8 @@
 #include <span>
 #include <string_view>
 
-#include "../preset/band_keys.h"
-#include "../preset/preset_keys.h"
+#include "control/preset/band_keys.h"
+#include "control/preset/preset_keys.h"
 
 namespace channelstrip::host {
 namespace {
@@ -72,7 +72,8 @@ HtmlTable table_of(const Table& keys, const StripSettings& settings) {
   }
   if (keys.name == "link") {
     for (const auto& [format, map] : settings.link) {
-      table.rows.push_back({format, map, "groups of this format"});
+      table.rows.push_back(
+          {std::string(format.view()), std::string(map.view()), "groups of this format"});
     }
   }
   return table;

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "../design/settings.h"
+#include "control/design/settings.h"
 #include "html.h"
 
 namespace channelstrip::host {

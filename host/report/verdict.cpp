@@ -1,8 +1,8 @@
 #include <fmt/format.h>
 
-#include "../design/dynamics.h"
 #include "../pictures/xml.h"
 #include "../text/wording.h"
+#include "control/design/dynamics.h"
 #include "page.h"
 
 namespace channelstrip::host {

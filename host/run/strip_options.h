@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "../design/channel_layout.h"
-#include "../strip/library.h"
+#include "control/design/channel_layout.h"
+#include "control/strip/library.h"
 
 namespace channelstrip::host {
 

@@ -9,8 +9,8 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "../preset/left_out.h"
-#include "../preset/precision.h"
+#include "control/preset/left_out.h"
+#include "control/preset/precision.h"
 
 namespace channelstrip::host {
 namespace {
@@ -55,12 +55,13 @@ Preset preset_of(const StripOptions& options, double sample_rate) {
   return preset;
 }
 
-std::vector<StripStream::Change> design_changes(const Preset& preset, double sample_rate,
-                                                const ChannelLayout& layout) {
+// Throws std::invalid_argument for settings that no strip can have.
+std::vector<StripStream::Change> changes_of(const Preset& preset, double sample_rate,
+                                            const ChannelLayout& layout) {
   std::vector<StripStream::Change> changes;
   for (const auto& [time, settings] : preset.changes) {
-    changes.push_back({static_cast<std::uint64_t>(std::llround(time * sample_rate)),
-                       design_strip(settings, sample_rate, layout)});
+    design_strip(settings, sample_rate, layout);
+    changes.push_back({static_cast<std::uint64_t>(std::llround(time * sample_rate)), settings});
   }
   return changes;
 }
@@ -98,8 +99,8 @@ StripStream StripRun::make_stream() const {
   const double sample_rate = format().sample_rate;
   check_fits(preset_, sample_rate, layout_);
   try {
-    return {library_, *layout_.format, design_strip(preset_.settings, sample_rate, layout_),
-            design_changes(preset_, sample_rate, layout_)};
+    return {library_, layout_, sample_rate, preset_.settings,
+            changes_of(preset_, sample_rate, layout_)};
   } catch (const std::invalid_argument& error) {
     throw std::runtime_error(fmt::format("{}: {}", culprit_, error.what()));
   }

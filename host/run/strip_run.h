@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "../audio/audio_reader.h"
-#include "../design/channel_layout.h"
-#include "../preset/preset.h"
-#include "../strip/strip_stream.h"
+#include "control/design/channel_layout.h"
+#include "control/preset/preset.h"
+#include "control/strip/strip_stream.h"
 #include "key_source.h"
 #include "strip_options.h"
 
@@ -18,8 +18,8 @@ namespace channelstrip::host {
 // Throws std::runtime_error, one line for the user, for options that are wrong whatever the input.
 void check_strip_options(const StripOptions& options);
 
-// All calls throw likewise. The coefficients of all settings, those of the preset's changes
-// included, are designed before the first frame is read.
+// All calls throw likewise. All settings, those of the preset's changes included, are judged before
+// the first frame is read.
 class StripRun {
  public:
   StripRun(const std::string& input, const StripOptions& options);

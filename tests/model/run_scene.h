@@ -4,7 +4,7 @@
 #pragma once
 
 #include <ChannelStrip/frame/entry_points.h>
-#include <host/design/stem_format.h>
+#include <control/design/stem_format.h>
 
 #include "scene.h"
 #include "section.h"

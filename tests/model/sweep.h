@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include <host/design/stem_format.h>
+#include <control/design/stem_format.h>
 
 #include <cstdint>
 #include <functional>

@@ -3,8 +3,8 @@
 //
 //   sweep_soak FORMAT QUADS [FIRST_SEED]
 
+#include <control/strip/library.h>
 #include <fmt/format.h>
-#include <host/strip/library.h>
 
 #include <cstdint>
 #include <cstdlib>

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include <host/design/stem_format.h>
+#include <control/design/stem_format.h>
 #include <tests/model/random_scene.h>
 #include <tests/model/scene.h>
 

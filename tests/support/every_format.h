@@ -2,8 +2,8 @@
 
 #pragma once
 
+#include <control/design/stem_format.h>
 #include <gtest/gtest.h>
-#include <host/design/stem_format.h>
 
 #include <algorithm>
 #include <ostream>

@@ -5,8 +5,8 @@
 #include <ChannelStrip/dynamics/dyn_records.h>
 #include <ChannelStrip/eq/eq_records.h>
 #include <ChannelStrip/frame/context.h>
-#include <host/design/stem_format.h>
-#include <host/strip/library.h>
+#include <control/design/stem_format.h>
+#include <control/strip/library.h>
 
 #include <algorithm>
 #include <array>

@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "host/design/band.h"
+#include "control/design/band.h"
 #include "host/import/analog_band.h"
 #include "host/import/number_text.h"
 

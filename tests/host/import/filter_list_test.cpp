@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "../support/temporary_folder.h"
+#include "control/preset/preset.h"
+#include "control/text/text_file.h"
 #include "host/import/imported_preset.h"
-#include "host/preset/preset.h"
-#include "host/text/text_file.h"
 
 namespace channelstrip::test::filter_list_test {
 namespace {

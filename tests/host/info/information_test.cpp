@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "host/design/channel_layout.h"
-#include "host/design/link_map.h"
+#include "control/design/channel_layout.h"
+#include "control/design/link_map.h"
 #include "host/info/wav_mask.h"
 
 namespace channelstrip::test::information_test {

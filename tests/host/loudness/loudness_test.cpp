@@ -6,9 +6,9 @@
 #include <span>
 #include <vector>
 
-#include "../design/records.h"
 #include "../support/audio.h"
 #include "../support/refusal.h"
+#include "tests/control/design/records.h"
 
 namespace channelstrip::test::loudness_test {
 namespace {

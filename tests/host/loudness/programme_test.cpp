@@ -9,11 +9,11 @@
 #include <stdexcept>
 #include <vector>
 
-#include "../design/records.h"
 #include "../support/audio.h"
 #include "../support/refusal.h"
-#include "host/design/dynamics.h"
+#include "control/design/dynamics.h"
 #include "host/loudness/ebur128_meter.h"
+#include "tests/control/design/records.h"
 
 namespace channelstrip::test::programme_test {
 namespace {

@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "../support/streams.h"
-#include "host/design/dynamics.h"
+#include "control/design/dynamics.h"
 #include "host/loudness/loudness.h"
 #include "host/render/render.h"
 #include "host/system/interrupt.h"

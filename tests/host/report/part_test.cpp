@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "../design/records.h"
+#include "tests/control/design/records.h"
 
 namespace channelstrip::test::part_test {
 namespace {

@@ -6,10 +6,10 @@
 #include <cmath>
 #include <vector>
 
-#include "../design/records.h"
-#include "host/design/dynamics.h"
-#include "host/strip/library.h"
-#include "host/strip/strip_stream.h"
+#include "control/design/dynamics.h"
+#include "control/strip/library.h"
+#include "control/strip/strip_stream.h"
+#include "tests/control/design/records.h"
 
 namespace channelstrip::test::reduction_track_test {
 namespace {
@@ -50,11 +50,10 @@ TEST(ReductionTrack, NothingReducedIsZeroAndNotMinusZero) {
 // start.
 TEST(ReductionTrack, FollowsTheAttackOfAConstantLevel) {
   const Library library(CHANNELSTRIP_LIBRARY);
-  const StemFormat& mono = *find_stem_format("Mono");
   StripSettings settings;
   settings.compressor = {.threshold = -20, .ratio = 4, .knee = 0, .attack = 20};
   settings.detector.time = 10000;
-  StripStream strip(library, mono, design_strip(settings, 48000, layout_of("Mono")));
+  StripStream strip(library, layout_of("Mono"), 48000, settings);
   ReductionTrack track(1000);
   strip.observe([&](const MeterReading& period) { track.add(period.channel_gain[0]); });
   std::vector<float> output;

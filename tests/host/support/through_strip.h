@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "audio.h"
-#include "host/preset/preset.h"
-#include "host/strip/library.h"
-#include "host/strip/strip_stream.h"
+#include "control/preset/preset.h"
+#include "control/strip/library.h"
+#include "control/strip/strip_stream.h"
 
 namespace channelstrip::test {
 
@@ -32,8 +32,7 @@ inline Processed through_strip(
     const std::function<std::size_t()>& next_cut = [] { return std::size_t{4096}; },
     std::span<const float> key = {}) {
   static const host::Library library(CHANNELSTRIP_LIBRARY);
-  host::StripStream stream(library, *layout.format,
-                           host::design_strip(settings, input.sample_rate, layout));
+  host::StripStream stream(library, layout, input.sample_rate, settings);
   Processed result;
   for (std::span<const float> rest(input.floats); !rest.empty();) {
     const std::size_t wanted = next_cut() * static_cast<std::size_t>(input.channels);

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/text/text_file.h"
+#include "control/text/text_file.h"
 #include "host/text/wording.h"
 
 namespace channelstrip::test::text_test {

@@ -1,0 +1,43 @@
+// The loaded library and its entry points.
+
+#pragma once
+
+#include <ChannelStrip/frame/entry_points.h>
+
+#include <memory>
+#include <string>
+
+#include "../design/stem_format.h"
+#include "engine.h"
+
+namespace channelstrip::host {
+
+class Library {
+ public:
+  // Loads the shared library at `path`; a name without a slash is looked up as the dynamic linker
+  // does, this program's run path first. Throws std::runtime_error when it can't be loaded.
+  explicit Library(const std::string& path = default_path());
+
+  // The library's soname, which carries the major version this host was built against.
+  static std::string default_path();
+
+  // The file that was loaded, links resolved.
+  std::string file() const;
+
+  // The soname it was linked with; empty if it has none.
+  std::string soname() const;
+
+  // Both are valid as long as this object, and throw std::runtime_error if the library doesn't
+  // export an entry point.
+  AlgEntry_16_Stem* entry_point(const StemFormat& format) const;
+  EntryPoints entry_points() const;
+
+ private:
+  struct Close {
+    void operator()(void* handle) const;
+  };
+  std::string path_;
+  std::unique_ptr<void, Close> handle_;
+};
+
+}  // namespace channelstrip::host
