@@ -61,6 +61,8 @@ struct CompressorSettings {
   double range = -60;        // dB, above -600, at most 0: never reduces by more
   double makeup = 0;         // dB
   bool auto_makeup = false;  // adds half of what the curve takes from full scale
+  bool on = true;            // false only while settings are written: settings that are whole have
+                             // no compressor then
 
   bool operator==(const CompressorSettings&) const = default;
 };
@@ -77,6 +79,8 @@ struct ExpanderSettings {
   double hold = 20;                                 // ms
   double range = -40;                               // dB, above -150, at most 0: the floor
   std::optional<double> hysteresis = std::nullopt;  // dB, 0 or more; none: no gate
+  bool gate = true;  // both false only while settings are written, as the compressor's: without a
+  bool on = true;    // gate settings that are whole have no hysteresis
 
   bool operator==(const ExpanderSettings&) const = default;
 };

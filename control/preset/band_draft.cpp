@@ -7,9 +7,23 @@
 namespace channelstrip::host {
 namespace {
 
+// Values that have no use at present: they have to be right, too.
+void check_idle(const Entry& entry, const Layer& layer, std::string_view title, Keys<EqBand> keys) {
+  EqBand nowhere;
+  for (const Entry& key : entries(table_of(entry, layer), entry.path)) {
+    if (!set_key(key, layer, keys, nowhere)) {
+      fail_unknown(key, layer, key.key.str(), title, names(keys));
+    }
+  }
+}
+
 void write_band(const Entry& entry, const Layer& layer, std::string_view title, Keys<EqBand> keys,
                 BandDraft& draft) {
   for (const Entry& key : entries(table_of(entry, layer), entry.path)) {
+    if (key.key.str() == kIdle) {
+      check_idle(key, layer, title, keys);
+      continue;
+    }
     const auto* found = set_key(key, layer, keys, draft.band);
     if (!found) fail_unknown(key, layer, key.key.str(), title, names(keys));
     draft.origins[found->name] = {layer.place(key.key.source(), key.path)};

@@ -45,7 +45,10 @@ void write(const toml::table& table, const Layer& layer, Draft& draft);
 // strip has.
 void settle(Draft& draft);
 
-// The draft's settings, bands among them.
+// Removes a compressor, an expander or a gate that is switched off.
+void leave_out_what_is_off(StripSettings& settings);
+
+// The draft's settings, bands among them, but for what is switched off.
 StripSettings settings_of(const Draft& draft);
 
 }  // namespace channelstrip::host

@@ -41,6 +41,8 @@ struct Access {
 template <class Settings>
 struct Key {
   std::string_view name;
+  int number;                   // among the keys of its table; never changes, never returns
+  std::string_view short_name;  // where there is little room
   std::string_view meaning;
   Access<Settings> access;
   Range range = {};                              // for numbers
@@ -49,6 +51,8 @@ struct Key {
   // Why the key means nothing to these settings; empty: it does. Null: it always does.
   std::string (*objection)(const Settings&) = nullptr;
   bool lasting = false;  // can't change in time
+  bool switches =
+      false;  // says whether something is there, which settings that are whole don't say
 };
 
 template <class Type>

@@ -28,8 +28,10 @@ void note_places(const Draft& draft, Preset& preset) {
     if (!place.key.empty()) place.key = band.origin.place.key;
     preset.bands.push_back({place, band.band, key_filter});
   };
-  for (const BandDraft& band : draft.eq) note(band);
-  if (draft.key_filter) note(*draft.key_filter, true);
+  for (const BandDraft& band : draft.eq) {
+    if (band.band.on) note(band);
+  }
+  if (draft.key_filter && draft.key_filter->band.on) note(*draft.key_filter, true);
   for (const auto& [format, map] : draft.settings.link) {
     const std::string name(format.view());
     preset.links.push_back({draft.links.at(name).place, name, std::string(map.view())});

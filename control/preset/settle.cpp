@@ -23,11 +23,13 @@ void age(BandDraft& draft) {
   for (auto& [key, origin] : draft.origins) origin.fresh = false;
 }
 
-// Where this layer set what determines the number of the band's sections: its slope, or else the
-// band itself if it is new. Null if it did neither.
+// Where this layer set what determines the number of the band's sections: its slope, whether it is
+// on, or else the band itself if it is new. Null if it did neither.
 const Place* lengthened(const BandDraft& draft) {
-  const auto slope = draft.origins.find("slope");
-  if (slope != draft.origins.end() && slope->second.fresh) return &slope->second.place;
+  for (const std::string_view key : {"slope", "on"}) {
+    const auto origin = draft.origins.find(key);
+    if (origin != draft.origins.end() && origin->second.fresh) return &origin->second.place;
+  }
   return draft.origin.fresh ? &draft.origin.place : nullptr;
 }
 
@@ -38,7 +40,7 @@ void require_room(const Draft& draft) {
   const Place* culprit = nullptr;
   for (const BandDraft& band : draft.eq) {
     const bool fitted = total <= CHANNELSTRIP_EQ_BANDS;
-    total += section_count(band.band);
+    if (band.band.on) total += section_count(band.band);
     const Place* place = lengthened(band);
     if (place && (fitted || !culprit)) culprit = place;
   }
@@ -55,6 +57,15 @@ void require_one_section(const BandDraft& key_filter) {
 
 }  // namespace
 
+void leave_out_what_is_off(StripSettings& settings) {
+  if (settings.compressor && !settings.compressor->on) settings.compressor.reset();
+  if (settings.expander && !settings.expander->on) settings.expander.reset();
+  if (settings.expander && !settings.expander->gate) {
+    settings.expander->gate = true;
+    settings.expander->hysteresis.reset();
+  }
+}
+
 void settle(Draft& draft) {
   for (auto& [format, origin] : draft.links) origin.fresh = false;
   for (BandDraft& band : draft.eq) settle_keys(band);
@@ -68,10 +79,12 @@ void settle(Draft& draft) {
 
 StripSettings settings_of(const Draft& draft) {
   StripSettings settings = draft.settings;
+  leave_out_what_is_off(settings);
   for (const BandDraft& band : draft.eq) {
+    if (!band.band.on) continue;
     (band.band.position == Position::kPre ? settings.pre : settings.post).push_back(band.band);
   }
-  if (draft.key_filter) settings.key_filter = draft.key_filter->band;
+  if (draft.key_filter && draft.key_filter->band.on) settings.key_filter = draft.key_filter->band;
   return settings;
 }
 

@@ -210,6 +210,10 @@ void Engine::process(const float* const* inputs, const float* key, float* const*
   }
 }
 
+AlgEntry_16_Stem* Engine::entry_point() const {
+  return entry_points_[index_of(*format_)];
+}
+
 EngineMeters Engine::read_meters() {
   EngineMeters result;
   for (std::size_t p = 0; p < parts_.size(); ++p) {

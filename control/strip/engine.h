@@ -63,6 +63,10 @@ class Engine {
   std::span<const SChannelStrip_Alg_Context> prepare(const float* const* inputs, const float* key,
                                                      float* const* outputs, std::size_t samples);
 
+  // Whether one strip of the library is enough; then this is its entry point, that of the format.
+  bool is_single() const { return parts_.size() == 1; }
+  AlgEntry_16_Stem* entry_point() const;
+
   // What the meters have shown since the last reading, and begins a new one.
   EngineMeters read_meters();
 

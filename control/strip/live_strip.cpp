@@ -114,12 +114,20 @@ LiveStrip::Run LiveStrip::Run::from(std::size_t sample, std::size_t count) const
 void LiveStrip::process(const float* const* inputs, const float* key, float* const* outputs,
                         std::size_t frames) {
   const FlushDenormals flush;
-  Run call{.inputs = {}, .key = key, .outputs = {}, .samples = frames};
-  std::copy_n(inputs, channels_, call.inputs.begin());
-  std::copy_n(outputs, channels_, call.outputs.begin());
-  for (std::size_t at = 0; at < frames;) {
+  process(run_of({inputs, key, outputs}, frames));
+}
+
+LiveStrip::Run LiveStrip::run_of(const Buffers& buffers, std::size_t frames) const {
+  Run run{.inputs = {}, .key = buffers.key, .outputs = {}, .samples = frames};
+  std::copy_n(buffers.inputs, channels_, run.inputs.begin());
+  std::copy_n(buffers.outputs, channels_, run.outputs.begin());
+  return run;
+}
+
+void LiveStrip::process(const Run& call) {
+  for (std::size_t at = 0; at < call.samples;) {
     if (pending_ == 0) begin_block();
-    const std::size_t left = frames - at;
+    const std::size_t left = call.samples - at;
     if (pending_ > 0 || left < kBlock) {
       at += process_part(call.from(at, left));
     } else {
@@ -127,6 +135,49 @@ void LiveStrip::process(const float* const* inputs, const float* key, float* con
       run(call.from(at, count));
       at += count;
     }
+  }
+}
+
+void LiveStrip::process_many(std::span<LiveStrip* const> strips, std::span<const Buffers> buffers,
+                             std::size_t frames) {
+  const FlushDenormals flush;
+  std::array<Run, kMostAtOnce> calls;
+  bool is_whole = frames % kBlock == 0;
+  for (std::size_t i = 0; i < strips.size(); ++i) {
+    calls[i] = strips[i]->run_of(buffers[i], frames);
+    is_whole = is_whole && strips[i]->pending_ == 0;
+  }
+  if (!is_whole) {
+    for (std::size_t i = 0; i < strips.size(); ++i) strips[i]->process(calls[i]);
+    return;
+  }
+  std::array<const SChannelStrip_Alg_Context*, kMostAtOnce> contexts;
+  std::array<Run, kMostAtOnce> runs;
+  std::array<bool, kMostAtOnce> is_direct;
+  for (std::size_t at = 0; at < frames;) {
+    std::size_t samples = frames - at, direct = 0;
+    for (LiveStrip* strip : strips) {
+      strip->begin_block();
+      samples = std::min(samples, strip->until_step(samples));
+    }
+    for (std::size_t i = 0; i < strips.size(); ++i) {
+      LiveStrip& strip = *strips[i];
+      runs[i] = calls[i].from(at, samples);
+      strip.scan(runs[i]);
+      is_direct[i] = strip.may_run_directly(runs[i]) && strip.live_.is_single();
+      if (is_direct[i]) {
+        contexts[direct++] =
+            strip.live_.prepare(runs[i].inputs.data(), runs[i].key, runs[i].outputs.data(), samples)
+                .data();
+      } else {
+        strip.run(runs[i]);
+      }
+    }
+    strips.front()->live_.entry_point()(contexts.data(), contexts.data() + direct);
+    for (std::size_t i = 0; i < strips.size(); ++i) {
+      if (is_direct[i]) strips[i]->finish_run(runs[i], true);
+    }
+    at += samples;
   }
 }
 
@@ -189,6 +240,10 @@ void LiveStrip::run(const Run& run) {
       run_chunk(run.from(at, std::min(kChunk, run.samples - at)));
     }
   }
+  finish_run(run, is_direct);
+}
+
+void LiveStrip::finish_run(const Run& run, bool is_direct) {
   if (may_overflow_) repair(run);
   if (is_metering_) read_meters(run, is_direct);
 }
@@ -327,6 +382,12 @@ LiveMeters LiveStrip::take_meters() {
                   .expander_gain = meters_.expander_gain,
                   .detector_level = meters_.detector_level};
   return std::exchange(meters_, next);
+}
+
+void LiveStrip::finish_searches() {
+  design_.finish_searches();
+  live_.set_coefficients(design_.coefficients());
+  live_.reset();
 }
 
 void LiveStrip::reset() {

@@ -10,7 +10,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
+#include <span>
 
 #include "../design/channel_layout.h"
 #include "engine.h"
@@ -44,6 +44,17 @@ class LiveStrip {
   void process(const float* const* inputs, const float* key, float* const* outputs,
                std::size_t frames);
 
+  // The same for several strips of one format and as many frames of each, in calls of the library
+  // for all of them where they allow; it runs several mono strips at once.
+  static constexpr std::size_t kMostAtOnce = 64;
+  struct Buffers {
+    const float* const* inputs;
+    const float* key;
+    float* const* outputs;
+  };
+  static void process_many(std::span<LiveStrip* const> strips, std::span<const Buffers> buffers,
+                           std::size_t frames);
+
   // How many samples of an unfinished block there are, 0 .. 15.
   std::size_t phase() const { return pending_; }
 
@@ -55,6 +66,9 @@ class LiveStrip {
 
   // Forgets the audio. Glides and cross-fades are at their ends.
   void reset();
+
+  // Not for an audio thread: ends the searches that changes have begun, without a glide.
+  void finish_searches();
 
   const StripSettings& settings() const { return design_.settings(); }
 
@@ -74,11 +88,14 @@ class LiveStrip {
     Run from(std::size_t sample, std::size_t count) const;
   };
 
+  Run run_of(const Buffers& buffers, std::size_t frames) const;
+  void process(const Run& call);
   void begin_block();
   void apply(const StripSettings& settings);
   std::size_t until_step(std::size_t samples) const;
   std::size_t process_part(const Run& call);
   void run(const Run& run);
+  void finish_run(const Run& run, bool is_direct);
   void run_chunk(const Run& run);
   void mix(const Run& run);
   bool may_run_directly(const Run& run) const;

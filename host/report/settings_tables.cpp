@@ -29,13 +29,17 @@ std::string value_of(const Key<Settings>& key, const Settings& settings) {
 std::vector<std::string> row_of(std::string name, const EqBand& band,
                                 std::span<const Key<EqBand>> keys) {
   std::vector<std::string> row{std::move(name)};
-  for (const Key<EqBand>& key : keys) row.push_back(value_of(key, band));
+  for (const Key<EqBand>& key : keys) {
+    if (!key.switches) row.push_back(value_of(key, band));
+  }
   return row;
 }
 
 HtmlTable band_table(std::string caption, std::span<const Key<EqBand>> keys) {
   HtmlTable table{.caption = std::move(caption), .columns = {""}, .numbers = false};
-  for (const Key<EqBand>& key : keys) table.columns.emplace_back(key.name);
+  for (const Key<EqBand>& key : keys) {
+    if (!key.switches) table.columns.emplace_back(key.name);
+  }
   return table;
 }
 
@@ -67,6 +71,7 @@ HtmlTable table_of(const Table& keys, const StripSettings& settings) {
                   .columns = {"", "Setting", "Meaning"},
                   .numbers = false};
   for (const auto& key : keys.keys) {
+    if (key.switches) continue;
     table.rows.push_back(
         {std::string(key.name), value_of(key, settings), std::string(key.meaning)});
   }

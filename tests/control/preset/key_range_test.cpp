@@ -43,12 +43,21 @@ std::string_view apt_type(const Key<EqBand>& key) {
 
 // The value of a band's key in the settings; the band's position is the list that it is in.
 Value of_band(const Key<EqBand>& key, const StripSettings& settings, bool key_filter) {
+  if (key.switches) {
+    return key_filter ? settings.key_filter.has_value() : !settings.pre.empty();
+  }
   EqBand band;
   static_cast<BandSettings&>(band) = key_filter              ? *settings.key_filter
                                      : settings.post.empty() ? settings.pre.at(0)
                                                              : settings.post.at(0);
   band.position = settings.post.empty() ? Position::kPre : Position::kPost;
   return key.access.get(band);
+}
+
+// Whether what the key switches is there.
+Value of_switch(std::string_view table, std::string_view key, const StripSettings& settings) {
+  if (key == "gate") return settings.expander->hysteresis.has_value();
+  return table == "compressor" ? settings.compressor.has_value() : settings.expander.has_value();
 }
 
 std::vector<AnyKey> every_key() {
@@ -58,6 +67,11 @@ std::vector<AnyKey> every_key() {
       const std::string_view dot = table.name.empty() ? "" : ".";
       result.push_back({fmt::format("{}{}{}", table.name, dot, key.name), key.access.kind,
                         key.range, key.words, key.access.get});
+      if (!key.switches) continue;
+      result.back().get = [table = table.name, name = key.name](const StripSettings& settings) {
+        return of_switch(table, name, settings);
+      };
+      result.back().before = {"expander.hysteresis=3"};
     }
   }
   const auto add_band = [&](std::string_view table, std::span<const Key<EqBand>> keys) {

@@ -55,10 +55,11 @@ TEST(PresetRefusal, UnknownKeyUnlikeAnyComesWithAll) {
       {"[detector]\nwindow = 3\n",
        "2:1: detector.window: unknown key; [detector] takes mode, time"},
       {"[[eq]]\nwidth = 1\n",
-       "2:1: eq.1.width: unknown key; [[eq]] takes type, frequency, gain, q, shelf_slope, slope, "
+       "2:1: eq.1.width: unknown key; [[eq]] takes on, type, frequency, gain, q, shelf_slope, "
+       "slope, "
        "design, position"},
       {"[key_filter]\nposition = \"pre\"\n",
-       "2:1: key_filter.position: unknown key; [key_filter] takes type, frequency, gain, q, "
+       "2:1: key_filter.position: unknown key; [key_filter] takes on, type, frequency, gain, q, "
        "shelf_slope, slope, design"},
       {"[link]\nambisonic = \"W X Y Z\"\n",
        "2:1: link.ambisonic: unknown key; [link] takes style, Mono, Stereo, LCR, Quad, LCRS, 5.0, "
