@@ -3,8 +3,10 @@
 #include <fmt/format.h>
 #include <toml++/toml.h>
 
+#include <algorithm>
 #include <cmath>
 #include <stdexcept>
+#include <utility>
 
 #include "../design/channel_layout.h"
 #include "../design/link_map.h"
@@ -231,7 +233,11 @@ std::string write_state(const Values& values) {
 
 std::optional<Values> read_state(std::string_view text, std::vector<StateProblem>& problems) {
   try {
-    return Reader(problems).read(toml::parse(text));
+    const Values values = Reader(problems).read(toml::parse(text));
+    std::ranges::sort(problems, {}, [](const StateProblem& problem) {
+      return std::pair(problem.line, problem.column);
+    });
+    return values;
   } catch (const toml::parse_error& error) {
     const auto place = error.source().begin;
     problems.push_back({place.line, place.column, std::string(error.description())});

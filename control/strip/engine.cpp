@@ -84,6 +84,7 @@ void Engine::write_coefficients(const StripCoefficients& coefficients) {
   eq_coefficients_ = coefficients.eq;
   for (std::size_t p = 0; p < parts_.size(); ++p) {
     dynamics_coefficients_[p] = coefficients.dynamics;
+    dynamics_coefficients_[p].bypass = 0;
     if (parts_.size() > 1) std::ranges::fill(dynamics_coefficients_[p].linkGroup, 0);
   }
   dezip_rate_ = coefficients.dezip_rate;

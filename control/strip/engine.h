@@ -32,6 +32,8 @@ struct EngineMeters {
   float expander_reduction = 0;                        // 1 - least factor
 };
 
+// The library's bypass, which switches at once, is left out: who calls this glides into one.
+//
 // One plain object: copying it copies the whole state of the stream. A link map with more groups
 // than the format holds takes several strips of the library, one for each group, which gives every
 // channel what one strip with enough groups would.
