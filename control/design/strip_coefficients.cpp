@@ -9,7 +9,6 @@
 #include "section.h"
 
 namespace channelstrip::host {
-namespace {
 
 // Who listens to the key hears nothing else.
 MixCoefficients design_mix(const StripSettings& settings, double sample_rate) {
@@ -22,8 +21,6 @@ MixCoefficients design_mix(const StripSettings& settings, double sample_rate) {
           .weight = one_pole_weight(settings.glide, sample_rate),
           .bypass = settings.bypass};
 }
-
-}  // namespace
 
 StripCoefficients design_strip(const StripSettings& settings, double sample_rate,
                                const ChannelLayout& layout) {

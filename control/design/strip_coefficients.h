@@ -34,7 +34,8 @@ struct StripCoefficients {
 StripCoefficients design_strip(const StripSettings& settings, double sample_rate,
                                const ChannelLayout& layout);
 
-// The glide, and what goes on around the strip. Throws likewise.
+// What goes on around the strip, and that with the library's glide. Both throw likewise.
+MixCoefficients design_mix(const StripSettings& settings, double sample_rate);
 void design_glide(const StripSettings& settings, double sample_rate, StripCoefficients& out);
 
 }  // namespace channelstrip::host

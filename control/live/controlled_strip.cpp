@@ -54,6 +54,7 @@ void ControlledStrip::report() {
     changed_.write(heard_, Changes::append);
     heard_.which.reset();
   }
+  if (!strip_.has_news()) return;
   meters_.write(strip_.take_meters(),
                 [](LiveMeters& older, const LiveMeters& later) { older.append(later); });
 }
@@ -66,6 +67,11 @@ void ControlledStrip::process(const Call& call) {
     if (frame <= first_block) return first_block;
     return first_block + (frame - first_block + kBlock - 1) / kBlock * kBlock;
   };
+  if (call.events.empty()) {
+    hand_over();
+    strip_.process({call.inputs, call.key, call.outputs}, call.frames);
+    return report();
+  }
   auto event = call.events.begin();
   std::array<const float*, kMostChannels> inputs{};
   std::array<float*, kMostChannels> outputs{};

@@ -78,6 +78,7 @@ void Engine::split(const LinkMap& map) {
   for (const Part& part : parts_) {
     for (const std::uint8_t channel : part.channels) place_[channel] = place++;
   }
+  bind();
 }
 
 void Engine::write_coefficients(const StripCoefficients& coefficients) {
@@ -172,42 +173,71 @@ void Engine::rearrange(const StripCoefficients& coefficients) {
   state_.glides.fill(EQ_SDezipCoefs{next});
 }
 
-std::span<const SChannelStrip_Alg_Context> Engine::prepare(const float* const* inputs,
-                                                           const float* key, float* const* outputs,
-                                                           std::size_t samples) {
-  sample_count_ = static_cast<std::int32_t>(samples);
-  std::size_t channel = 0, input = 0;
+// Points the contexts at this object's records.
+void Engine::bind() {
+  std::size_t place = 0;
   for (std::size_t p = 0; p < parts_.size(); ++p) {
-    const Part& part = parts_[p];
-    contexts_[p] = {.inputs = &inputs_[input],
-                    .outputs = &outputs_[channel],
+    const std::size_t channels = parts_[p].channels.size();
+    meters_[p] = state_.meters[p].data();
+    contexts_[p] = {.inputs = &inputs_[place + p],
+                    .outputs = &outputs_[place],
                     .keyInputIndex = &key_index_[p],
                     .sampleCount = &sample_count_,
                     .dynCoefs = &dynamics_coefficients_[p],
-                    .dynState = &state_.dynamics[channel],
+                    .dynState = &state_.dynamics[place],
                     .eqTargetCoefs = &eq_coefficients_,
                     .eqDezipCoefs = &state_.glides[p],
-                    .eqState = &state_.eq[channel],
+                    .eqState = &state_.eq[place],
                     .meterOutputs = &meters_[p]};
-    for (const std::uint8_t c : part.channels) {
-      inputs_[input++] = inputs[c];
-      outputs_[channel++] = outputs[c];
+    context_pointers_[p] = &contexts_[p];
+    for (std::size_t i = 0; i < channels; ++i) {
+      output_peaks_[parts_[p].channels[i]] = meters_[p] + channels + i;
     }
-    if (key) inputs_[input++] = key;
-    key_index_[p] = key ? static_cast<std::int32_t>(part.channels.size()) : 0;
-    meters_[p] = state_.meters[p].data();
+    place += channels;
   }
-  return std::span(contexts_).first(parts_.size());
+}
+
+Engine& Engine::operator=(const Engine& other) {
+  if (this == &other) return *this;
+  entry_points_ = other.entry_points_;
+  format_ = other.format_;
+  channels_ = other.channels_;
+  links_ = other.links_;
+  parts_ = other.parts_;
+  place_ = other.place_;
+  eq_coefficients_ = other.eq_coefficients_;
+  dynamics_coefficients_ = other.dynamics_coefficients_;
+  dezip_rate_ = other.dezip_rate_;
+  state_ = other.state_;
+  bind();
+  return *this;
+}
+
+std::span<const SChannelStrip_Alg_Context* const> Engine::prepare(const float* const* inputs,
+                                                                  const float* key,
+                                                                  float* const* outputs,
+                                                                  std::size_t samples) {
+  sample_count_ = static_cast<std::int32_t>(samples);
+  std::size_t place = 0;
+  for (std::size_t p = 0; p < parts_.size(); ++p) {
+    const auto& channels = parts_[p].channels;
+    for (std::size_t i = 0; i < channels.size(); ++i) {
+      inputs_[place + p] = inputs[channels[i]];
+      outputs_[place] = outputs[channels[i]];
+      ++place;
+    }
+    inputs_[place + p] = key;
+    key_index_[p] = key ? static_cast<std::int32_t>(channels.size()) : 0;
+  }
+  return std::span(context_pointers_).first(parts_.size());
 }
 
 void Engine::process(const float* const* inputs, const float* key, float* const* outputs,
                      std::size_t samples) {
-  prepare(inputs, key, outputs, samples);
-  std::array<const SChannelStrip_Alg_Context*, kMostChannels> pointers;
-  for (std::size_t p = 0; p < parts_.size(); ++p) pointers[p] = &contexts_[p];
+  const auto contexts = prepare(inputs, key, outputs, samples);
   for (std::size_t begin = 0, end = 0; begin < parts_.size(); begin = end) {
     while (end < parts_.size() && parts_[end].format == parts_[begin].format) ++end;
-    entry_points_[parts_[begin].format](pointers.data() + begin, pointers.data() + end);
+    entry_points_[parts_[begin].format](contexts.data() + begin, contexts.data() + end);
   }
 }
 

@@ -34,9 +34,9 @@ struct EngineMeters {
 
 // The library's bypass, which switches at once, is left out: who calls this glides into one.
 //
-// One plain object: copying it copies the whole state of the stream. A link map with more groups
-// than the format holds takes several strips of the library, one for each group, which gives every
-// channel what one strip with enough groups would.
+// Copying it copies the whole state of the stream, and allocates nothing. A link map with more
+// groups than the format holds takes several strips of the library, one for each group, which gives
+// every channel what one strip with enough groups would.
 class Engine {
  public:
   // Starts without a glide or a jump of the gain: coefficients stand at their targets, filter
@@ -59,11 +59,11 @@ class Engine {
   void process(const float* const* inputs, const float* key, float* const* outputs,
                std::size_t samples);
 
-  // What process() hands to the library, for those who call it for several engines at once: the
-  // contexts are valid until the engine is moved or prepared again. Several only where the link map
-  // has more groups than the format holds.
-  std::span<const SChannelStrip_Alg_Context> prepare(const float* const* inputs, const float* key,
-                                                     float* const* outputs, std::size_t samples);
+  // What process() hands to the library, for those who call it for several engines at once. Several
+  // only where the link map has more groups than the format holds.
+  std::span<const SChannelStrip_Alg_Context* const> prepare(const float* const* inputs,
+                                                            const float* key, float* const* outputs,
+                                                            std::size_t samples);
 
   // Whether one strip of the library is enough; then this is its entry point, that of the format.
   bool is_single() const { return parts_.size() == 1; }
@@ -79,16 +79,21 @@ class Engine {
   // whether there was any.
   bool repair();
 
-  std::size_t channels() const { return channels_; }
+  // Since the meters were read.
+  float output_peak(std::size_t channel) const { return *output_peaks_[channel]; }
+  float input_meter_gain() const { return dynamics_coefficients_.front().inputMeterGain; }
+  bool follows_peaks() const { return dynamics_coefficients_.front().detectorMode <= 0; }
+
+  Engine(const Engine& other) { *this = other; }
+  Engine& operator=(const Engine& other);
 
   // What a call of process() changes.
   struct State {
-    std::array<Dyn_SState, kMostChannels> dynamics;
-    std::array<EQ_SState, kMostChannels> eq;
-    std::array<EQ_SDezipCoefs, kMostChannels> glides;
-    std::array<std::array<float, 3 * kMostChannels + CHANNELSTRIP_METER_CHANNEL_GAIN>,
-               kMostChannels>
-        meters;
+    alignas(64) std::array<Dyn_SState, kMostChannels> dynamics;
+    alignas(64) std::array<EQ_SState, kMostChannels> eq;
+    alignas(64) std::array<EQ_SDezipCoefs, kMostChannels> glides;
+    alignas(64) std::array<std::array<float, 3 * kMostChannels + CHANNELSTRIP_METER_CHANNEL_GAIN>,
+                           kMostChannels> meters;
   };
   void save(State& state) const;
   void restore(const State& state);
@@ -104,6 +109,7 @@ class Engine {
   static Parts parts_for(const StemFormat& format, const LinkMap& map);
   void copy(const State& from, State& to) const;
   void split(const LinkMap& map);
+  void bind();
   void write_coefficients(const StripCoefficients& coefficients);
   void start(Dyn_SState& state) const;
 
@@ -114,18 +120,21 @@ class Engine {
   Parts parts_;
   std::array<std::size_t, kMostChannels> place_ = {};  // of each channel's records in state_
 
-  EQ_SCoefs eq_coefficients_;
-  std::array<Dyn_SCoefsBlock, kMostChannels> dynamics_coefficients_;  // one per part
+  alignas(64) EQ_SCoefs eq_coefficients_;
+  alignas(64) std::array<Dyn_SCoefsBlock, kMostChannels> dynamics_coefficients_;  // one per part
   float dezip_rate_ = 1;
   State state_ = {};  // channels in the order of the parts
 
-  // For one call, made anew by prepare().
-  std::array<SChannelStrip_Alg_Context, kMostChannels> contexts_;
-  std::array<const float*, 2 * kMostChannels> inputs_;  // of each part: its channels, the key
-  std::array<float*, kMostChannels> outputs_;
-  std::array<float*, kMostChannels> meters_;
-  std::array<std::int32_t, kMostChannels> key_index_;
+  // What the library is called with, bound to all of the above. Of each part, inputs_ has room for
+  // its channels and the key.
+  std::array<SChannelStrip_Alg_Context, kMostChannels> contexts_ = {};
+  std::array<const SChannelStrip_Alg_Context*, kMostChannels> context_pointers_ = {};
+  std::array<const float*, 2 * kMostChannels> inputs_ = {};
+  std::array<float*, kMostChannels> outputs_ = {};
+  std::array<float*, kMostChannels> meters_ = {};
+  std::array<std::int32_t, kMostChannels> key_index_ = {};
   std::int32_t sample_count_ = 0;
+  std::array<const float*, kMostChannels> output_peaks_ = {};
 };
 
 }  // namespace channelstrip::host

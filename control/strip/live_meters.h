@@ -18,8 +18,8 @@ struct LiveMeters {
   std::array<float, kMostChannels> input_peak = {};     // behind the input gain
   std::array<float, kMostChannels> output_peak = {};    // behind everything
   std::array<float, kMostChannels> greatest_gain = {};  // of the channel's link group
-  // Least of the greatest gains of windows of 256 samples: the gain stayed at or below it for a
-  // whole window. 1 before the first window has ended.
+  // Least of the windows' greatest gains: the gain stayed at or below it for a whole window. 1
+  // before the first window has ended.
   std::array<float, kMostChannels> least_gain = {1, 1, 1, 1, 1, 1, 1, 1};
   float gain = 0;                                       // greatest of any group
   float level = 0;                                      // the detector's level where it was

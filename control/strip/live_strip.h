@@ -16,7 +16,9 @@
 #include "engine.h"
 #include "glide.h"
 #include "live_meters.h"
+#include "meter_window.h"
 #include "strip_design.h"
+#include "strip_gains.h"
 
 namespace channelstrip::host {
 
@@ -26,10 +28,14 @@ class LiveStrip {
   // all at once.
   enum class Searches { kInSteps, kAtOnce };
 
+  // Samples after which the meters have news; a run never goes beyond, which costs a bit.
+  static constexpr std::size_t kMeterWindow = 512;
+
   // Starts without a glide. The layout must outlive this object. Throws std::invalid_argument as
   // design_strip() does.
   LiveStrip(const EntryPoints& entry_points, const ChannelLayout& layout, double sample_rate,
-            const StripSettings& settings, Searches searches = Searches::kInSteps);
+            const StripSettings& settings, Searches searches = Searches::kInSteps,
+            std::size_t meter_window = kMeterWindow);
 
   // All that follow are for one thread at a time, the audio thread; they neither allocate nor lock.
 
@@ -38,31 +44,37 @@ class LiveStrip {
   // takes.
   void set(const StripSettings& settings);
 
-  // Processes `frames` frames: N inputs, an optional key, N outputs, as unaligned as they come. An
-  // output may be any of the inputs or the key; other overlaps are not allowed. A sample that isn't
-  // finite counts as silence.
-  void process(const float* const* inputs, const float* key, float* const* outputs,
-               std::size_t frames);
-
-  // The same for several strips of one format and as many frames of each, in calls of the library
-  // for all of them where they allow; it runs several mono strips at once.
-  static constexpr std::size_t kMostAtOnce = 64;
+  // N inputs, an optional key, N outputs, as unaligned as they come. An output may be any of the
+  // inputs or the key; other overlaps are not allowed.
   struct Buffers {
     const float* const* inputs;
     const float* key;
     float* const* outputs;
   };
+
+  // Processes `frames` frames. A sample that isn't finite counts as silence.
+  void process(const Buffers& buffers, std::size_t frames);
+  void process(const float* const* inputs, const float* key, float* const* outputs,
+               std::size_t frames) {
+    process({inputs, key, outputs}, frames);
+  }
+
+  // The same for several strips of one format and as many frames of each, in calls of the library
+  // for all of them where they allow; it runs several mono strips at once.
+  static constexpr std::size_t kMostAtOnce = 64;
   static void process_many(std::span<LiveStrip* const> strips, std::span<const Buffers> buffers,
                            std::size_t frames);
 
   // How many samples of an unfinished block there are, 0 .. 15.
   std::size_t phase() const { return pending_; }
 
-  // What happened since the last call of this function.
-  LiveMeters take_meters();
+  // What happened since the last call of take_meters(), and whether a window of the meters, on a
+  // grid of the stream, has ended since.
+  LiveMeters take_meters() { return meters_.take(live_); }
+  bool has_news() const { return meters_.has_news(); }
 
-  // Ends the window of 256 samples that least_gain is in, as if it were whole.
-  void end_window();
+  // Ends the window that least_gain is in, as if it were whole.
+  void end_window() { meters_.end(live_); }
 
   // Forgets the audio. Glides and cross-fades are at their ends.
   void reset();
@@ -73,64 +85,53 @@ class LiveStrip {
   const StripSettings& settings() const { return design_.settings(); }
 
  private:
-  static constexpr std::size_t kChunk = 64;    // samples of a run that isn't the library's alone
-  static constexpr std::size_t kWindow = 256;  // of least_gain
+  static constexpr std::size_t kChunk = StripGains::kMost;
   using Chunk = std::array<std::array<float, kChunk>, kMostChannels>;
   using Block = std::array<std::array<float, kBlock>, kMostChannels + 1>;
 
-  // The buffers of one run of whole blocks.
+  // The buffers of one run of whole blocks, or of a call.
   struct Run {
     std::array<const float*, kMostChannels> inputs;
     const float* key;
     std::array<float*, kMostChannels> outputs;
     std::size_t samples;
-
-    Run from(std::size_t sample, std::size_t count) const;
   };
+  Run run_of(const Buffers& buffers, std::size_t begin, std::size_t samples) const;
+  static Buffers buffers_of(const Run& run) {
+    return {run.inputs.data(), run.key, run.outputs.data()};
+  }
 
-  Run run_of(const Buffers& buffers, std::size_t frames) const;
-  void process(const Run& call);
   void begin_block();
   void apply(const StripSettings& settings);
+  bool is_idle() const;
   std::size_t until_step(std::size_t samples) const;
-  std::size_t process_part(const Run& call);
-  void run(const Run& run);
-  void finish_run(const Run& run, bool is_direct);
+  std::size_t process_part(const Buffers& call, std::size_t begin, std::size_t samples);
+  void run(const Buffers& buffers, std::size_t samples);
   void run_chunk(const Run& run);
-  void mix(const Run& run);
-  bool may_run_directly(const Run& run) const;
-  void scan(const Run& run);
-  void repair(const Run& run);
-  void read_meters(const Run& run, bool is_direct);
+  void finish_run(const Buffers& buffers, std::size_t samples);
+  bool may_run_directly(const Buffers& buffers, std::size_t samples);
+  void repair(const Buffers& buffers, std::size_t samples);
 
   std::size_t channels_;
+  bool is_idle_ = false;       // nothing glides, fades, waits or is searched for
+  bool is_wanted_ = false;     // wanted_ waits to be applied
+  bool is_metering_ = true;    // false while an unfinished block runs
+  bool may_overflow_ = false;  // there was a sample so great that filters may have overflown
+  bool pending_key_ = false;
+  std::size_t pending_ = 0;  // samples of the unfinished block
+  MeterWindow meters_;
+  Engine live_;
+
+  Engine old_;  // while a cross-fade leads away from it
+  Ramp fade_;
+  StripGains gains_;
   double sample_rate_;
   Searches searches_;
   StripDesign design_;
   StripSettings wanted_;
-  bool is_wanted_ = false;  // wanted_ waits to be applied
-
-  Engine live_;
-  Engine old_;  // while a cross-fade leads away from it
-  Ramp fade_;
-  Glide gain_in_, gain_out_, mix_;
-  Glide processed_;  // 1; 0 where bypassed
-
-  Block unfinished_;         // inputs and key of the block that isn't whole
-  std::size_t pending_ = 0;  // samples of it
-  bool pending_key_ = false;
-  bool is_metering_ = true;  // false while an unfinished block runs
-
-  // Of the run.
-  std::array<float, kMostChannels> input_peak_ = {};
-  bool is_clean_ = true;       // all samples are finite
-  bool may_overflow_ = false;  // there was a sample so great that filters may have overflown
+  Block unfinished_;  // inputs and key of the block that isn't whole
   Chunk dry_, in_, wet_, before_;
   std::array<float, kChunk> key_;
-
-  LiveMeters meters_;
-  std::array<float, kMostChannels> window_gain_ = {};
-  std::size_t window_ = 0;  // samples of the window so far
 };
 
 }  // namespace channelstrip::host

@@ -28,7 +28,8 @@ StripStream::StripStream(const Library& library, const ChannelLayout& layout, do
                          const StripSettings& settings, std::vector<Change> changes)
     : layout_(std::make_unique<const ChannelLayout>(layout)),
       strip_(std::make_unique<LiveStrip>(library.entry_points(), *layout_, sample_rate,
-                                         start(settings, changes), LiveStrip::Searches::kAtOnce)),
+                                         start(settings, changes), LiveStrip::Searches::kAtOnce,
+                                         kWindow)),
       channels_(layout.labels.size()),
       keyed_(uses_key(settings, changes)),
       inputs_((channels_ + keyed_) * kWindow),

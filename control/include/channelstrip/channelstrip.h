@@ -294,7 +294,7 @@ enum { CHANNELSTRIP_MOST_CHANNELS = 8 };
 
 // What happened between two readings. Levels, peaks and gains are linear unless they are said to be
 // in dB; a gain is 1 at 0 dB and has no makeup in it. Those of channels that the format lacks are
-// of no meaning. The meters see whole blocks of 16 frames: what is unfinished comes later.
+// of no meaning. They are handed over by the call in which 512 frames of the stream are complete.
 typedef struct channelstrip_meters {
   uint64_t frames;
   uint64_t not_finite;                              // input samples that were taken as silence
@@ -302,7 +302,7 @@ typedef struct channelstrip_meters {
   float input_peak[CHANNELSTRIP_MOST_CHANNELS];     // behind gain_in, times meter_input_gain
   float output_peak[CHANNELSTRIP_MOST_CHANNELS];    // of what came out
   float greatest_gain[CHANNELSTRIP_MOST_CHANNELS];  // of the channel's link group
-  // The gain stayed at or below this for 256 frames; 1 if no such window has ended.
+  // The gain stayed at or below this for 512 frames; 1 if no such window has ended.
   float least_gain[CHANNELSTRIP_MOST_CHANNELS];
   float compressor_reduction;  // the greatest of any group, 1 - factor
   float expander_reduction;    // the same of the expander or gate

@@ -1,0 +1,63 @@
+// Collects what a strip's meters show, on a fixed grid of windows of the stream.
+
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "engine.h"
+#include "live_meters.h"
+#include "peak.h"
+
+namespace channelstrip::host {
+
+// The library keeps extremes by itself, which are read when a window ends or someone asks.
+class MeterWindow {
+ public:
+  MeterWindow(std::size_t channels, std::size_t samples) : channels_(channels), length_(samples) {}
+
+  // How many samples there are to the end of the window.
+  std::size_t left() const { return length_ - samples_; }
+  // Whether a window has ended since the last call of take().
+  bool has_news() const { return has_news_; }
+
+  void see_input(std::size_t channel, const PeakLanes& samples) { input_[channel].see(samples); }
+  void see_not_finite() { ++meters_.not_finite; }
+
+  // Before a run of the engine, whose outputs are the strip's (direct) or go on from there.
+  void begin(bool is_direct, Engine& engine) {
+    if (is_direct != is_direct_) read(engine);
+    is_direct_ = is_direct;
+  }
+  // After the run, with what came out of the strip.
+  void advance(const float* const* outputs, std::size_t samples, Engine& engine) {
+    see_outputs(outputs, samples, engine);
+    samples_ += samples;
+    unread_ += samples;
+    if (samples_ == length_) end(engine);
+  }
+
+  // Ends the window, as if it were whole. Nothing if it is empty.
+  void end(Engine& engine);
+
+  // What happened since the last call.
+  LiveMeters take(Engine& engine);
+
+  // Adds what the engine's meters show, which begin anew.
+  void read(Engine& engine);
+
+ private:
+  void see_outputs(const float* const* outputs, std::size_t samples, const Engine& engine);
+
+  std::size_t channels_, length_;
+  std::size_t samples_ = 0;  // of the window
+  std::size_t unread_ = 0;   // since the engine's meters were read
+  bool has_news_ = false;
+  bool is_direct_ = true;
+  std::array<PeakLanes, kMostChannels> input_ = {};  // since the engine's meters were read
+  std::array<float, kMostChannels> window_gain_ = {};
+  LiveMeters meters_;
+};
+
+}  // namespace channelstrip::host

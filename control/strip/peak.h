@@ -1,0 +1,47 @@
+// The greatest magnitude of samples.
+
+#pragma once
+
+#include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+
+namespace channelstrip::host {
+
+// Collects it in eight lanes, each for every eighth sample. Magnitudes are kept as bits, which
+// order them as floats do; those of NaN lie above those of infinity.
+class PeakLanes {
+ public:
+  // `count` must be a multiple of 16.
+  void see(const float* samples, std::size_t count) {
+    Lanes even = lanes_, odd = {};
+    for (std::size_t i = 0; i < count; i += 16) {
+      even = greater(even, magnitudes(samples + i));
+      odd = greater(odd, magnitudes(samples + i + 8));
+    }
+    lanes_ = greater(even, odd);
+  }
+  void see(const PeakLanes& other) { lanes_ = greater(lanes_, other.lanes_); }
+
+  float peak() const {
+    std::int32_t greatest = 0;
+    for (std::size_t i = 0; i < 8; ++i) greatest = std::max(greatest, lanes_[i]);
+    return std::bit_cast<float>(greatest);
+  }
+
+ private:
+  typedef std::int32_t Lanes __attribute__((vector_size(32)));
+  static Lanes magnitudes(const float* samples) {
+    Lanes bits;
+    std::memcpy(&bits, samples, sizeof bits);
+    return bits & 0x7fffffff;
+  }
+  static Lanes greater(Lanes a, Lanes b) { return a > b ? a : b; }
+
+  Lanes lanes_ = {};
+};
+
+}  // namespace channelstrip::host
