@@ -13,14 +13,10 @@ install(FILES dynamics/dyn_records.h dynamics/fast_log.h dynamics/fast_log_table
   DESTINATION ${header_dir}/dynamics)
 install(FILES lanes/fused.h DESTINATION ${header_dir}/lanes)
 
-install(EXPORT ChannelStripTargets NAMESPACE ChannelStrip:: DESTINATION ${package_dir}
-  FILE ChannelStripConfig.cmake)
+install(EXPORT ChannelStripTargets NAMESPACE ChannelStrip:: DESTINATION ${package_dir})
+install(FILES ${PROJECT_SOURCE_DIR}/cmake/ChannelStripConfig.cmake DESTINATION ${package_dir})
 write_basic_package_version_file(ChannelStripConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/ChannelStripConfigVersion.cmake
   DESTINATION ${package_dir})
 
-file(RELATIVE_PATH prefix_from_pc /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-string(REGEX REPLACE "/+$" "" prefix_from_pc "${prefix_from_pc}")
-configure_file(${PROJECT_SOURCE_DIR}/cmake/channelstrip.pc.in channelstrip.pc @ONLY)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/channelstrip.pc
-  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+channelstrip_install_pkg_config_file(channelstrip)

@@ -1,0 +1,21 @@
+# ChannelStrip::ChannelStrip, the processing library; with the component control also
+# ChannelStrip::control, the control side's library.
+set(ChannelStrip_FOUND TRUE)
+foreach(component IN LISTS ChannelStrip_FIND_COMPONENTS)
+  if(component STREQUAL control AND EXISTS ${CMAKE_CURRENT_LIST_DIR}/ChannelStripControlTargets.cmake)
+    set(ChannelStrip_${component}_FOUND TRUE)
+  else()
+    set(ChannelStrip_${component}_FOUND FALSE)
+    if(ChannelStrip_FIND_REQUIRED_${component})
+      set(ChannelStrip_FOUND FALSE)
+      set(ChannelStrip_NOT_FOUND_MESSAGE
+        "The component ${component} of ChannelStrip isn't installed beside ${CMAKE_CURRENT_LIST_FILE}.")
+    endif()
+  endif()
+endforeach()
+if(ChannelStrip_FOUND)
+  include(${CMAKE_CURRENT_LIST_DIR}/ChannelStripTargets.cmake)
+  if(ChannelStrip_control_FOUND)
+    include(${CMAKE_CURRENT_LIST_DIR}/ChannelStripControlTargets.cmake)
+  endif()
+endif()
