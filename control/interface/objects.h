@@ -51,11 +51,13 @@ inline channelstrip_status hand_out(std::string_view from, char* text, std::size
   return CHANNELSTRIP_OK;
 }
 
-// As much of a structure as the caller knows.
+// As much of a structure as the caller knows; what he knows beyond it becomes 0.
 template <class Structure>
 channelstrip_status hand_out(const Structure& from, Structure* to, std::size_t size) {
   if (!to || size == 0) return CHANNELSTRIP_INVALID;
   std::memcpy(to, &from, std::min(size, sizeof from));
+  if (size > sizeof from)
+    std::memset(reinterpret_cast<char*>(to) + sizeof from, 0, size - sizeof from);
   return CHANNELSTRIP_OK;
 }
 

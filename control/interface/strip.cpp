@@ -123,19 +123,21 @@ channelstrip_status channelstrip_strip_process_many(channelstrip_strip* const* s
     if (!strips[i] || block.event_count > 0 || block.frames != blocks[0].frames) {
       return CHANNELSTRIP_INVALID;
     }
-    if (strips[i]->strip.channels() != strips[0]->strip.channels()) return CHANNELSTRIP_INVALID;
     if (block.frames > 0 && !are_buffers(block, strips[i]->strip.channels())) {
       return CHANNELSTRIP_INVALID;
     }
   }
   std::array<ControlledStrip*, LiveStrip::kMostAtOnce> some;
   std::array<ControlledStrip::Call, LiveStrip::kMostAtOnce> calls;
-  for (std::size_t first = 0; first < count; first += some.size()) {
-    const std::size_t part = std::min<std::size_t>(some.size(), count - first);
-    for (std::size_t i = 0; i < part; ++i) {
-      const channelstrip_block& block = blocks[first + i];
-      some[i] = &strips[first + i]->strip;
-      calls[i] = {block.inputs, block.key, block.outputs, block.frames, {}};
+  for (std::size_t at = 0; at < count;) {
+    // Neighbours of one format.
+    AlgEntry_16_Stem* const entry_point = strips[at]->strip.entry_point();
+    std::size_t part = 0;
+    for (; at < count && part < some.size(); ++at, ++part) {
+      const channelstrip_block& block = blocks[at];
+      if (strips[at]->strip.entry_point() != entry_point) break;
+      some[part] = &strips[at]->strip;
+      calls[part] = {block.inputs, block.key, block.outputs, block.frames, {}};
     }
     ControlledStrip::process_many(std::span(some).first(part), std::span(calls).first(part));
   }

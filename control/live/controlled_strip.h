@@ -51,6 +51,7 @@ class ControlledStrip {
   bool read_meters(LiveMeters& meters);
 
   std::size_t channels() const { return channels_; }
+  AlgEntry_16_Stem* entry_point() const { return strip_.entry_point(); }
 
  private:
   // Of some values, from one of the threads to the other.

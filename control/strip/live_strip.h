@@ -65,6 +65,9 @@ class LiveStrip {
   static void process_many(std::span<LiveStrip* const> strips, std::span<const Buffers> buffers,
                            std::size_t frames);
 
+  // That of the format.
+  AlgEntry_16_Stem* entry_point() const { return live_.entry_point(); }
+
   // How many samples of an unfinished block there are, 0 .. 15.
   std::size_t phase() const { return pending_; }
 

@@ -18,7 +18,7 @@
 // failed has changed nothing. A null pointer where an object is expected is an error, not a crash.
 //
 // Structures that the library fills have their size passed, sizeof of the structure, and may grow
-// at their end in later versions.
+// at their end in later versions. Fields that the library doesn't have yet become 0.
 
 #ifndef CHANNELSTRIP_CHANNELSTRIP_H
 #define CHANNELSTRIP_CHANNELSTRIP_H
@@ -146,7 +146,8 @@ CHANNELSTRIP_API channelstrip_status channelstrip_position_to_value(uint32_t id,
 // A value for every parameter, and link maps. Values outside the limits become the nearest inside.
 typedef struct channelstrip_settings channelstrip_settings;
 
-// The initial ones: the audio passes as it is. Null without memory. [any]
+// The initial ones: the audio passes as it is, but for a gain within 0.00003 dB; bypassed, to the
+// bit. Null without memory. [any]
 CHANNELSTRIP_API channelstrip_settings* channelstrip_settings_new(void);
 CHANNELSTRIP_API void channelstrip_settings_free(channelstrip_settings* settings);  // [owner]
 // Makes `to` what `from` is. [owner of both]
@@ -268,9 +269,10 @@ typedef struct channelstrip_block {
 CHANNELSTRIP_API channelstrip_status channelstrip_strip_process(channelstrip_strip* strip,
                                                                 const channelstrip_block* block);
 
-// The same for several strips: a block for each, all with as many frames and without events. Strips
-// of one format that don't glide or fade are processed together, which takes far less time where
-// they are mono. [audio]
+// The same for several strips: a block for each, all with as many frames and without events. No
+// strip stands there twice, and no output is a buffer of another strip. Neighbours of one format
+// that don't glide or fade are processed together, which takes far less time where they are mono.
+// [audio]
 CHANNELSTRIP_API channelstrip_status channelstrip_strip_process_many(
     channelstrip_strip* const* strips, const channelstrip_block* blocks, uint32_t count);
 
