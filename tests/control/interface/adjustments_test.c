@@ -25,7 +25,7 @@ TEST(BandsAboveHalfTheRateAreLeftOut) {
   const channelstrip_adjustment expected = {id_of("eq2_frequency"),
                                             CHANNELSTRIP_LEFT_OUT_ABOVE_RATE, 0};
   check_adjustments(settings, 48000, &expected, 1);
-  check_adjustments(settings, 48001, NULL, 0);
+  check_adjustments(settings, 48100, NULL, 0);
   set(settings, "eq2_on", 0);
   check_adjustments(settings, 48000, NULL, 0);
   channelstrip_settings_free(settings);

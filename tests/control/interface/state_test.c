@@ -121,7 +121,7 @@ TEST(AShortBufferForSettingsStaysAsItIs) {
   size_t length = 0;
   CHECK(channelstrip_settings_write(settings, NULL, 0, &length) == CHANNELSTRIP_TOO_SMALL);
   CHECK(length > 100 && length < sizeof text);
-  memset(text, 'x', sizeof text);
+  memset(text, 'x', sizeof text - 1);
   CHECK(channelstrip_settings_write(settings, text, length, NULL) == CHANNELSTRIP_TOO_SMALL);
   CHECK(strspn(text, "x") >= length);
   CHECK(channelstrip_settings_write(settings, text, length + 1, NULL) == CHANNELSTRIP_OK);
