@@ -4,8 +4,11 @@
 #include <channelstrip/channelstrip.hpp>
 
 #include <array>
+#include <cstdint>
+#include <span>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 #include <vector>
