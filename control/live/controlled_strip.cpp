@@ -15,6 +15,7 @@ void ControlledStrip::Changes::append(Changes& older, const Changes& later) {
   later.apply_to(older.values);
   older.which |= later.which;
   older.links |= later.links;
+  older.number = later.number;
 }
 
 ControlledStrip::ControlledStrip(const EntryPoints& entry_points, const ChannelLayout& layout,
@@ -34,6 +35,8 @@ void ControlledStrip::take_changes() {
   if (!changes) return;
   changes->apply_to(values_);
   is_changed_ = true;
+  // The control thread hears its own changes again, in their order among the events.
+  Changes::append(heard_, *changes);
 }
 
 void ControlledStrip::take(const Event& event) {
@@ -118,25 +121,40 @@ void ControlledStrip::reset() {
   strip_.reset();
 }
 
-void ControlledStrip::set(std::size_t parameter, double value) {
-  controlled_.of[parameter] = value;
-  Changes change;
-  change.which.set(parameter);
-  change.values.of[parameter] = value;
+void ControlledStrip::send(Changes& change) {
+  change.number = ++number_;
+  change.apply_to(controlled_);
+  for (std::size_t i = 0; i < kParameterCount; ++i) {
+    if (change.which[i]) sent_[i] = number_;
+  }
   wanted_.write(change, Changes::append);
 }
 
+void ControlledStrip::set(std::size_t parameter, double value) {
+  Changes change;
+  change.which.set(parameter);
+  change.values.of[parameter] = value;
+  send(change);
+}
+
 void ControlledStrip::set(const Values& values) {
-  controlled_ = values;
   Changes change;
   change.which.set();
   change.links = true;
   change.values = values;
-  wanted_.write(change, Changes::append);
+  send(change);
 }
 
 const Values& ControlledStrip::values() {
-  if (const Changes* changes = changed_.read()) changes->apply_to(controlled_);
+  const Changes* changes = changed_.read();
+  if (!changes) return controlled_;
+  for (std::size_t i = 0; i < kParameterCount; ++i) {
+    // What the audio thread hasn't taken yet holds over what it has heard. Only this thread sets
+    // links.
+    if (changes->which[i] && sent_[i] <= changes->number) {
+      controlled_.of[i] = changes->values.of[i];
+    }
+  }
   return controlled_;
 }
 

@@ -2,8 +2,10 @@
 
 #pragma once
 
+#include <array>
 #include <bitset>
 #include <cstddef>
+#include <cstdint>
 #include <span>
 
 #include "../parameters/values.h"
@@ -59,11 +61,13 @@ class ControlledStrip {
     std::bitset<kParameterCount> which;
     bool links = false;
     Values values;
+    std::uint64_t number = 0;  // of the control thread's last change that is in it or before it
 
     void apply_to(Values& target) const;
     static void append(Changes& older, const Changes& later);
   };
 
+  void send(Changes& change);
   void take_changes();
   void take(const Event& event);
   void hand_over();
@@ -76,10 +80,12 @@ class ControlledStrip {
   LiveStrip strip_;
   Values values_;
   bool is_changed_ = false;  // values_ since the strip got them
-  Changes heard_;            // by events since the last report
+  Changes heard_;            // since the last report, from events and the control thread
 
   // The control thread's.
   Values controlled_;
+  std::uint64_t number_ = 0;                              // of its last change
+  std::array<std::uint64_t, kParameterCount> sent_ = {};  // the number of each one's last change
 
   Mailbox<Changes> wanted_;   // from the control thread to the audio thread
   Mailbox<Changes> changed_;  // and back

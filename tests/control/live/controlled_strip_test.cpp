@@ -80,6 +80,66 @@ TEST(ControlledStrip, TellsTheControlThreadWhatEventsHaveSet) {
   EXPECT_EQ(strip.values().of[parameter("mix")], 70);
 }
 
+TEST(ControlledStrip, TellsWhatWasSetLastWhicheverThreadSetIt) {
+  ControlledStrip strip(entry_points(), mono(), kLiveRate, Values());
+  const std::size_t mix = parameter("mix"), gain = parameter("gain_in");
+  const std::vector<float> block(64);
+  play(strip, block, 64, {{3, mix, 40}, {4, gain, 6}});
+  strip.set(mix, 70);  // after the event, and before anybody has read it
+  EXPECT_EQ(strip.values().of[mix], 70);
+  EXPECT_EQ(strip.values().of[gain], 6);
+  play(strip, block, 64, {{0, gain, 7}});
+  EXPECT_EQ(strip.values().of[mix], 70);
+  EXPECT_EQ(strip.values().of[gain], 7);
+  play(strip, block, 64, {{0, mix, 10}});
+  strip.set(mix, 20);
+  play(strip, block, 64, {{0, gain, 8}});  // takes 20
+  EXPECT_EQ(strip.values().of[mix], 20);
+  strip.set(mix, 30);
+  play(strip, block, 64, {{0, mix, 50}});  // takes 30 before the event
+  EXPECT_EQ(strip.values().of[mix], 50);
+}
+
+TEST(ControlledStrip, HearsALinkMapWithWhatIsSetBeforeAndAfterIt) {
+  const ChannelLayout stereo = default_layout(*find_stem_format("Stereo"));
+  Values apart;
+  apart.of[parameter("compressor_on")] = 1;
+  apart.links["Stereo"] = "L | R";
+  const Planar input = planar_bursts(2, 4096);
+  const auto play_stereo = [&](ControlledStrip& strip) {
+    Planar output = input;
+    float* const buffers[] = {output[0].data(), output[1].data()};
+    const float* const inputs[] = {output[0].data(), output[1].data()};
+    strip.process({inputs, nullptr, buffers, 4096, {}});
+    return output;
+  };
+  ControlledStrip fresh(entry_points(), stereo, kLiveRate, apart);
+  ControlledStrip changed(entry_points(), stereo, kLiveRate, Values());
+  changed.set(parameter("mix"), 50);
+  changed.set(apart);
+  changed.set(parameter("mix"), 100);
+  changed.reset();
+  const Planar expected = play_stereo(fresh);
+  EXPECT_EQ(play_stereo(changed), expected);
+  Values linked = apart;
+  linked.links = {};
+  ControlledStrip together(entry_points(), stereo, kLiveRate, linked);
+  EXPECT_NE(play_stereo(together), expected);
+}
+
+TEST(ControlledStrip, HasNoNewsOfMetersBeforeAWholeBlock) {
+  ControlledStrip strip(entry_points(), mono(), kLiveRate, Values());
+  LiveMeters meters;
+  play(strip, std::vector<float>(10, 0.5f), 10);
+  EXPECT_FALSE(strip.read_meters(meters));
+  play(strip, std::vector<float>(10, 0.25f), 10);
+  ASSERT_TRUE(strip.read_meters(meters));
+  EXPECT_EQ(meters.samples, 16u);
+  EXPECT_EQ(meters.input_peak[0], 0.5f);
+  play(strip, std::vector<float>(11), 11);
+  EXPECT_FALSE(strip.read_meters(meters));
+}
+
 TEST(ControlledStrip, StartsOnItsSettings) {
   Values values;
   values.of[parameter("eq1_on")] = 1;
