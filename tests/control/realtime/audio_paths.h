@@ -68,4 +68,17 @@ class AudioPaths {
   PathReport* report_ = nullptr;
 };
 
+template <typename Call>
+void AudioPaths::expect(channelstrip_status wanted, Call call) {
+  const Trapped before = report_->trapped;
+  channelstrip_status status = CHANNELSTRIP_OK;
+  {
+    const Trap trap(report_->trapped);
+    status = call();
+  }
+  if (!(report_->trapped == before) && *report_->culprit == '\0') report_->culprit = report_->path;
+  ++report_->calls;
+  if (status != wanted) ++report_->unexpected;
+}
+
 }  // namespace channelstrip::test
