@@ -137,7 +137,7 @@ double nearest_value(const Parameter& p, double value) {
   value = std::clamp(value, p.minimum, p.maximum);
   if (p.step > 0) value = std::round(value / p.step) * p.step;
   if (p.least_above_zero > 0 && value < p.least_above_zero) value = 0;
-  return value;
+  return value + 0.0;  // without a minus before 0
 }
 
 double position_of(const Parameter& p, double value) {

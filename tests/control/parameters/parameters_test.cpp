@@ -61,6 +61,9 @@ TEST(Parameters, TakeTheNearestLegalValue) {
   EXPECT_EQ(nearest("compressor_knee", 0.1), 0.1);
   EXPECT_EQ(nearest("compressor_threshold", -30), -30);
   EXPECT_EQ(nearest("eq1_shelf_slope", 0.04), 0);
+  for (const char* symbol : {"eq1_gain", "compressor_knee", "eq1_on"}) {
+    EXPECT_FALSE(std::signbit(nearest(symbol, -0.0))) << symbol;  // TOML would lose it
+  }
 }
 
 TEST(Parameters, KeepTheirValueOverTheSlidersPosition) {
