@@ -1,6 +1,7 @@
 #include "values.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "../design/prototype.h"
 #include "../preset/draft.h"
@@ -8,8 +9,18 @@
 namespace channelstrip::host {
 namespace {
 
-// Of the sample rate. Below about 2.8e-5 no stable section of floats is found.
+// Of the sample rate. With poles below about 2.8e-5 no stable section of floats is found.
 constexpr double kLeastFrequency = 3e-5;
+// The same holds for the other end: next to half the sample rate.
+constexpr double kEndOfFrequencies = 0.4998;
+
+// The poles of a shelf that raises the lows, or lowers the highs, lie below its frequency.
+double least_frequency(const BandSettings& band, double sample_rate) {
+  double gain = 0;
+  if (band.type == BandType::kLowShelf) gain = band.gain;
+  if (band.type == BandType::kHighShelf) gain = -band.gain;
+  return kLeastFrequency * sample_rate * std::pow(10, std::max(gain, 0.0) / 80);
+}
 
 struct Fit {
   double sample_rate;
@@ -22,7 +33,7 @@ struct Fit {
 
   // Whether there is anything left of the band.
   bool adjust(EqBand& band, std::size_t group, int sections) const {
-    if (band.frequency >= sample_rate / 2) {
+    if (band.frequency >= kEndOfFrequencies * sample_rate) {
       note(group, "frequency", Adjustment::kLeftOutAboveRate, 0);
       return false;
     }
@@ -30,8 +41,8 @@ struct Fit {
       note(group, "on", Adjustment::kLeftOutForSections, 0);
       return false;
     }
-    if (band.frequency < kLeastFrequency * sample_rate) {
-      band.frequency = kLeastFrequency * sample_rate;
+    if (const double least = least_frequency(band, sample_rate); band.frequency < least) {
+      band.frequency = least;
       note(group, "frequency", Adjustment::kRaised, band.frequency);
     }
     if (section_count(band) > sections) {

@@ -23,10 +23,11 @@ struct Values {
 
 // What a strip can't have as it is wanted, and what it has instead.
 enum class Adjustment : std::uint8_t {
-  kLeftOutAboveRate,    // a band whose frequency isn't below half the sample rate
+  kLeftOutAboveRate,    // a band whose frequency isn't below 0.4998 of the sample rate
   kLeftOutForSections,  // a band for which no section is left; bands take them in order
-  kRaised,              // a frequency below 3e-5 of the sample rate, to this
-  kShallower            // a slope that takes more sections than are left, or than a key filter has
+  kRaised,    // a frequency below 3e-5 of the sample rate, to this; below up to 9.5e-5 where
+              // a shelf raises the lows or lowers the highs
+  kShallower  // a slope that takes more sections than are left, or than a key filter has
 };
 struct Adjusted {
   std::size_t parameter;  // index

@@ -188,12 +188,13 @@ CHANNELSTRIP_API channelstrip_status channelstrip_settings_read(channelstrip_set
 // What a strip does with values that it can't have at its sample rate, or not together. Nothing is
 // refused while audio runs:
 enum {
-  // A band whose frequency isn't below half the sample rate is left out.
+  // A band whose frequency isn't below 0.4998 of the sample rate is left out.
   CHANNELSTRIP_LEFT_OUT_ABOVE_RATE = 0,
   // Bands take the eight sections in order, a pass one for each 12 dB/oct. Without one left they
   // are left out;
   CHANNELSTRIP_LEFT_OUT_FOR_SECTIONS = 1,
-  // a frequency below 3e-5 of the sample rate becomes that;
+  // a frequency below 3e-5 of the sample rate becomes that; a shelf's that raises the lows or
+  // lowers the highs already below up to 9.5e-5, by its gain;
   CHANNELSTRIP_RAISED = 2,
   // a pass of which some sections are left, and a key filter above 12 dB/oct, is less steep.
   CHANNELSTRIP_SHALLOWER = 3

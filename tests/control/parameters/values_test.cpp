@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "control/design/strip_coefficients.h"
 
 namespace channelstrip::test::values_test {
@@ -63,9 +65,9 @@ TEST(Values, OfAGateThatIsOffAreKept) {
 TEST(Values, LeaveBandsOutThatTheRateHasNoRoomFor) {
   Values values;
   set(values, "eq1_on", 1);
-  set(values, "eq1_frequency", 24000);
+  set(values, "eq1_frequency", 0.4998 * 48000);
   set(values, "eq2_on", 1);
-  set(values, "eq2_frequency", 23999);
+  set(values, "eq2_frequency", 23990);
   AdjustedList adjusted;
   EXPECT_EQ(settings(values, &adjusted).pre.size(), 1u);
   ASSERT_EQ(adjusted.size(), 1u);
@@ -100,6 +102,22 @@ TEST(Values, RaiseFrequenciesThatFloatsCanNotHold) {
   ASSERT_EQ(adjusted.size(), 1u);
   EXPECT_EQ(adjusted[0].adjustment, Adjustment::kRaised);
   EXPECT_NO_THROW(design_strip(fitted, 192000, default_layout(*find_stem_format("Mono"))));
+}
+
+TEST(Values, RaiseAShelfMoreWhosePolesLieBelowItsFrequency) {
+  Values values;
+  for (const char* symbol : {"eq1_on", "eq2_on", "eq3_on", "eq4_on"}) set(values, symbol, 1);
+  for (const char* symbol : {"eq1_type", "eq2_type"}) set(values, symbol, 1);
+  for (const char* symbol : {"eq3_type", "eq4_type"}) set(values, symbol, 2);
+  for (const char* band : {"eq1", "eq2", "eq3", "eq4"})
+    set(values, band + std::string("_frequency"), 1);
+  for (const char* symbol : {"eq1_gain", "eq3_gain"}) set(values, symbol, 40);
+  for (const char* symbol : {"eq2_gain", "eq4_gain"}) set(values, symbol, -40);
+  const StripSettings fitted = settings_of(values, 100000);
+  EXPECT_EQ(fitted.pre[1].frequency, 3);
+  EXPECT_EQ(fitted.pre[2].frequency, 3);
+  EXPECT_NEAR(fitted.pre[0].frequency, 9.487, 0.001);
+  EXPECT_NEAR(fitted.pre[3].frequency, 9.487, 0.001);
 }
 
 TEST(Values, KeepTheKeyFilterToOneSection) {
