@@ -274,15 +274,12 @@ const Dyn_SState& Engine::group_state(std::size_t channel) const {
   return state_.dynamics[place_[static_cast<std::size_t>(leader)]];
 }
 
-bool Engine::repair() {
-  bool found = false;
+void Engine::repair() {
   for (std::size_t c = 0; c < channels_; ++c) {
     if (is_finite(state_.eq[c]) && is_finite(state_.dynamics[c])) continue;
-    found = true;
     state_.eq[c] = {};
     start(state_.dynamics[c]);
   }
-  return found;
 }
 
 void Engine::copy(const State& from, State& to) const {

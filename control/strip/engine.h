@@ -75,9 +75,8 @@ class Engine {
   // The record of the channel's link group.
   const Dyn_SState& group_state(std::size_t channel) const;
 
-  // Replaces the memory of channels that isn't finite, and that of their link groups. Returns
-  // whether there was any.
-  bool repair();
+  // Replaces the memory of channels that isn't finite, and that of their link groups.
+  void repair();
 
   // Since the meters were read.
   float output_peak(std::size_t channel) const { return *output_peaks_[channel]; }

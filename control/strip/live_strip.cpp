@@ -9,9 +9,9 @@
 namespace channelstrip::host {
 namespace {
 
-// Inputs up to this can't overflow any filter: eight bands at +40 dB and a Q of 100 stay below
-// 1e24 of their input's peak.
-constexpr float kHarmless = 1e10f;
+// Inputs up to this can't overflow anything: eight bands at +40 dB and a Q of 100 stay below 1e24
+// of their input's peak, and the gains in, out and of the makeup multiply that by 1e11 at most.
+constexpr float kHarmless = 1e3f;
 
 constexpr float kInfinite = std::numeric_limits<float>::infinity();
 
@@ -185,7 +185,7 @@ bool LiveStrip::may_run_directly(const Buffers& buffers, std::size_t samples) {
   if (!(greatest <= kHarmless)) may_overflow_ = true;
   const bool is_direct = is_idle_ && crossings == 0 && greatest < kInfinite;
   if (is_metering_) {
-    meters_.begin(is_direct, live_);
+    meters_.begin(is_direct && !may_overflow_, live_);  // else what comes out is repaired
     for (std::size_t c = 0; c < channels_ && is_direct; ++c) meters_.see_input(c, lanes[c]);
   }
   return is_direct;
@@ -244,7 +244,6 @@ void LiveStrip::finish_run(const Buffers& buffers, std::size_t samples) {
 void LiveStrip::repair(const Buffers& buffers, std::size_t samples) {
   const bool found = live_.repair();
   if (!fade_.is_done()) old_.repair();
-  if (!found) return;
   for (std::size_t c = 0; c < channels_; ++c) {
     float* const output = buffers.outputs[c];
     std::replace_if(

@@ -119,7 +119,7 @@ class LiveStrip {
   bool is_idle_ = false;       // nothing glides, fades, waits or is searched for
   bool is_wanted_ = false;     // wanted_ waits to be applied
   bool is_metering_ = true;    // false while an unfinished block runs
-  bool may_overflow_ = false;  // there was a sample so great that filters may have overflown
+  bool may_overflow_ = false;  // there was a sample so great that filters or gains may overflow
   bool pending_key_ = false;
   std::size_t pending_ = 0;  // samples of the unfinished block
   MeterWindow meters_;

@@ -201,6 +201,26 @@ TEST(LiveStrip, RecoversFromSamplesThatOverflowItsFilters) {
   }
 }
 
+TEST(LiveStrip, KeepsOutputsFiniteWhereGainsOverflow) {
+  LiveStream stream{.format = find_stem_format("Stereo"), .input = planar_bursts(2, 4000)};
+  stream.settings.compressor = CompressorSettings{.makeup = 40};
+  for (std::size_t i = 0; i < 4000; i += 100) stream.input[0][i] = i < 2000 ? 3e38f : 5e37f;
+  StripSettings loud = stream.settings;
+  loud.gain_in = loud.gain_out = 60;
+  StripSettings filtered = stream.settings;
+  filtered.pre.push_back({.gain = 40});
+  for (const auto& changes : std::vector<std::vector<LiveChange>>{
+           {}, {{1000, loud}}, {{1000, filtered}, {1600, stream.settings}}}) {
+    stream.changes = changes;
+    const LiveResult played = play_live(stream, [] { return std::size_t{50}; });
+    for (const std::vector<float>& channel : played.output) {
+      EXPECT_TRUE(std::ranges::all_of(channel, [](float x) { return std::isfinite(x); }));
+    }
+    EXPECT_TRUE(std::isfinite(played.meters.output_peak[0]));
+    EXPECT_GT(played.meters.output_peak[0], 1e37f);
+  }
+}
+
 TEST(LiveStrip, IsItsInputInBypassOnceTheGlideIsOver) {
   for (const bool in_place : {false, true}) {
     LiveStream stream{.format = find_stem_format("Stereo"), .input = planar_bursts(2, 48000)};
