@@ -57,9 +57,14 @@ void ControlledStrip::report() {
     changed_.write(heard_, Changes::append);
     heard_.which.reset();
   }
-  if (!strip_.has_news()) return;
-  meters_.write(strip_.take_meters(),
-                [](LiveMeters& older, const LiveMeters& later) { older.append(later); });
+  // What nobody reads yet is added to a window at a time.
+  if (strip_.has_news() || !meters_.is_unread()) hand_over_meters();
+}
+
+void ControlledStrip::hand_over_meters() {
+  const LiveMeters meters = strip_.take_meters();
+  if (meters.samples == 0) return;  // not a whole block
+  meters_.write(meters, [](LiveMeters& older, const LiveMeters& later) { older.append(later); });
 }
 
 void ControlledStrip::process(const Call& call) {
@@ -118,6 +123,7 @@ void ControlledStrip::process_many(std::span<ControlledStrip* const> strips,
 void ControlledStrip::reset() {
   take_changes();
   hand_over();
+  hand_over_meters();
   strip_.reset();
 }
 

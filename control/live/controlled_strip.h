@@ -72,6 +72,7 @@ class ControlledStrip {
   void take(const Event& event);
   void hand_over();
   void report();
+  void hand_over_meters();
 
   std::size_t channels_;
   double sample_rate_;

@@ -34,6 +34,9 @@ class Mailbox {
     writers_ = between_.exchange(writers_ | kUnread, std::memory_order_acq_rel) & kIndex;
   }
 
+  // The writer's: whether the reader hasn't taken the last message.
+  bool is_unread() const { return (between_.load(std::memory_order_relaxed) & kUnread) != 0; }
+
   // The reader's: what was written since the last call, valid until the next; null if nothing was.
   const Message* read() {
     if ((between_.load(std::memory_order_relaxed) & kUnread) == 0) return nullptr;

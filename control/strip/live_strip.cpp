@@ -242,7 +242,7 @@ void LiveStrip::finish_run(const Buffers& buffers, std::size_t samples) {
 }
 
 void LiveStrip::repair(const Buffers& buffers, std::size_t samples) {
-  const bool found = live_.repair();
+  live_.repair();
   if (!fade_.is_done()) old_.repair();
   for (std::size_t c = 0; c < channels_; ++c) {
     float* const output = buffers.outputs[c];

@@ -297,7 +297,11 @@ enum { CHANNELSTRIP_MOST_CHANNELS = 8 };
 
 // What happened between two readings. Levels, peaks and gains are linear unless they are said to be
 // in dB; a gain is 1 at 0 dB and has no makeup in it. Those of channels that the format lacks are
-// of no meaning. They are handed over by the call in which 512 frames of the stream are complete.
+// of no meaning.
+//
+// Each call hands them over if the last ones have been read, and else when 512 more frames of the
+// stream are complete: a reading lacks up to 512 frames, which the next has. Frames count once
+// their block of 16 is whole. A reset hands over the rest.
 typedef struct channelstrip_meters {
   uint64_t frames;
   uint64_t not_finite;                              // input samples that were taken as silence

@@ -28,6 +28,8 @@ TEST(OneCallIsTheSameAsRaggedCalls) {
     }
     CHECK(have_same_outputs(a, b, info.channels));
     CHECK(memcmp(a->outputs[0], a->inputs[0], 4001 * sizeof(float)) != 0);
+    CHECK(channelstrip_strip_reset(whole) == CHANNELSTRIP_OK);  // both hand over what isn't yet
+    CHECK(channelstrip_strip_reset(cut_up) == CHANNELSTRIP_OK);
     CHECK(channelstrip_strip_read_meters(whole, &of_a, sizeof of_a, NULL) == CHANNELSTRIP_OK);
     CHECK(channelstrip_strip_read_meters(cut_up, &of_b, sizeof of_b, NULL) == CHANNELSTRIP_OK);
     CHECK(of_a.frames == of_b.frames && of_a.frames >= 4000);
