@@ -16,6 +16,9 @@
 namespace channelstrip::test::cpp_test {
 namespace {
 
+using channelstrip::Settings;
+using channelstrip::Strip;
+
 static_assert(std::is_nothrow_move_constructible_v<Settings> &&
               !std::is_copy_constructible_v<Settings>);
 static_assert(std::is_nothrow_move_constructible_v<Strip> && !std::is_copy_constructible_v<Strip>);
