@@ -40,6 +40,8 @@ def common_flags(commands):
     macros, folders = {}, {}
     for flags in (command.flags for command in commands):
         for flag, following in zip(flags, flags[1:] + [""]):
+            if flag.startswith("-DFMT_HEADER_ONLY"):
+                continue  # the shared library's alone; all others would compile fmt, too
             if flag.startswith("-D"):
                 macros.setdefault(flag.split("=")[0], flag)
             elif flag.startswith("-I"):

@@ -16,8 +16,13 @@ namespace channelstrip::host {
 
 class FlushDenormals {
  public:
-  FlushDenormals() : saved_(control_word()) { set_control_word(saved_ | kFlush); }
-  ~FlushDenormals() { set_control_word(saved_); }
+  // Writing the control word takes its time, so that a thread that flushes already is left alone.
+  FlushDenormals() : saved_(control_word()) {
+    if ((saved_ & kFlush) != kFlush) set_control_word(saved_ | kFlush);
+  }
+  ~FlushDenormals() {
+    if ((saved_ & kFlush) != kFlush) set_control_word(saved_);
+  }
 
   FlushDenormals(const FlushDenormals&) = delete;
   FlushDenormals& operator=(const FlushDenormals&) = delete;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 
 #include "denormals.h"
 #include "peak.h"
@@ -18,6 +20,27 @@ constexpr float kInfinite = std::numeric_limits<float>::infinity();
 // Whole blocks that take about two time constants of a glide.
 std::size_t fade_length(const StripSettings& settings, double sample_rate) {
   return static_cast<std::size_t>(2 * settings.glide / 1000 * sample_rate / kBlock) * kBlock;
+}
+
+// Whether an output is the key or another channel's input. All pairs are counted, without a branch
+// and in loops of a constant length, and those of the same channel taken off.
+bool are_crossed(const LiveStrip::Buffers& buffers, std::size_t channels) {
+  std::array<std::uintptr_t, kMostChannels> inputs, outputs;
+  inputs.fill(0);
+  outputs.fill(1);
+  for (std::size_t c = 0; c < channels; ++c) {
+    inputs[c] = reinterpret_cast<std::uintptr_t>(buffers.inputs[c]);
+    outputs[c] = reinterpret_cast<std::uintptr_t>(buffers.outputs[c]);
+  }
+  const auto key = reinterpret_cast<std::uintptr_t>(buffers.key);
+  std::uintptr_t crossings = 0;
+  for (const std::uintptr_t output : outputs) {
+    for (const std::uintptr_t input : inputs) crossings += input == output;
+  }
+  for (std::size_t c = 0; c < kMostChannels; ++c) {
+    crossings += (outputs[c] == key) - std::uintptr_t{inputs[c] == outputs[c]};
+  }
+  return crossings != 0;
 }
 
 }  // namespace
@@ -171,19 +194,14 @@ bool LiveStrip::may_run_directly(const Buffers& buffers, std::size_t samples) {
   std::array<PeakLanes, kMostChannels> lanes;
   PeakLanes all;
   if (buffers.key) all.see(buffers.key, samples);
-  int crossings = 0;
   for (std::size_t c = 0; c < channels_; ++c) {
     lanes[c] = {};
     lanes[c].see(buffers.inputs[c], samples);
     all.see(lanes[c]);
-    crossings += buffers.key == buffers.outputs[c];
-    for (std::size_t other = 0; other < channels_; ++other) {
-      crossings += other != c && buffers.inputs[other] == buffers.outputs[c];
-    }
   }
   const float greatest = all.peak();  // NaN if there is one
   if (!(greatest <= kHarmless)) may_overflow_ = true;
-  const bool is_direct = is_idle_ && crossings == 0 && greatest < kInfinite;
+  const bool is_direct = is_idle_ && greatest < kInfinite && !are_crossed(buffers, channels_);
   if (is_metering_) {
     meters_.begin(is_direct && !may_overflow_, live_);  // else what comes out is repaired
     for (std::size_t c = 0; c < channels_ && is_direct; ++c) meters_.see_input(c, lanes[c]);
