@@ -25,6 +25,7 @@ std::size_t fade_length(const StripSettings& settings, double sample_rate) {
 // Whether an output is the key or another channel's input. All pairs are counted, without a branch
 // and in loops of a constant length, and those of the same channel taken off.
 bool are_crossed(const LiveStrip::Buffers& buffers, std::size_t channels) {
+  if (channels == 1) return buffers.key == buffers.outputs[0];
   std::array<std::uintptr_t, kMostChannels> inputs, outputs;
   inputs.fill(0);
   outputs.fill(1);
@@ -191,11 +192,11 @@ void LiveStrip::run(const Buffers& buffers, std::size_t samples) {
 // Looks at the samples. The library reads its inputs as it goes and writes outputs in between, so
 // an output may only be the input of its own channel.
 bool LiveStrip::may_run_directly(const Buffers& buffers, std::size_t samples) {
-  std::array<PeakLanes, kMostChannels> lanes;
-  PeakLanes all;
+  std::array<PeakLanes, kMostChannels> lanes;  // of the channels that there are
+  PeakLanes all = PeakLanes::none();
   if (buffers.key) all.see(buffers.key, samples);
   for (std::size_t c = 0; c < channels_; ++c) {
-    lanes[c] = {};
+    lanes[c] = PeakLanes::none();
     lanes[c].see(buffers.inputs[c], samples);
     all.see(lanes[c]);
   }
@@ -225,7 +226,7 @@ void LiveStrip::run_chunk(const Run& run) {
       in_[c][i] = gains_.before(i, dry_[c][i]);
     }
     if (is_metering_) {
-      PeakLanes lanes;
+      PeakLanes lanes = PeakLanes::none();
       lanes.see(in_[c].data(), run.samples);
       meters_.see_input(c, lanes);
     }

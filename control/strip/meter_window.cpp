@@ -15,7 +15,7 @@ void MeterWindow::see_outputs(const float* const* outputs, std::size_t samples,
     if (is_direct_) {
       greatest = engine.output_peak(c);
     } else {
-      PeakLanes lanes;
+      PeakLanes lanes = PeakLanes::none();
       lanes.see(outputs[c], samples);
       greatest = lanes.peak();
       meters_.output_peak[c] = std::max(meters_.output_peak[c], greatest);
@@ -31,7 +31,8 @@ void MeterWindow::read(Engine& engine) {
   const EngineMeters seen = engine.read_meters();
   meters_.samples += std::exchange(unread_, 0);
   for (std::size_t c = 0; c < channels_; ++c) {
-    const float input = engine.input_meter_gain() * std::exchange(input_[c], {}).peak();
+    const float input =
+        engine.input_meter_gain() * std::exchange(input_[c], PeakLanes::none()).peak();
     meters_.input_peak[c] = std::max(meters_.input_peak[c], input);
     if (is_direct_) {
       meters_.output_peak[c] = std::max(meters_.output_peak[c], seen.output_peak[c]);

@@ -15,7 +15,9 @@ namespace channelstrip::host {
 // The library keeps extremes by itself, which are read when a window ends or someone asks.
 class MeterWindow {
  public:
-  MeterWindow(std::size_t channels, std::size_t samples) : channels_(channels), length_(samples) {}
+  MeterWindow(std::size_t channels, std::size_t samples) : channels_(channels), length_(samples) {
+    input_.fill(PeakLanes::none());
+  }
 
   // How many samples there are to the end of the window.
   std::size_t left() const { return length_ - samples_; }
@@ -55,7 +57,7 @@ class MeterWindow {
   std::size_t unread_ = 0;   // since the engine's meters were read
   bool has_news_ = false;
   bool is_direct_ = true;
-  std::array<PeakLanes, kMostChannels> input_ = {};  // since the engine's meters were read
+  std::array<PeakLanes, kMostChannels> input_;  // since the engine's meters were read
   std::array<float, kMostChannels> window_gain_ = {};
   LiveMeters meters_;
 };

@@ -15,6 +15,13 @@ namespace channelstrip::host {
 // order them as floats do; those of NaN lie above those of infinity.
 class PeakLanes {
  public:
+  // Not initialised otherwise, as arrays of these are filled on the way.
+  static PeakLanes none() {
+    PeakLanes lanes;
+    lanes.lanes_ = Lanes{};
+    return lanes;
+  }
+
   // `count` must be a multiple of 16.
   void see(const float* samples, std::size_t count) {
     Lanes even = lanes_, odd = {};
@@ -41,7 +48,7 @@ class PeakLanes {
   }
   static Lanes greater(Lanes a, Lanes b) { return a > b ? a : b; }
 
-  Lanes lanes_ = {};
+  Lanes lanes_;
 };
 
 }  // namespace channelstrip::host

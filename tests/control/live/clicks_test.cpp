@@ -25,7 +25,7 @@ using namespace host;
 
 constexpr std::size_t kSecond = 48000;
 constexpr double kTimeConstant = 960;  // samples, of a glide of 20 ms
-constexpr float kPeak = 0.25f;
+constexpr double kPeak = 0.25;
 
 void set(Values& values, std::string_view symbol, double value) {
   values.of[*index_of(symbol)] = value;
