@@ -7,7 +7,7 @@
 #include <iterator>
 #include <memory>
 
-#include "session.h"
+#include "caller.h"
 
 namespace channelstrip::test {
 
@@ -50,7 +50,7 @@ void look_up(Bytes& bytes) {
   demand(channelstrip_status_text(bytes.byte()) != nullptr, "a status means nothing");
 }
 
-channelstrip_settings* Session::some_settings(Bytes& bytes) {
+channelstrip_settings* Caller::some_settings(Bytes& bytes) {
   const std::uint8_t which = bytes.byte();
   if (which >= 248) return nullptr;
   Settings& settings = settings_[which % kSlots];
@@ -59,7 +59,7 @@ channelstrip_settings* Session::some_settings(Bytes& bytes) {
 }
 
 // One without a strip gets a plain one.
-Session::Slot& Session::some_slot(Bytes& bytes) {
+Caller::Slot& Caller::some_slot(Bytes& bytes) {
   const std::uint8_t which = bytes.byte();
   Slot& slot = slots_[which % kSlots];
   if (!slot.strip && which < 248) {
@@ -73,24 +73,24 @@ Session::Slot& Session::some_slot(Bytes& bytes) {
   return slot;
 }
 
-void Session::step(Bytes& bytes) {
-  constexpr void (Session::*kCalls[])(Bytes&) = {&Session::change_settings,
-                                                 &Session::change_settings,
-                                                 &Session::set_links,
-                                                 &Session::read_text,
-                                                 &Session::write_and_read_again,
-                                                 &Session::copy_settings,
-                                                 &Session::look_at_settings,
-                                                 &Session::look_at_pictures,
-                                                 &Session::make_strip,
-                                                 &Session::process,
-                                                 &Session::process,
-                                                 &Session::process,
-                                                 &Session::process_many,
-                                                 &Session::set_strip,
-                                                 &Session::set_strip,
-                                                 &Session::reset_strip,
-                                                 &Session::read_meters};
+void Caller::step(Bytes& bytes) {
+  constexpr void (Caller::*kCalls[])(Bytes&) = {&Caller::change_settings,
+                                                &Caller::change_settings,
+                                                &Caller::set_links,
+                                                &Caller::read_text,
+                                                &Caller::write_and_read_again,
+                                                &Caller::copy_settings,
+                                                &Caller::look_at_settings,
+                                                &Caller::look_at_pictures,
+                                                &Caller::make_strip,
+                                                &Caller::process,
+                                                &Caller::process,
+                                                &Caller::process,
+                                                &Caller::process_many,
+                                                &Caller::set_strip,
+                                                &Caller::set_strip,
+                                                &Caller::reset_strip,
+                                                &Caller::read_meters};
   const std::size_t which = bytes.byte() % (std::size(kCalls) + 1);
   if (which == std::size(kCalls)) return look_up(bytes);
   (this->*kCalls[which])(bytes);
@@ -98,9 +98,9 @@ void Session::step(Bytes& bytes) {
 
 std::string first_fault(std::span<const uint8_t> input) {
   Bytes bytes(input);
-  Session session;
+  Caller caller;
   try {
-    while (!bytes.empty()) session.step(bytes);
+    while (!bytes.empty()) caller.step(bytes);
   } catch (const Fault& fault) {
     return fault.what();
   }

@@ -3,7 +3,7 @@
 #include <iterator>
 #include <string>
 
-#include "session.h"
+#include "caller.h"
 
 namespace channelstrip::test {
 
@@ -20,7 +20,7 @@ std::string text_of(const channelstrip_settings* settings) {
   return text;
 }
 
-void Session::change_settings(Bytes& bytes) {
+void Caller::change_settings(Bytes& bytes) {
   channelstrip_settings* const settings = some_settings(bytes);
   const AnyValue any = any_value(bytes);
   const std::string before = text_of(settings);
@@ -38,7 +38,7 @@ void Session::change_settings(Bytes& bytes) {
   demand(value == again, "a legal value isn't kept");
 }
 
-void Session::set_links(Bytes& bytes) {
+void Caller::set_links(Bytes& bytes) {
   channelstrip_settings* const settings = some_settings(bytes);
   const std::uint32_t format = any_format(bytes);
   const std::string map = any_word(bytes), before = text_of(settings);
@@ -54,7 +54,7 @@ void Session::set_links(Bytes& bytes) {
   demand((length == 0) == map.empty(), "a link map is lost");
 }
 
-void Session::read_text(Bytes& bytes) {
+void Caller::read_text(Bytes& bytes) {
   channelstrip_settings* const settings = some_settings(bytes);
   const std::string text = any_toml(bytes), before = text_of(settings);
   const auto report = +[](void* user, std::uint32_t line, std::uint32_t column, const char* what) {
@@ -71,7 +71,7 @@ void Session::read_text(Bytes& bytes) {
   demand(status != CHANNELSTRIP_SYNTAX || reports == 1, "settings_read doesn't say why");
 }
 
-void Session::write_and_read_again(Bytes& bytes) {
+void Caller::write_and_read_again(Bytes& bytes) {
   const channelstrip_settings* const settings = some_settings(bytes);
   if (!settings) return;
   const std::string text = text_of(settings);
@@ -95,7 +95,7 @@ void Session::write_and_read_again(Bytes& bytes) {
   }
 }
 
-void Session::copy_settings(Bytes& bytes) {
+void Caller::copy_settings(Bytes& bytes) {
   Settings& to = settings_[bytes.byte() % kSlots];
   const channelstrip_settings* const from = some_settings(bytes);
   if (!to) to.reset(channelstrip_settings_new());
@@ -106,7 +106,7 @@ void Session::copy_settings(Bytes& bytes) {
   if (bytes.byte() % 16 == 0) to.reset(channelstrip_settings_new());
 }
 
-void Session::look_at_settings(Bytes& bytes) {
+void Caller::look_at_settings(Bytes& bytes) {
   const channelstrip_settings* const settings = some_settings(bytes);
   const double rate = any_number(bytes);
   const std::uint32_t count = bytes.byte() % 20;
@@ -125,7 +125,7 @@ void Session::look_at_settings(Bytes& bytes) {
   }
 }
 
-void Session::look_at_pictures(Bytes& bytes) {
+void Caller::look_at_pictures(Bytes& bytes) {
   const channelstrip_settings* const settings = some_settings(bytes);
   const double rate = bytes.byte() % 2 ? 48000 : any_number(bytes);
   double at[4], one[4] = {7, 7, 7, 7}, other[4] = {7, 7, 7, 7};

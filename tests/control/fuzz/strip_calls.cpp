@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "session.h"
+#include "caller.h"
 
 namespace channelstrip::test {
 
@@ -20,7 +20,7 @@ std::string text_of(channelstrip_strip* strip) {
   return text_of(settings.get());
 }
 
-void Session::make_strip(Bytes& bytes) {
+void Caller::make_strip(Bytes& bytes) {
   Slot& slot = slots_[bytes.byte() % kSlots];
   constexpr double kRates[] = {1000, 8000, 44100, 48000, 96000, 192000, 1000000};
   const std::uint8_t how = bytes.byte();
@@ -61,7 +61,7 @@ void Session::make_strip(Bytes& bytes) {
 }
 
 // Fills the inputs. Outputs are apart, the inputs, others' inputs, or over the key.
-channelstrip_block Session::prepare(Bytes& bytes, Slot& slot, std::uint32_t frames) {
+channelstrip_block Caller::prepare(Bytes& bytes, Slot& slot, std::uint32_t frames) {
   StripBuffers& buffers = slot.buffers;
   for (std::size_t i = 0; i <= StripBuffers::kKey; ++i) fill(bytes, buffers.all(i));
   const std::uint8_t how = bytes.byte();
@@ -82,7 +82,7 @@ channelstrip_block Session::prepare(Bytes& bytes, Slot& slot, std::uint32_t fram
           .events = nullptr};
 }
 
-void Session::check(Slot& slot, const channelstrip_block& block, channelstrip_status status) {
+void Caller::check(Slot& slot, const channelstrip_block& block, channelstrip_status status) {
   demand(status == CHANNELSTRIP_OK || status == CHANNELSTRIP_INVALID, "a strange status");
   if (status != CHANNELSTRIP_OK || block.frames == 0) {
     demand(slot.buffers.differ_only_in({}, 0), "a call without frames wrote something");
@@ -95,7 +95,7 @@ void Session::check(Slot& slot, const channelstrip_block& block, channelstrip_st
   }
 }
 
-void Session::process(Bytes& bytes) {
+void Caller::process(Bytes& bytes) {
   Slot& slot = some_slot(bytes);
   if (!slot.strip) return;
   channelstrip_block block = prepare(bytes, slot, bytes.half() % (StripBuffers::kMostFrames + 1));
@@ -118,7 +118,7 @@ void Session::process(Bytes& bytes) {
   }
 }
 
-void Session::process_many(Bytes& bytes) {
+void Caller::process_many(Bytes& bytes) {
   const std::uint32_t frames = bytes.half() % (StripBuffers::kMostFrames + 1);
   const std::uint8_t how = bytes.byte();
   const std::uint32_t whole = how % 2 ? frames / 16 * 16 : frames;
@@ -137,7 +137,7 @@ void Session::process_many(Bytes& bytes) {
   for (std::size_t i = 0; i < used.size(); ++i) check(*used[i], blocks[i], status);
 }
 
-void Session::set_strip(Bytes& bytes) {
+void Caller::set_strip(Bytes& bytes) {
   Slot& slot = some_slot(bytes);
   if (!slot.strip) return;
   const std::uint8_t how = bytes.byte();
@@ -160,7 +160,7 @@ void Session::set_strip(Bytes& bytes) {
   }
 }
 
-void Session::reset_strip(Bytes& bytes) {
+void Caller::reset_strip(Bytes& bytes) {
   Slot& slot = some_slot(bytes);
   const std::string before = text_of(slot.strip);
   demand((channelstrip_strip_reset(slot.strip) == CHANNELSTRIP_OK) == (slot.strip != nullptr),
@@ -168,7 +168,7 @@ void Session::reset_strip(Bytes& bytes) {
   demand(text_of(slot.strip) == before, "a reset changes settings");
 }
 
-void Session::read_meters(Bytes& bytes) {
+void Caller::read_meters(Bytes& bytes) {
   Slot& slot = some_slot(bytes);
   channelstrip_meters meters;
   std::memset(&meters, 0x11, sizeof meters);

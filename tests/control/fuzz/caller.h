@@ -25,7 +25,7 @@ inline void demand(bool holds, const char* what) {
   if (!holds) throw Fault(what);
 }
 
-class Session {
+class Caller {
  public:
   // Does what the next bytes say. Throws a Fault if it isn't as the header says.
   void step(Bytes& bytes);
