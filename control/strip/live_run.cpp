@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdint>
 #include <limits>
 
 #include "live_strip.h"
@@ -19,26 +18,15 @@ constexpr float kHarmless = 1e3f;
 
 constexpr float kInfinite = std::numeric_limits<float>::infinity();
 
-// Whether an output is the key or another channel's input. All pairs are counted, without a branch
-// and in loops of a constant length, and those of the same channel taken off.
+// Whether an output is the key or another channel's input.
 bool are_crossed(const LiveStrip::Buffers& buffers, std::size_t channels) {
-  if (channels == 1) return buffers.key == buffers.outputs[0];
-  std::array<std::uintptr_t, kMostChannels> inputs, outputs;
-  inputs.fill(0);
-  outputs.fill(1);
   for (std::size_t c = 0; c < channels; ++c) {
-    inputs[c] = reinterpret_cast<std::uintptr_t>(buffers.inputs[c]);
-    outputs[c] = reinterpret_cast<std::uintptr_t>(buffers.outputs[c]);
+    if (buffers.outputs[c] == buffers.key) return true;
+    for (std::size_t other = 0; other < channels; ++other) {
+      if (other != c && buffers.outputs[c] == buffers.inputs[other]) return true;
+    }
   }
-  const auto key = reinterpret_cast<std::uintptr_t>(buffers.key);
-  std::uintptr_t crossings = 0;
-  for (const std::uintptr_t output : outputs) {
-    for (const std::uintptr_t input : inputs) crossings += input == output;
-  }
-  for (std::size_t c = 0; c < kMostChannels; ++c) {
-    crossings += (outputs[c] == key) - std::uintptr_t{inputs[c] == outputs[c]};
-  }
-  return crossings != 0;
+  return false;
 }
 
 }  // namespace
@@ -65,9 +53,12 @@ bool LiveStrip::may_run_directly(const Buffers& buffers, std::size_t samples) {
     lanes[c].see(buffers.inputs[c], samples);
     all.see(lanes[c]);
   }
-  const float greatest = all.peak();  // NaN if there is one
-  if (!(greatest <= kHarmless)) may_overflow_ = true;
-  const bool is_direct = is_idle_ && greatest < kInfinite && !are_crossed(buffers, channels_);
+  bool is_clean = true;
+  if (all.exceed(kHarmless)) {
+    may_overflow_ = true;
+    is_clean = all.peak() < kInfinite;  // false for NaN, too
+  }
+  const bool is_direct = is_idle_ && is_clean && !are_crossed(buffers, channels_);
   if (is_metering_) {
     meters_.begin(is_direct && !may_overflow_, live_);  // else what comes out is repaired
     for (std::size_t c = 0; c < channels_ && is_direct; ++c) meters_.see_input(c, lanes[c]);

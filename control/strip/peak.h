@@ -3,6 +3,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -32,6 +33,14 @@ class PeakLanes {
     lanes_ = greater(even, odd);
   }
   void see(const PeakLanes& other) { lanes_ = greater(lanes_, other.lanes_); }
+
+  // Whether one is greater than `limit`, which is above 0, or isn't a number.
+  bool exceed(float limit) const {
+    const Lanes above = lanes_ > std::bit_cast<std::int32_t>(limit);
+    std::array<std::uint64_t, 4> halves;
+    std::memcpy(&halves, &above, sizeof halves);
+    return (halves[0] | halves[1] | halves[2] | halves[3]) != 0;
+  }
 
   float peak() const {
     std::int32_t greatest = 0;
