@@ -68,7 +68,7 @@ void LiveStrip::begin_block() {
 std::size_t LiveStrip::until_step(std::size_t samples) const {
   samples = std::min(samples, meters_.left());
   if (is_idle_) return samples;
-  if (design_.is_searching()) return kBlock;
+  if (design_.is_searching() || is_wanted_) return kBlock;
   return fade_.is_done() ? samples : std::min(samples, fade_.left());
 }
 
@@ -104,15 +104,19 @@ void LiveStrip::process(const Buffers& buffers, std::size_t frames) {
   }
 }
 
-// Takes what the unfinished block lacks, or what there is, and returns how much that was.
+// Takes what the unfinished block lacks and some whole blocks that follow, or else what there is,
+// and returns how much that was.
 std::size_t LiveStrip::process_part(const Buffers& call, std::size_t begin, std::size_t samples) {
-  const Run part = run_of(call, begin, std::min(kBlock - pending_, samples));
+  const std::size_t whole = (pending_ + samples) / kBlock * kBlock;
+  std::size_t length = whole > 0 ? std::min(until_step(whole), kChunk) : kBlock;
+  if (pending_ > 0 && pending_key_ != (call.key != nullptr)) length = kBlock;
+  const Run part = run_of(call, begin, whole > 0 ? length - pending_ : samples);
   const std::size_t end = pending_ + part.samples;
-  Block outputs;
-  Run block{.inputs = {}, .key = nullptr, .outputs = {}, .samples = kBlock};
-  const auto take = [&](const float* from, std::array<float, kBlock>& to) {
+  decltype(unfinished_) outputs;
+  Run block{.inputs = {}, .key = nullptr, .outputs = {}, .samples = length};
+  const auto take = [&](const float* from, std::array<float, kChunk>& to) {
     for (std::size_t i = 0; i < part.samples; ++i) to[pending_ + i] = from ? from[i] : 0;
-    for (std::size_t i = end; i < kBlock; ++i) to[i] = 0;
+    for (std::size_t i = end; i < length; ++i) to[i] = 0;
   };
   for (std::size_t c = 0; c < channels_; ++c) {
     take(part.inputs[c], unfinished_[c]);
@@ -123,8 +127,8 @@ std::size_t LiveStrip::process_part(const Buffers& call, std::size_t begin, std:
   take(part.key, unfinished_.back());
   if (pending_key_) block.key = unfinished_.back().data();
 
-  if (end == kBlock) {
-    run(buffers_of(block), kBlock);
+  if (end == length) {
+    run(buffers_of(block), length);
   } else {
     const Ramp fade = fade_;
     const StripGains gains = gains_;
@@ -132,7 +136,7 @@ std::size_t LiveStrip::process_part(const Buffers& call, std::size_t begin, std:
     live_.save(live);
     if (!fade.is_done()) old_.save(old);
     is_metering_ = false;
-    run(buffers_of(block), kBlock);
+    run(buffers_of(block), length);
     is_metering_ = true;
     live_.restore(live);
     if (!fade.is_done()) old_.restore(old);
@@ -142,7 +146,7 @@ std::size_t LiveStrip::process_part(const Buffers& call, std::size_t begin, std:
   for (std::size_t c = 0; c < channels_; ++c) {
     std::copy_n(outputs[c].data() + pending_, part.samples, part.outputs[c]);
   }
-  pending_ = end % kBlock;
+  pending_ = end == length ? 0 : end;
   return part.samples;
 }
 

@@ -90,7 +90,6 @@ class LiveStrip {
  private:
   static constexpr std::size_t kChunk = StripGains::kMost;
   using Chunk = std::array<std::array<float, kChunk>, kMostChannels>;
-  using Block = std::array<std::array<float, kBlock>, kMostChannels + 1>;
 
   // The buffers of one run of whole blocks, or of a call.
   struct Run {
@@ -132,7 +131,8 @@ class LiveStrip {
   Searches searches_;
   StripDesign design_;
   StripSettings wanted_;
-  Block unfinished_;  // inputs and key of the block that isn't whole
+  // Inputs and key of the block that isn't whole, and of what runs along with it.
+  std::array<std::array<float, kChunk>, kMostChannels + 1> unfinished_;
   Chunk dry_, in_, wet_, before_;
   std::array<float, kChunk> key_;
 };
