@@ -77,7 +77,9 @@ compressor.threshold = -28
 inline constexpr std::string_view kAboutBands = R"(
 Every `[[eq]]` table is a band. Bands run in the order of the file, those with the position "pre"
 before the dynamics and those with "post" after them. Together they may take eight second-order
-sections: a low or high pass takes one for every 12 dB/oct or part of it, any other band takes one.
+sections: a low or high pass takes one for every 12 dB/oct or part of it, any other band takes one. A
+band that is off takes none. A table `idle` inside a band, `idle = { gain = 6 }`, keeps values that
+the band's type has no use for; the control library writes them, so that a type can change back.
 
 )";
 
