@@ -58,7 +58,7 @@ channelstrip_status channelstrip_parameter_info(uint32_t index, channelstrip_par
   static const Words words = all_words();
   if (index >= kParameterCount) return CHANNELSTRIP_UNKNOWN;
   const Parameter& p = parameters()[index];
-  const bool is_logarithmic = p.scale == Scale::kLogarithmic;
+  const bool is_logarithmic = p.scale == SliderScale::kLogarithmic;
   const channelstrip_parameter result{
       .id = p.id,
       .kind = kind_of(p),

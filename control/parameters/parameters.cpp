@@ -59,7 +59,7 @@ Parameter made(std::size_t group, const Key<Settings>& key) {
     p.step = key.range.step;
     if (p.minimum < key.range.minimum) p.least_above_zero = key.range.minimum;
     const bool is_ratio = key.name == "ratio" || key.name == "q";
-    if (p.unit == "Hz" || p.unit == "ms" || is_ratio) p.scale = Scale::kLogarithmic;
+    if (p.unit == "Hz" || p.unit == "ms" || is_ratio) p.scale = SliderScale::kLogarithmic;
   }
   if constexpr (std::is_same_v<Settings, EqBand>) {
     p.band_key = &key;
@@ -142,7 +142,7 @@ double nearest_value(const Parameter& p, double value) {
 
 double position_of(const Parameter& p, double value) {
   value = nearest_value(p, value);
-  if (p.scale == Scale::kLinear) return (value - p.minimum) / (p.maximum - p.minimum);
+  if (p.scale == SliderScale::kLinear) return (value - p.minimum) / (p.maximum - p.minimum);
   if (p.minimum > 0) return std::log(value / p.minimum) / std::log(p.maximum / p.minimum);
   return std::log1p(value / kFoot) / std::log1p(p.maximum / kFoot);
 }
@@ -151,7 +151,7 @@ double value_at(const Parameter& p, double position) {
   position = std::clamp(position, 0.0, 1.0);
   if (position == 1) return p.maximum;
   double value = p.minimum + position * (p.maximum - p.minimum);
-  if (p.scale == Scale::kLogarithmic) {
+  if (p.scale == SliderScale::kLogarithmic) {
     value = p.minimum > 0 ? p.minimum * std::pow(p.maximum / p.minimum, position)
                           : kFoot * std::expm1(position * std::log1p(p.maximum / kFoot));
   }

@@ -17,12 +17,12 @@
 namespace channelstrip::host {
 
 // How the values of a slider lie along its way.
-enum class Scale : std::uint8_t { kLinear, kLogarithmic };
+enum class SliderScale : std::uint8_t { kLinear, kLogarithmic };
 
 struct Parameter {
   std::uint32_t id = 0;
   Kind kind = Kind::kNumber;
-  Scale scale = Scale::kLinear;
+  SliderScale scale = SliderScale::kLinear;
   bool lasting = false;  // a preset's changes can't change it
   double minimum = 0, maximum = 1, initial = 0;
   double step = 0;              // values are multiples of it; 0: any
