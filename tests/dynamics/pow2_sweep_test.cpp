@@ -71,24 +71,30 @@ void apply_rule(const Floats& scaled, Floats& powers) {
   }
 }
 
-// Every float from `lowest` to `highest`, many at a time and each step in a loop of its own, so
-// that the compiler vectorises it. The last float fills up what is left of the last ones.
+// Every float from `lowest` to `highest`, one of which is 0, many at a time and each step in a loop
+// of its own, so that the compiler vectorises it. The last float fills up what is left of the last
+// ones.
 template <float Convert(float), float Scale(float)>
 Faults count_faults(float lowest, float highest) {
   Faults faults;
-  Floats scaled, expected, results;
+  Floats x, scaled, expected, results;
   float previous = 0;
-  const int64_t end = rank(highest);
-  for (int64_t first = rank(lowest); first <= end; first += kAtATime) {
-    for (size_t i = 0; i < kAtATime; ++i) {
-      const float x = of_rank(std::min(first + static_cast<int64_t>(i), end));
-      scaled[i] = Scale(x);
-      results[i] = Convert(x);
+  const bool is_negative = lowest < 0;
+  const auto last = std::bit_cast<uint32_t>(is_negative ? -lowest : highest);
+  for (uint32_t first = 0; first <= last; first += kAtATime) {
+    for (uint32_t i = 0; i < kAtATime; ++i) {
+      const uint32_t index = std::min(first + i, last);
+      const float magnitude = std::bit_cast<float>(is_negative ? last - index : index);
+      x[i] = is_negative ? -magnitude : magnitude;
     }
+    for (size_t i = 0; i < kAtATime; ++i) scaled[i] = Scale(x[i]);
+    for (size_t i = 0; i < kAtATime; ++i) results[i] = Convert(x[i]);
     apply_rule(scaled, expected);
     uint32_t wrong = 0, falls = results[0] < previous, abnormal = 0;
     for (size_t i = 0; i < kAtATime; ++i) {
       wrong += std::bit_cast<uint32_t>(results[i]) != std::bit_cast<uint32_t>(expected[i]);
+    }
+    for (size_t i = 0; i < kAtATime; ++i) {
       abnormal += !(results[i] >= FLT_MIN && results[i] <= FLT_MAX);
     }
     for (size_t i = 1; i < kAtATime; ++i) falls += results[i] < results[i - 1];
