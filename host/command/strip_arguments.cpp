@@ -10,7 +10,7 @@
 
 #include "choice.h"
 #include "command_line.h"
-#include "control/design/stem_format.h"
+#include "control/library/stem_format.h"
 #include "control/preset/preset_keys.h"
 #include "shipped_presets.h"
 
