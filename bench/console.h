@@ -3,8 +3,8 @@
 #pragma once
 
 #include <ChannelStrip/frame/entry_points.h>
-#include <control/design/stem_format.h>
 #include <control/design/strip_coefficients.h>
+#include <control/library/stem_format.h>
 
 #include <span>
 #include <vector>

@@ -4,8 +4,8 @@
 //
 //   growth LIBRARY
 
+#include <control/library/library.h>
 #include <control/strip/denormals.h>
-#include <control/strip/library.h>
 #include <fmt/format.h>
 
 #include <exception>

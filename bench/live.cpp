@@ -4,11 +4,11 @@
 //   live LIBRARY
 
 #include <control/design/band.h>
+#include <control/library/library.h>
 #include <control/live/controlled_strip.h>
 #include <control/parameters/values.h>
 #include <control/strip/denormals.h>
 #include <control/strip/instance.h>
-#include <control/strip/library.h>
 #include <fmt/format.h>
 
 #include <algorithm>

@@ -6,9 +6,9 @@
 //
 //   render_speed LIBRARY
 
+#include <control/library/library.h>
 #include <control/strip/denormals.h>
 #include <control/strip/instance.h>
-#include <control/strip/library.h>
 #include <fmt/format.h>
 #include <host/render/render.h>
 #include <sndfile.h>

@@ -4,8 +4,8 @@
 //
 //   strip_speed LIBRARY [--filter WORD]... [--turns N] [--json FILE]
 
+#include <control/library/library.h>
 #include <control/strip/denormals.h>
-#include <control/strip/library.h>
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>

@@ -2,8 +2,8 @@
 
 #pragma once
 
+#include <control/library/library.h>
 #include <control/preset/preset.h>
-#include <control/strip/library.h>
 
 #include <memory>
 #include <string>

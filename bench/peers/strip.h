@@ -2,9 +2,9 @@
 
 #pragma once
 
+#include <control/library/library.h>
 #include <control/preset/preset.h>
 #include <control/strip/instance.h>
-#include <control/strip/library.h>
 
 #include <vector>
 

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "stem_format.h"
+#include "../library/stem_format.h"
 
 namespace channelstrip::host {
 

@@ -8,7 +8,7 @@
 
 #include "../design/channel_layout.h"
 #include "../design/link_map.h"
-#include "../design/stem_format.h"
+#include "../library/stem_format.h"
 #include "../preset/value.h"
 #include "state.h"
 

@@ -1,6 +1,6 @@
 #include "../design/channel_layout.h"
 #include "../design/link_map.h"
-#include "../design/stem_format.h"
+#include "../library/stem_format.h"
 #include "band_draft.h"
 #include "draft.h"
 #include "preset_keys.h"

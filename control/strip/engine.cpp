@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "../design/dynamics_coefficients.h"
-#include "../design/stem_format.h"
+#include "../library/stem_format.h"
 
 namespace channelstrip::host {
 namespace {

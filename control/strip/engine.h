@@ -13,14 +13,12 @@
 #include "../design/fixed_vector.h"
 #include "../design/link_map.h"
 #include "../design/strip_coefficients.h"
+#include "../library/library.h"
 
 namespace channelstrip::host {
 
 inline constexpr std::size_t kBlock = 16;  // samples, the library's
 inline constexpr std::size_t kMostChannels = 8;
-
-// In the order of stem_formats().
-using EntryPoints = std::array<AlgEntry_16_Stem*, 11>;
 
 // Linear values, the extremes since the last reading.
 struct EngineMeters {

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "../design/channel_layout.h"
+#include "../library/library.h"
 #include "instance.h"
-#include "library.h"
 #include "live_strip.h"
 
 namespace channelstrip::host {

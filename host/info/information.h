@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-#include "control/design/stem_format.h"
-#include "control/strip/library.h"
+#include "control/library/library.h"
+#include "control/library/stem_format.h"
 
 namespace channelstrip::host {
 

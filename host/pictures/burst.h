@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "control/design/settings.h"
-#include "control/strip/library.h"
+#include "control/library/library.h"
 
 namespace channelstrip::host {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "control/design/channel_layout.h"
-#include "control/strip/library.h"
+#include "control/library/library.h"
 
 namespace channelstrip::host {
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include <ChannelStrip/frame/entry_points.h>
-#include <control/design/stem_format.h>
+#include <control/library/stem_format.h>
 
 #include <cstddef>
 #include <iterator>

@@ -5,7 +5,7 @@
 #include <ChannelStrip/dynamics/dyn_records.h>
 #include <ChannelStrip/eq/eq_records.h>
 #include <ChannelStrip/frame/context.h>
-#include <control/design/stem_format.h>
+#include <control/library/stem_format.h>
 #include <tests/model/scene.h>
 #include <tests/model/section.h>
 

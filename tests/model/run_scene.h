@@ -4,7 +4,7 @@
 #pragma once
 
 #include <ChannelStrip/frame/entry_points.h>
-#include <control/design/stem_format.h>
+#include <control/library/stem_format.h>
 
 #include "scene.h"
 #include "section.h"

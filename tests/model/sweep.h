@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include <control/design/stem_format.h>
+#include <control/library/stem_format.h>
 
 #include <cstdint>
 #include <functional>

@@ -3,7 +3,7 @@
 //
 //   sweep_soak FORMAT QUADS [FIRST_SEED]
 
-#include <control/strip/library.h>
+#include <control/library/library.h>
 #include <fmt/format.h>
 
 #include <cstdint>

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include <control/design/stem_format.h>
+#include <control/library/stem_format.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>

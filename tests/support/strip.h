@@ -5,8 +5,8 @@
 #include <ChannelStrip/dynamics/dyn_records.h>
 #include <ChannelStrip/eq/eq_records.h>
 #include <ChannelStrip/frame/context.h>
-#include <control/design/stem_format.h>
-#include <control/strip/library.h>
+#include <control/library/library.h>
+#include <control/library/stem_format.h>
 
 #include <algorithm>
 #include <array>

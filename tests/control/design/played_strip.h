@@ -10,8 +10,8 @@
 
 #include "control/design/dynamics.h"
 #include "control/design/strip_coefficients.h"
+#include "control/library/library.h"
 #include "control/strip/instance.h"
-#include "control/strip/library.h"
 #include "records.h"
 
 namespace channelstrip::test {

@@ -1,4 +1,4 @@
-#include "control/design/stem_format.h"
+#include "control/library/stem_format.h"
 
 #include <gtest/gtest.h>
 

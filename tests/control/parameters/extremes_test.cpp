@@ -16,8 +16,8 @@
 
 #include "control/design/channel_layout.h"
 #include "control/design/section.h"
-#include "control/design/stem_format.h"
 #include "control/design/strip_coefficients.h"
+#include "control/library/stem_format.h"
 #include "control/parameters/values.h"
 #include "control/strip/strip_design.h"
 

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "control/strip/library.h"
+#include "control/library/library.h"
 #include "control/strip/strip_stream.h"
 
 namespace channelstrip::test::denormals_test {

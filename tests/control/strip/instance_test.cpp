@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "control/strip/library.h"
+#include "control/library/library.h"
 
 namespace channelstrip::test::instance_test {
 namespace {

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "control/design/channel_layout.h"
-#include "control/strip/library.h"
+#include "control/library/library.h"
 #include "control/strip/live_strip.h"
 #include "tests/control/streamed.h"
 

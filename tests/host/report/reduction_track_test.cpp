@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "control/design/dynamics.h"
-#include "control/strip/library.h"
+#include "control/library/library.h"
 #include "control/strip/strip_stream.h"
 #include "tests/control/design/records.h"
 

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "audio.h"
+#include "control/library/library.h"
 #include "control/preset/preset.h"
-#include "control/strip/library.h"
 #include "control/strip/strip_stream.h"
 
 namespace channelstrip::test {

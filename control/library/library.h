@@ -4,13 +4,16 @@
 
 #include <ChannelStrip/frame/entry_points.h>
 
+#include <array>
 #include <memory>
 #include <string>
 
-#include "../design/stem_format.h"
-#include "engine.h"
+#include "stem_format.h"
 
 namespace channelstrip::host {
+
+// In the order of stem_formats().
+using EntryPoints = std::array<AlgEntry_16_Stem*, 11>;
 
 class Library {
  public:
