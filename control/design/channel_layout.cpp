@@ -134,8 +134,10 @@ ChannelLayout choose_layout(int channels, const std::vector<Speaker>& speakers,
     const auto named = named_layout(speakers, order);
     // Formats of as many channels and groups are processed alike: the labels of one serve the
     // other.
-    if (named && !forced) return *named;
-    if (named && forced->groups == named->format->groups) return {forced, named->labels};
+    if (named) {
+      if (!forced) return *named;
+      if (forced->groups == named->format->groups) return {forced, named->labels};
+    }
   }
   return default_layout(forced ? *forced : *usual, order.value_or(ChannelOrder::kWav));
 }

@@ -1,6 +1,5 @@
 #include "text_file.h"
 
-#include <fmt/format.h>
 #include <iconv.h>
 
 #include <cerrno>
@@ -26,7 +25,8 @@ using Conversion = std::unique_ptr<std::remove_pointer_t<iconv_t>, CloseConversi
 std::optional<std::string> converted(std::string_view bytes, const char* encoding) {
   iconv_t opened = iconv_open("UTF-8", encoding);
   if (reinterpret_cast<std::intptr_t>(opened) == -1) {
-    throw std::runtime_error(fmt::format("no conversion from {}: {}", encoding, strerror(errno)));
+    throw std::runtime_error(std::string("no conversion from ") + encoding + ": " +
+                             strerror(errno));
   }
   const Conversion conversion(opened);
   std::string text(2 * bytes.size(), '\0');  // UTF-16 grows by half, ISO 8859-1 twofold
@@ -67,9 +67,9 @@ std::vector<std::string> split_lines(std::string_view text) {
 
 std::string read_text_file(const std::string& path) {
   std::ifstream stream(path, std::ios::binary);
-  if (!stream) throw std::runtime_error(fmt::format("{}: {}", path, std::strerror(errno)));
+  if (!stream) throw std::runtime_error(path + ": " + std::strerror(errno));
   if (std::filesystem::is_directory(path)) {
-    throw std::runtime_error(fmt::format("{}: {}", path, std::strerror(EISDIR)));
+    throw std::runtime_error(path + ": " + std::strerror(EISDIR));
   }
   return {std::istreambuf_iterator<char>(stream), {}};
 }
