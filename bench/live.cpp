@@ -26,7 +26,8 @@ namespace {
 using namespace host;
 
 constexpr double kRate = 48000;
-constexpr std::size_t kProgramme = 1024;  // frames
+constexpr std::size_t kProgramme = 8192;  // frames of a turn
+constexpr std::size_t kMostFrames = 512;  // of a call
 constexpr int kTurns = 201;
 
 void set(Values& values, std::string_view symbol, double value) {
@@ -50,7 +51,8 @@ Values busy_values() {
   return values;
 }
 
-// One strip's audio, and both ways to process it.
+// One strip's audio, and both ways to process it. The buffers are the same in every call, as an
+// engine's are.
 class Strip {
  public:
   Strip(const Library& library, const ChannelLayout& layout, const Values& values)
@@ -64,23 +66,19 @@ class Strip {
     std::minstd_rand random;
     std::uniform_real_distribution<float> noise(-0.5f, 0.5f);
     for (std::size_t c = 0; c < 2 * channels_; ++c) {
-      std::vector<float>& buffer = buffers_.emplace_back(kProgramme);
+      std::vector<float>& buffer = buffers_.emplace_back(kMostFrames);
       for (float& x : buffer) x = noise(random);
+    }
+    for (std::size_t c = 0; c < channels_; ++c) {
+      inputs_[c] = buffers_[c].data();
+      outputs_[c] = buffers_[channels_ + c].data();
     }
   }
 
-  void point_at(std::size_t frame) {
-    for (std::size_t c = 0; c < channels_; ++c) {
-      inputs_[c] = buffers_[c].data() + frame;
-      outputs_[c] = buffers_[channels_ + c].data() + frame;
-    }
-  }
-  const SChannelStrip_Alg_Context* context(std::size_t frame, std::size_t frames) {
-    point_at(frame);
+  const SChannelStrip_Alg_Context* context(std::size_t frames) {
     return instance_->prepare(inputs_.data(), outputs_.data(), static_cast<int>(frames));
   }
-  ControlledStrip::Call call(std::size_t frame, std::size_t frames) {
-    point_at(frame);
+  ControlledStrip::Call call(std::size_t frames) const {
     return {inputs_.data(), nullptr, outputs_.data(), frames, {}};
   }
   AlgEntry_16_Stem* entry() const { return entry_; }
@@ -100,7 +98,7 @@ class Strip {
 void play_library(std::vector<Strip>& strips, std::size_t frames) {
   std::vector<const SChannelStrip_Alg_Context*> contexts(strips.size());
   for (std::size_t at = 0; at + frames <= kProgramme; at += frames) {
-    for (std::size_t i = 0; i < strips.size(); ++i) contexts[i] = strips[i].context(at, frames);
+    for (std::size_t i = 0; i < strips.size(); ++i) contexts[i] = strips[i].context(frames);
     strips.front().entry()(contexts.data(), contexts.data() + contexts.size());
   }
 }
@@ -110,7 +108,7 @@ void play_live(std::vector<Strip>& strips, std::size_t frames) {
   std::vector<ControlledStrip::Call> calls(strips.size());
   for (std::size_t i = 0; i < strips.size(); ++i) live[i] = &strips[i].live();
   for (std::size_t at = 0; at + frames <= kProgramme; at += frames) {
-    for (std::size_t i = 0; i < strips.size(); ++i) calls[i] = strips[i].call(at, frames);
+    for (std::size_t i = 0; i < strips.size(); ++i) calls[i] = strips[i].call(frames);
     if (strips.size() == 1) {
       live.front()->process(calls.front());
     } else {

@@ -59,8 +59,8 @@ class FixedVector {
   }
 
  private:
-  std::array<Element, Capacity> elements_ = {};
   std::size_t size_ = 0;
+  std::array<Element, Capacity> elements_ = {};
 };
 
 }  // namespace channelstrip::host

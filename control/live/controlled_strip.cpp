@@ -22,9 +22,9 @@ ControlledStrip::ControlledStrip(const EntryPoints& entry_points, const ChannelL
                                  double sample_rate, const Values& values)
     : channels_(layout.labels.size()),
       sample_rate_(sample_rate),
-      strip_(entry_points, layout, sample_rate, {}),
+      controlled_(values),
       values_(values),
-      controlled_(values) {
+      strip_(entry_points, layout, sample_rate, {}) {
   strip_.set(settings_of(values_, sample_rate_));
   strip_.reset();
   strip_.finish_searches();
@@ -62,24 +62,25 @@ void ControlledStrip::report() {
 }
 
 void ControlledStrip::hand_over_meters() {
-  const LiveMeters meters = strip_.take_meters();
+  const LiveMeters& meters = strip_.meters();
   if (meters.samples == 0) return;  // not a whole block
   meters_.write(meters, [](LiveMeters& older, const LiveMeters& later) { older.append(later); });
+  strip_.clear_meters();
 }
 
 void ControlledStrip::process(const Call& call) {
   take_changes();
+  if (call.events.empty()) {
+    hand_over();
+    strip_.process({call.inputs, call.key, call.outputs}, call.frames);
+    return report();
+  }
   // Where in the call a block begins that an event at `frame` takes effect in.
   const std::size_t first_block = (kBlock - strip_.phase()) % kBlock;
   const auto block_of = [first_block](std::size_t frame) {
     if (frame <= first_block) return first_block;
     return first_block + (frame - first_block + kBlock - 1) / kBlock * kBlock;
   };
-  if (call.events.empty()) {
-    hand_over();
-    strip_.process({call.inputs, call.key, call.outputs}, call.frames);
-    return report();
-  }
   auto event = call.events.begin();
   std::array<const float*, kMostChannels> inputs{};
   std::array<float*, kMostChannels> outputs{};

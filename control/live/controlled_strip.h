@@ -77,20 +77,20 @@ class ControlledStrip {
   std::size_t channels_;
   double sample_rate_;
 
-  // The audio thread's.
-  LiveStrip strip_;
-  Values values_;
-  bool is_changed_ = false;  // values_ since the strip got them
-  Changes heard_;            // since the last report, from events and the control thread
-
   // The control thread's.
   Values controlled_;
   std::uint64_t number_ = 0;                              // of its last change
   std::array<std::uint64_t, kParameterCount> sent_ = {};  // the number of each one's last change
 
-  Mailbox<Changes> wanted_;   // from the control thread to the audio thread
-  Mailbox<Changes> changed_;  // and back
+  // The audio thread's, in an order that puts what each call looks at side by side: ends of
+  // mailboxes and beginnings of what follows them.
+  Mailbox<Changes> changed_;  // to the control thread
+  Values values_;
+  Mailbox<Changes> wanted_;  // from the control thread
+  bool is_changed_ = false;  // values_ since the strip got them
+  Changes heard_;            // since the last report, from events and the control thread
   Mailbox<LiveMeters> meters_;
+  LiveStrip strip_;
 };
 
 }  // namespace channelstrip::host

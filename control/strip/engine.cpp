@@ -149,10 +149,8 @@ Engine& Engine::operator=(const Engine& other) {
   return *this;
 }
 
-std::span<const SChannelStrip_Alg_Context* const> Engine::prepare(const float* const* inputs,
-                                                                  const float* key,
-                                                                  float* const* outputs,
-                                                                  std::size_t samples) {
+void Engine::prepare(const float* const* inputs, const float* key, float* const* outputs,
+                     std::size_t samples) {
   sample_count_ = static_cast<std::int32_t>(samples);
   std::size_t place = 0;
   for (std::size_t p = 0; p < parts_.size(); ++p) {
@@ -165,15 +163,15 @@ std::span<const SChannelStrip_Alg_Context* const> Engine::prepare(const float* c
     inputs_[place + p] = key;
     key_index_[p] = key ? static_cast<std::int32_t>(channels.size()) : 0;
   }
-  return std::span(context_pointers_).first(parts_.size());
 }
 
 void Engine::process(const float* const* inputs, const float* key, float* const* outputs,
                      std::size_t samples) {
-  const auto contexts = prepare(inputs, key, outputs, samples);
+  prepare(inputs, key, outputs, samples);
+  const SChannelStrip_Alg_Context* const* const contexts = context_pointers_.data();
   for (std::size_t begin = 0, end = 0; begin < parts_.size(); begin = end) {
     while (end < parts_.size() && parts_[end].format == parts_[begin].format) ++end;
-    entry_points_[parts_[begin].format](contexts.data() + begin, contexts.data() + end);
+    entry_points_[parts_[begin].format](contexts + begin, contexts + end);
   }
 }
 

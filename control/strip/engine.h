@@ -57,14 +57,14 @@ class Engine {
   void process(const float* const* inputs, const float* key, float* const* outputs,
                std::size_t samples);
 
-  // What process() hands to the library, for those who call it for several engines at once. Several
-  // only where the link map has more groups than the format holds.
-  std::span<const SChannelStrip_Alg_Context* const> prepare(const float* const* inputs,
-                                                            const float* key, float* const* outputs,
-                                                            std::size_t samples);
+  // The same for those who call the library for several engines at once: sets what context() holds.
+  void prepare(const float* const* inputs, const float* key, float* const* outputs,
+               std::size_t samples);
 
-  // Whether one strip of the library is enough; then this is its entry point, that of the format.
+  // Whether one strip of the library is enough; several are where the link map has more groups than
+  // the format holds. Then these are what the library is called with, and the format's entry point.
   bool is_single() const { return parts_.size() == 1; }
+  const SChannelStrip_Alg_Context* context() const { return contexts_.data(); }
   AlgEntry_16_Stem* entry_point() const;
 
   // What the meters have shown since the last reading, and begins a new one.
@@ -78,6 +78,15 @@ class Engine {
 
   // Since the meters were read.
   float output_peak(std::size_t channel) const { return *output_peaks_[channel]; }
+  // Whether the peak of a channel is above full scale.
+  bool has_been_over() const {
+    bool over = false;
+    for (std::size_t p = 0; p < parts_.size(); ++p) {
+      const std::size_t channels = parts_[p].channels.size();
+      for (std::size_t i = channels; i < 2 * channels; ++i) over |= state_.meters[p][i] > 1;
+    }
+    return over;
+  }
   float input_meter_gain() const { return dynamics_coefficients_.front().inputMeterGain; }
   bool follows_peaks() const { return dynamics_coefficients_.front().detectorMode <= 0; }
 

@@ -21,9 +21,10 @@ constexpr float kInfinite = std::numeric_limits<float>::infinity();
 // Whether an output is the key or another channel's input.
 bool are_crossed(const LiveStrip::Buffers& buffers, std::size_t channels) {
   for (std::size_t c = 0; c < channels; ++c) {
-    if (buffers.outputs[c] == buffers.key) return true;
-    for (std::size_t other = 0; other < channels; ++other) {
-      if (other != c && buffers.outputs[c] == buffers.inputs[other]) return true;
+    const float *const input = buffers.inputs[c], *const output = buffers.outputs[c];
+    if (output == buffers.key) return true;
+    for (std::size_t i = 0; i < c; ++i) {
+      if (output == buffers.inputs[i] || buffers.outputs[i] == input) return true;
     }
   }
   return false;

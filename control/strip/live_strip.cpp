@@ -19,12 +19,12 @@ LiveStrip::LiveStrip(const EntryPoints& entry_points, const ChannelLayout& layou
                      std::size_t meter_window)
     : channels_(layout.labels.size()),
       meters_(channels_, meter_window),
-      live_(entry_points, *layout.format, design_strip(settings, sample_rate, layout)),
+      design_(settings, sample_rate, layout),
+      live_(entry_points, *layout.format, design_.coefficients()),
       old_(live_),
-      gains_(design_mix(settings, sample_rate)),
+      gains_(design_.coefficients().mix),
       sample_rate_(sample_rate),
       searches_(searches),
-      design_(settings, sample_rate, layout),
       wanted_(settings),
       unfinished_{} {}
 

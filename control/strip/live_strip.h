@@ -71,9 +71,10 @@ class LiveStrip {
   // How many samples of an unfinished block there are, 0 .. 15.
   std::size_t phase() const { return pending_; }
 
-  // What happened since the last call of take_meters(), and whether a window of the meters, on a
+  // What happened since the last call of clear_meters(), and whether a window of the meters, on a
   // grid of the stream, has ended since.
-  LiveMeters take_meters() { return meters_.take(live_); }
+  const LiveMeters& meters() { return meters_.collected(live_); }
+  void clear_meters() { meters_.clear(); }
   bool has_news() const { return meters_.has_news(); }
 
   // Ends the window that least_gain is in, as if it were whole.
@@ -122,6 +123,7 @@ class LiveStrip {
   bool pending_key_ = false;
   std::size_t pending_ = 0;  // samples of the unfinished block
   MeterWindow meters_;
+  StripDesign design_;
   Engine live_;
 
   Engine old_;  // while a cross-fade leads away from it
@@ -129,7 +131,6 @@ class LiveStrip {
   StripGains gains_;
   double sample_rate_;
   Searches searches_;
-  StripDesign design_;
   StripSettings wanted_;
   // Inputs and key of the block that isn't whole, and of what runs along with it.
   std::array<std::array<float, kChunk>, kMostChannels + 1> unfinished_;

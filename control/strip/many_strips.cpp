@@ -36,7 +36,8 @@ void LiveStrip::process_many(std::span<LiveStrip* const> strips, std::span<const
       is_direct[i] =
           strip.is_idle_ && strip.live_.is_single() && strip.may_run_directly(its, samples);
       if (is_direct[i]) {
-        contexts[direct++] = strip.live_.prepare(its.inputs, its.key, its.outputs, samples).front();
+        strip.live_.prepare(its.inputs, its.key, its.outputs, samples);
+        contexts[direct++] = strip.live_.context();
       } else {
         strip.run(its, samples);
       }

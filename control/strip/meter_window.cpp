@@ -6,8 +6,6 @@
 
 namespace channelstrip::host {
 
-// Where the engine's peaks are those of the outputs, samples are only looked at once one of the
-// window has been beyond full scale.
 void MeterWindow::see_outputs(const float* const* outputs, std::size_t samples,
                               const Engine& engine) {
   for (std::size_t c = 0; c < channels_; ++c) {
@@ -63,13 +61,11 @@ void MeterWindow::end(Engine& engine) {
   has_news_ = true;
 }
 
-LiveMeters MeterWindow::take(Engine& engine) {
-  read(engine);
+void MeterWindow::clear() {
   has_news_ = false;
-  LiveMeters next{.compressor_gain = meters_.compressor_gain,
-                  .expander_gain = meters_.expander_gain,
-                  .detector_level = meters_.detector_level};
-  return std::exchange(meters_, next);
+  meters_ = {.compressor_gain = meters_.compressor_gain,
+             .expander_gain = meters_.expander_gain,
+             .detector_level = meters_.detector_level};
 }
 
 }  // namespace channelstrip::host

@@ -21,7 +21,7 @@ class MeterWindow {
 
   // How many samples there are to the end of the window.
   std::size_t left() const { return length_ - samples_; }
-  // Whether a window has ended since the last call of take().
+  // Whether a window has ended since the last call of clear().
   bool has_news() const { return has_news_; }
 
   void see_input(std::size_t channel, const PeakLanes& samples) { input_[channel].see(samples); }
@@ -34,7 +34,9 @@ class MeterWindow {
   }
   // After the run, with what came out of the strip.
   void advance(const float* const* outputs, std::size_t samples, Engine& engine) {
-    see_outputs(outputs, samples, engine);
+    // Where the engine's peaks are those of the outputs, samples needn't be looked at before one of
+    // the window has been beyond full scale.
+    if (!is_direct_ || engine.has_been_over()) see_outputs(outputs, samples, engine);
     samples_ += samples;
     unread_ += samples;
     if (samples_ == length_) end(engine);
@@ -43,8 +45,12 @@ class MeterWindow {
   // Ends the window, as if it were whole. Nothing if it is empty.
   void end(Engine& engine);
 
-  // What happened since the last call.
-  LiveMeters take(Engine& engine);
+  // What happened since the last call of clear().
+  const LiveMeters& collected(Engine& engine) {
+    read(engine);
+    return meters_;
+  }
+  void clear();
 
   // Adds what the engine's meters show, which begin anew.
   void read(Engine& engine);
@@ -52,6 +58,7 @@ class MeterWindow {
  private:
   void see_outputs(const float* const* outputs, std::size_t samples, const Engine& engine);
 
+  // Every call needs these; the rest is needed once in a window.
   std::size_t channels_, length_;
   std::size_t samples_ = 0;  // of the window
   std::size_t unread_ = 0;   // since the engine's meters were read

@@ -26,10 +26,15 @@ class PeakLanes {
   // `count` must be a multiple of 16.
   void see(const float* samples, std::size_t count) {
     Lanes even = lanes_, odd = {};
-    for (std::size_t i = 0; i < count; i += 16) {
-      even = greater(even, magnitudes(samples + i));
-      odd = greater(odd, magnitudes(samples + i + 8));
-    }
+    const auto see_some = [&](std::size_t some) {  // a constant, for loops that are unrolled
+      for (std::size_t i = 0; i < some; i += 16) {
+        even = greater(even, magnitudes(samples + i));
+        odd = greater(odd, magnitudes(samples + i + 8));
+      }
+      samples += some;
+    };
+    for (; count >= 64; count -= 64) see_some(64);
+    for (; count > 0; count -= 16) see_some(16);
     lanes_ = greater(even, odd);
   }
   void see(const PeakLanes& other) { lanes_ = greater(lanes_, other.lanes_); }

@@ -111,7 +111,8 @@ void StripStream::call(std::size_t begin, std::size_t end) {
 }
 
 void StripStream::read_meters() {
-  const LiveMeters now = strip_->take_meters();
+  const LiveMeters now = strip_->meters();
+  strip_->clear_meters();
   const auto first = [this](const auto& values) { return std::span(values).first(channels_); };
   for (std::size_t c = 0; c < channels_; ++c) {
     meters_.input_peak[c] = std::max(meters_.input_peak[c], now.input_peak[c]);

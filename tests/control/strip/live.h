@@ -77,7 +77,8 @@ LiveResult play_live(const LiveStream& stream, Cut next_cut, bool in_place = fal
     }
     strip.process(inputs.data(), stream.key.empty() ? nullptr : stream.key.data() + at,
                   outputs.data(), end - at);
-    result.meters.append(strip.take_meters());
+    result.meters.append(strip.meters());
+    strip.clear_meters();
     at = end;
   }
   return result;
