@@ -82,8 +82,8 @@ class ControlledStrip {
   std::uint64_t number_ = 0;                              // of its last change
   std::array<std::uint64_t, kParameterCount> sent_ = {};  // the number of each one's last change
 
-  // The audio thread's, in an order that puts what each call looks at side by side: ends of
-  // mailboxes and beginnings of what follows them.
+  // The audio thread's. What each call looks at, the end of a mailbox and the beginning of what
+  // follows it, lies side by side: many strips in one call don't fit into the first cache.
   Mailbox<Changes> changed_;  // to the control thread
   Values values_;
   Mailbox<Changes> wanted_;  // from the control thread

@@ -61,8 +61,9 @@ class Engine {
   void prepare(const float* const* inputs, const float* key, float* const* outputs,
                std::size_t samples);
 
-  // Whether one strip of the library is enough; several are where the link map has more groups than
-  // the format holds. Then these are what the library is called with, and the format's entry point.
+  // Whether one strip of the library is enough, which it is unless the link map has more groups
+  // than the format holds. If so, context() is what the library is called with, at entry_point(),
+  // that of the format.
   bool is_single() const { return parts_.size() == 1; }
   const SChannelStrip_Alg_Context* context() const { return contexts_.data(); }
   AlgEntry_16_Stem* entry_point() const;
