@@ -8,7 +8,7 @@
 namespace channelstrip::host {
 namespace {
 
-std::size_t index_of(const StemFormat& format) {
+std::size_t number_of(const StemFormat& format) {
   return static_cast<std::size_t>(&format - stem_formats().data());
 }
 
@@ -16,7 +16,7 @@ std::size_t index_of(const StemFormat& format) {
 std::size_t any_format(std::size_t channels) {
   const auto found =
       std::ranges::find(stem_formats(), static_cast<int>(channels), &StemFormat::channels);
-  return index_of(*found);
+  return number_of(*found);
 }
 
 bool is_finite(const EQ_SState& state) {
@@ -48,7 +48,7 @@ Engine::Parts Engine::parts_for(const StemFormat& format, const LinkMap& map) {
   Parts parts;
   const int groups = count_groups(map);
   if (groups <= format.groups) {
-    Part all{.format = index_of(format), .channels = {}};
+    Part all{.format = number_of(format), .channels = {}};
     for (std::size_t c = 0; c < channels; ++c) {
       all.channels.push_back(static_cast<std::uint8_t>(c));
     }
@@ -176,7 +176,7 @@ void Engine::process(const float* const* inputs, const float* key, float* const*
 }
 
 AlgEntry_16_Stem* Engine::entry_point() const {
-  return entry_points_[index_of(*format_)];
+  return entry_points_[number_of(*format_)];
 }
 
 EngineMeters Engine::read_meters() {

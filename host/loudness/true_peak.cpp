@@ -12,7 +12,7 @@ constexpr int kTaps = 49;
 constexpr double kRounding = 1 + 0x1p-22;  // above that of a value in single precision
 
 // Frames whose values between stay in the first cache.
-constexpr std::size_t kPiece = 256;
+constexpr std::size_t kFramesAtOnce = 256;
 
 int oversampling(double sample_rate) {
   return sample_rate < 96000 ? 4 : sample_rate < 192000 ? 2 : 1;
@@ -79,7 +79,7 @@ TruePeakMeter::TruePeakMeter(double sample_rate, std::size_t channels) : channel
 
 void TruePeakMeter::add(std::span<const float> frames) {
   while (!frames.empty()) {
-    const auto piece = frames.first(std::min(frames.size(), kPiece * channels_.size()));
+    const auto piece = frames.first(std::min(frames.size(), kFramesAtOnce * channels_.size()));
     for (std::size_t c = 0; c < channels_.size(); ++c) add_piece(piece, c);
     frames = frames.subspan(piece.size());
   }

@@ -22,7 +22,7 @@ double rounded(double value, double steps) {
   return std::round(value * steps) / steps + 0.0;
 }
 
-double decibels(float linear) {
+double rounded_decibels(float linear) {
   return rounded(linear_to_db(static_cast<double>(linear)), 1e3);
 }
 
@@ -46,12 +46,12 @@ std::string csv_row(double time, const MeterInterval& interval) {
   std::string line = fmt::format("{:.6f}", time);
   const auto append = [&](double value) { line += fmt::format(",{:.3f}", value); };
   const auto append_all = [&](std::span<const float> values) {
-    for (const float value : values) append(decibels(value));
+    for (const float value : values) append(rounded_decibels(value));
   };
   append_all(interval.input_peak);
   append_all(interval.output_peak);
-  append(decibels(interval.level));
-  append(decibels(interval.gain));
+  append(rounded_decibels(interval.level));
+  append(rounded_decibels(interval.gain));
   append(reduction_decibels(interval.compressor_reduction));
   append(reduction_decibels(interval.expander_reduction));
   append_all(interval.channel_gain);
@@ -64,14 +64,14 @@ std::string json_row(const std::vector<std::string>& labels, double time,
                      const MeterInterval& interval) {
   const auto per_channel = [&](std::span<const float> values) {
     Json object = Json::object();
-    for (std::size_t c = 0; c < labels.size(); ++c) object[labels[c]] = decibels(values[c]);
+    for (std::size_t c = 0; c < labels.size(); ++c) object[labels[c]] = rounded_decibels(values[c]);
     return object;
   };
   const Json object{{"time", rounded(time, 1e6)},
                     {"input_peak", per_channel(interval.input_peak)},
                     {"output_peak", per_channel(interval.output_peak)},
-                    {"level", decibels(interval.level)},
-                    {"gain", decibels(interval.gain)},
+                    {"level", rounded_decibels(interval.level)},
+                    {"gain", rounded_decibels(interval.gain)},
                     {"compressor_reduction", reduction_decibels(interval.compressor_reduction)},
                     {"expander_reduction", reduction_decibels(interval.expander_reduction)},
                     {"channel_gain", per_channel(interval.channel_gain)}};

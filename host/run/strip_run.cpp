@@ -15,7 +15,7 @@
 namespace channelstrip::host {
 namespace {
 
-constexpr std::size_t kPiece = 4096;  // frames
+constexpr std::size_t kFramesPerPiece = 4096;  // frames
 
 const StemFormat* forced_format(const StripOptions& options) {
   if (!options.format) return nullptr;
@@ -82,7 +82,7 @@ StripRun::StripRun(const std::string& input, const StripOptions& options)
       library_(options.library),
       key_(options, input, format()),
       stream_(make_stream()),
-      input_(kPiece * static_cast<std::size_t>(format().channels)) {}
+      input_(kFramesPerPiece * static_cast<std::size_t>(format().channels)) {}
 
 double StripRun::part_read() const {
   const auto frames = static_cast<double>(reader_.frames());
