@@ -5,7 +5,6 @@
 #include <numbers>
 
 #include "dynamics.h"
-#include "require.h"
 
 namespace channelstrip::host {
 namespace {
@@ -20,17 +19,11 @@ double round_to_multiple(double value, double step) {
   return std::round(value / step) * step;
 }
 
-void require_short_enough(bool holds, double milliseconds, double sample_rate) {
-  require(holds, "time", milliseconds, "ms", "short enough for single precision at {} Hz",
-          sample_rate);
-}
-
 }  // namespace
 
 Section averaging_section(double milliseconds, double sample_rate) {
   const auto decay = static_cast<float>(decay_factor(milliseconds, sample_rate));
   const auto feedback = static_cast<double>(decay);
-  require_short_enough(feedback < 1, milliseconds, sample_rate);
   return {.b0 = 1 - feedback, .a1 = feedback};
 }
 
@@ -64,8 +57,19 @@ Section two_pole_section(double milliseconds, double sample_rate) {
   section.a1 = round_to_multiple(2 - slow - fast, 0x1p-23);
   section.a2 = round_to_multiple(1 - section.a1 - slow * fast, 0x1p-24);
   section.b0 = 1 - section.a1 - section.a2;
-  require_short_enough(section.b0 > 0, milliseconds, sample_rate);
   return section;
+}
+
+Section detector_section(const DetectorSettings& settings, double sample_rate) {
+  switch (settings.mode) {
+    case DetectorMode::kPeak:
+      break;
+    case DetectorMode::kSmooth:
+      return averaging_section(settings.time, sample_rate);
+    case DetectorMode::kAverage:
+      return two_pole_section(settings.time, sample_rate);
+  }
+  return {};
 }
 
 }  // namespace channelstrip::host

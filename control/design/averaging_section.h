@@ -8,12 +8,13 @@
 #pragma once
 
 #include "section.h"
+#include "settings.h"
 
 namespace channelstrip::host {
 
 // Both cover 63.2 % (1 - 1/e) of a step in `milliseconds` and pass the level unchanged for a time
-// of 0. Their coefficients fit in floats, with which the gain at 0 Hz is exactly 1. Both throw
-// std::invalid_argument from about 2^25 samples on, where no float below 1 is close enough to it.
+// of 0. Their coefficients fit in floats, with which the gain at 0 Hz is exactly 1. From about 2^25
+// samples on no float below 1 is close enough to it: b0 is 0, and the section never moves.
 
 // One pole.
 Section averaging_section(double milliseconds, double sample_rate);
@@ -23,6 +24,9 @@ Section averaging_section(double milliseconds, double sample_rate);
 // the faster pole keeps the distance from 1 that single precision needs, see PolePair, and
 // from 1.3e5 samples on a single pole remains.
 Section two_pole_section(double milliseconds, double sample_rate);
+
+// The one that the detector's mode takes; a peak has none, and passes.
+Section detector_section(const DetectorSettings& settings, double sample_rate);
 
 // Two poles, given as their distances from 1, slow <= fast. After m samples
 //   ((1 - slow)^(m+1) fast - (1 - fast)^(m+1) slow) / (fast - slow)

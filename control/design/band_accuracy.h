@@ -22,8 +22,6 @@ inline constexpr double kNoiseInput = -20;  // dBFS, RMS
 // sections after it colour it. Measured noise is within 6 dB of it. L. B. Jackson, "On the
 // Interaction of Roundoff Noise and Dynamic Range in Digital Filters", Bell System Technical
 // Journal 49, 1970.
-//
-// Throws std::invalid_argument as design_stored_band() does.
 BandAccuracy band_accuracy(const BandSettings& band, double sample_rate);
 
 }  // namespace channelstrip::host

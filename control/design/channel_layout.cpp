@@ -8,7 +8,7 @@
 #include <map>
 #include <utility>
 
-#include "require.h"
+#include "refuse.h"
 
 namespace channelstrip::host {
 namespace {

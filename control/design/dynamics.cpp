@@ -3,25 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
-#include "require.h"
-
 namespace channelstrip::host {
 namespace {
 
-// dB. Below this width single precision makes a soft knee less accurate than a hard one. The terms
-// a L^2, b L and c cancel; with slope s and width k, the first and the last are about M = |s| L^2 /
-// (2 k) and b L is twice that. Rounding the coefficients changes the sum by up to 4 u M, and
-// computing (a L + b) L + c, fused or not, by up to 3 u M more, where u = 2^-24. A hard knee
-// differs from the soft one by at most |s| k / 8. The two errors are equal at k = |L| sqrt(28 u):
-// 0.1 dB at -77 dB.
-constexpr double kNarrowestKnee = 0.1;
-
 // `side` is 1 when the line lies above the knee, -1 when below.
 Curve curve(double slope, double threshold, double knee, int side) {
-  require_decibels("threshold", threshold);
-  require(knee == 0 || (knee >= kNarrowestKnee && knee <= 200), "knee", knee, "dB",
-          "0 or {} to 200 dB", kNarrowestKnee);
-
   Curve result{.slope = slope,
                .threshold = threshold,
                .knee_low = threshold - knee / 2,
@@ -51,12 +37,10 @@ double to_samples(double milliseconds, double sample_rate) {
 }  // namespace
 
 Curve compressor_curve(const CompressorSettings& settings) {
-  require(settings.ratio >= 1, "ratio", settings.ratio, "", "1 or more: {}", kNeverLouder);
   return curve(1 / settings.ratio - 1, settings.threshold, settings.knee, 1);
 }
 
 Curve expander_curve(const ExpanderSettings& settings) {
-  require_within(1, 100, "ratio", settings.ratio, "");
   return curve(settings.ratio - 1, settings.threshold, settings.knee, -1);
 }
 

@@ -1,16 +1,12 @@
 #include "dynamics_coefficients.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <stdexcept>
 
 #include "averaging_section.h"
 #include "dynamics.h"
 #include "link_map.h"
-#include "require.h"
 
 namespace channelstrip::host {
 namespace {
@@ -25,18 +21,6 @@ float to_float(double value) {
   return static_cast<float>(value);
 }
 
-Section detector_section(const DetectorSettings& settings, double sample_rate) {
-  switch (settings.mode) {
-    case DetectorMode::kPeak:
-      return {};
-    case DetectorMode::kSmooth:
-      return averaging_section(settings.time, sample_rate);
-    case DetectorMode::kAverage:
-      return two_pole_section(settings.time, sample_rate);
-  }
-  return {};
-}
-
 }  // namespace
 
 // Without a compressor its range has no effect. It gets the default all the same: a compressor that
@@ -47,11 +31,6 @@ void design_compressor(const std::optional<CompressorSettings>& wanted, double s
   const auto settings = wanted.value_or(CompressorSettings{.attack = 0, .release = 0});
   const Curve curve = wanted ? compressor_curve(settings)
                              : Curve{.knee_low = kAboveAnyLevel, .knee_high = kAboveAnyLevel};
-  require_time("attack", settings.attack);
-  require_time("release", settings.release);
-  require(settings.range > -600 && settings.range <= 0, "range", settings.range, "dB",
-          "above -600 dB and at most 0 dB");
-  require_decibels("makeup", settings.makeup);
   const double makeup_of_curve = wanted && wanted->auto_makeup ? auto_makeup(*wanted) : 0;
 
   out.compSlope = to_float(curve.slope);
@@ -73,13 +52,6 @@ void design_expander(const std::optional<ExpanderSettings>& wanted, double sampl
   const Curve curve = wanted ? expander_curve(settings)
                              : Curve{.knee_low = kBelowAnyLevel, .knee_high = kBelowAnyLevel};
   const double hysteresis = settings.hysteresis.value_or(0);
-  require_time("attack", settings.attack);
-  require_time("release", settings.release);
-  require_time("hold", settings.hold);
-  require(settings.range > -150 && settings.range <= 0, "range", settings.range, "dB",
-          "above -150 dB and at most 0 dB");
-  require_within(0, 200, "hysteresis", hysteresis, "dB");
-
   // Without a hysteresis the gate is always open.
   const double gate_open = settings.hysteresis ? settings.threshold : kBelowAnyLevel;
 
@@ -100,7 +72,6 @@ void design_expander(const std::optional<ExpanderSettings>& wanted, double sampl
 }
 
 void design_detector(const DetectorSettings& settings, double sample_rate, Dyn_SCoefsBlock& out) {
-  require_time("time", settings.time);
   // A peak that decays at once would be 0 at every sample that isn't above the one before. What is
   // meant is the level itself, as an average of no time gives it.
   const bool holds_peaks = settings.mode == DetectorMode::kPeak && settings.time > 0;
@@ -111,13 +82,7 @@ void design_detector(const DetectorSettings& settings, double sample_rate, Dyn_S
 
 void design_links(const StripSettings& settings, const ChannelLayout& layout,
                   Dyn_SCoefsBlock& out) {
-  LinkMap map = link_map(layout, settings.link_style);
-  for (const auto& [name, text] : settings.link) {
-    const StemFormat* format = find_stem_format(name);
-    if (!format) refuse("no format is called {}", name.view());
-    if (format->name == layout.format->name) map = parse_link_map(text, layout);
-  }
-  std::ranges::copy(map, out.linkGroup);
+  std::ranges::copy(read_links(settings, layout).map, out.linkGroup);
 }
 
 LinkMap links_of(const Dyn_SCoefsBlock& dynamics) {
@@ -127,7 +92,6 @@ LinkMap links_of(const Dyn_SCoefsBlock& dynamics) {
 }
 
 void design_modes(const StripSettings& settings, Dyn_SCoefsBlock& out) {
-  require_decibels("input_meter_gain", settings.input_meter_gain);
   out.keyEnable = settings.key_enable ? 1 : 0;
   out.keyListen = settings.key_listen ? 1 : 0;
   out.inputMeterGain = to_float(db_to_linear(settings.input_meter_gain));

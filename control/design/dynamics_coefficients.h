@@ -12,9 +12,7 @@
 
 namespace channelstrip::host {
 
-// Each writes its stage's fields and no others, and throws std::invalid_argument, naming the
-// setting, for what the stage can't do. `out` may be half-written then. Without settings a
-// stage's term stays at 0 dB.
+// Each writes its stage's fields and no others. Without settings a stage's term stays at 0 dB.
 void design_compressor(const std::optional<CompressorSettings>& wanted, double sample_rate,
                        Dyn_SCoefsBlock& out);
 void design_expander(const std::optional<ExpanderSettings>& wanted, double sample_rate,
@@ -23,7 +21,7 @@ void design_expander(const std::optional<ExpanderSettings>& wanted, double sampl
 // All but the key filter.
 void design_detector(const DetectorSettings& settings, double sample_rate, Dyn_SCoefsBlock& out);
 
-// The link map that the settings have for the layout's format, or else the map of their link style.
+// The link map of read_links().
 void design_links(const StripSettings& settings, const ChannelLayout& layout, Dyn_SCoefsBlock& out);
 
 // The map that design_links() wrote.

@@ -1,42 +1,25 @@
 #include "eq_coefficients.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 
 #include "band.h"
-#include "require.h"
 
 namespace channelstrip::host {
-namespace {
-
-using SectionList = FixedVector<Section, 2 * kMostSections * kMostSections>;
-
-// The sections of `bands`, whose first has the number `number`.
-void design_bands(std::span<const BandSettings> bands, std::size_t number, double sample_rate,
-                  SectionList& sections) {
-  for (const BandSettings& band : bands) {
-    const auto designed = naming([number] { return fmt::format("eq band {}: ", number); },
-                                 [&] { return design_stored_band(band, sample_rate); });
-    for (const Section& section : designed) sections.push_back(section);
-    ++number;
-  }
-}
-
-}  // namespace
 
 DesignedEq design_eq(const StripSettings& settings, double sample_rate) {
-  SectionList sections;
-  design_bands(settings.pre, 1, sample_rate, sections);
+  Sections sections;
+  const auto add = [&](std::span<const BandSettings> bands) {
+    for (const BandSettings& band : bands) {
+      for (const Section& section : design_stored_band(band, sample_rate)) {
+        sections.push_back(section);
+      }
+    }
+    return sections.size();
+  };
   DesignedEq eq;
-  eq.pre_count = sections.size();
-  design_bands(settings.post, settings.pre.size() + 1, sample_rate, sections);
-  if (sections.size() > eq.sections.size()) {
-    refuse("eq: {} bands take {} sections, a strip has {}",
-           settings.pre.size() + settings.post.size(), sections.size(), eq.sections.size());
-  }
+  eq.pre_count = add(settings.pre);
+  eq.post_count = add(settings.post) - eq.pre_count;
   std::ranges::copy(sections, eq.sections.begin());
-  eq.post_count = sections.size() - eq.pre_count;
   return eq;
 }
 
@@ -54,14 +37,7 @@ EQ_SCoefs eq_record(const DesignedEq& eq) {
 
 Section design_key_filter(const StripSettings& settings, double sample_rate) {
   if (!settings.key_filter) return {};
-  return naming("key filter: ", [&] {
-    const Sections sections = design_stored_band(*settings.key_filter, sample_rate);
-    if (sections.size() > 1) {
-      refuse("slope {} dB/oct takes {} sections, a key filter is one", settings.key_filter->slope,
-             sections.size());
-    }
-    return sections.front();
-  });
+  return design_stored_band(*settings.key_filter, sample_rate).front();
 }
 
 }  // namespace channelstrip::host

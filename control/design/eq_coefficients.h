@@ -26,15 +26,12 @@ struct DesignedEq {
   }
 };
 
-// Throws std::invalid_argument "eq band N: ..." for a band that cannot be, N from 1 and pre bands
-// first, and "eq: ..." for bands that take more than eight sections together.
 DesignedEq design_eq(const StripSettings& settings, double sample_rate);
 
 // The library's record of an equaliser.
 EQ_SCoefs eq_record(const DesignedEq& eq);
 
-// The key filter's section in single precision, neutral if there is no key filter. Throws
-// std::invalid_argument "key filter: ...", also for a band of several sections.
+// The key filter's section in single precision, neutral if there is no key filter.
 Section design_key_filter(const StripSettings& settings, double sample_rate);
 
 }  // namespace channelstrip::host

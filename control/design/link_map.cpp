@@ -1,20 +1,13 @@
 #include "link_map.h"
 
-#include <fmt/ranges.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
 #include <string_view>
 #include <tuple>
-#include <vector>
-
-#include "require.h"
 
 namespace channelstrip::host {
 namespace {
-
-using Labels = std::vector<std::string>;
 
 // One per channel.
 template <typename Name>
@@ -65,6 +58,11 @@ std::string_view group_name(std::string_view label, LinkStyle style) {
   return label;
 }
 
+ReadLinkMap refused(LinkFault::Kind kind, std::string_view text,
+                    const ChannelLayout* layout = nullptr) {
+  return {.refusal = Refusal{.why = LinkFault{kind, text, layout}}};
+}
+
 }  // namespace
 
 int count_groups(const LinkMap& map) {
@@ -83,10 +81,11 @@ LinkMap link_map(const ChannelLayout& layout, LinkStyle style) {
   return numbered(groups);
 }
 
-LinkMap parse_link_map(std::string_view text, const ChannelLayout& layout) {
+ReadLinkMap read_link_map(std::string_view text, const ChannelLayout& layout) {
+  using Kind = LinkFault::Kind;
   constexpr std::ptrdiff_t kNone = -1;
   Names<std::ptrdiff_t> groups;
-  for (std::size_t c = 0; c < layout.labels.size(); ++c) groups.push_back(kNone);
+  groups.assign(layout.labels.size(), kNone);
   std::string_view rest = text;
   for (std::ptrdiff_t part = 0, parts = 1 + std::ranges::count(text, '|'); part < parts; ++part) {
     std::string_view members = cut(rest, "|");
@@ -96,30 +95,28 @@ LinkMap parse_link_map(std::string_view text, const ChannelLayout& layout) {
       if (label.empty()) continue;
       is_empty = false;
       const auto channel = std::ranges::find(layout.labels, label);
-      if (channel == layout.labels.end()) {
-        refuse("the map names {}, the channels are {}", label, fmt::join(layout.labels, " "));
-      }
+      if (channel == layout.labels.end()) return refused(Kind::kUnknownLabel, label, &layout);
       std::ptrdiff_t& group = groups[static_cast<std::size_t>(channel - layout.labels.begin())];
-      if (group != kNone) refuse("the map names {} twice", label);
+      if (group != kNone) return refused(Kind::kTwice, label);
       group = part;
     }
-    if (is_empty) refuse("the map \"{}\" has an empty group", text);
+    if (is_empty) return refused(Kind::kEmptyGroup, text);
   }
   for (std::size_t c = 0; c < groups.size(); ++c) {
-    if (groups[c] == kNone) refuse("the map lacks {}", layout.labels[c]);
+    if (groups[c] == kNone) return refused(Kind::kMissing, layout.labels[c]);
   }
-  return numbered(groups);
+  return {.map = numbered(groups)};
 }
 
-std::string text_of(const LinkMap& map, const ChannelLayout& layout) {
-  std::vector<Labels> groups(static_cast<std::size_t>(count_groups(map)));
-  for (std::size_t c = 0; c < layout.labels.size(); ++c) {
-    groups[static_cast<std::size_t>(map[c])].push_back(layout.labels[c]);
+ReadLinkMap read_links(const StripSettings& settings, const ChannelLayout& layout) {
+  ReadLinkMap read{.map = link_map(layout, settings.link_style)};
+  for (const auto& [name, text] : settings.link) {
+    const StemFormat* format = find_stem_format(name);
+    if (!format) return refused(LinkFault::Kind::kUnknownFormat, name);
+    if (format->name == layout.format->name) read = read_link_map(text, layout);
+    if (read.refusal) break;
   }
-  Labels texts;
-  texts.reserve(groups.size());
-  for (const Labels& group : groups) texts.push_back(fmt::format("{}", fmt::join(group, " ")));
-  return fmt::format("{}", fmt::join(texts, " | "));
+  return read;
 }
 
 }  // namespace channelstrip::host

@@ -5,11 +5,13 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
 #include "channel_layout.h"
+#include "refusal.h"
 #include "settings.h"
 
 namespace channelstrip::host {
@@ -27,8 +29,20 @@ LinkMap restricted(const LinkMap& map, std::span<const std::size_t> channels);
 // default_layout and choose_layout all styles but kNone have as few groups as the format holds.
 LinkMap link_map(const ChannelLayout& layout, LinkStyle style);
 
-// Parses "L R C | LFE | Ls Rs": blanks separate labels, bars groups. Throws std::invalid_argument
-// unless every channel of the layout stands in exactly one group.
+// A map that was read, or why there is none.
+struct ReadLinkMap {
+  LinkMap map = {};
+  std::optional<Refusal> refusal = std::nullopt;
+};
+
+// Reads "L R C | LFE | Ls Rs": blanks separate labels, bars groups. Every channel of the layout
+// must stand in exactly one group. Doesn't allocate.
+ReadLinkMap read_link_map(std::string_view text, const ChannelLayout& layout);
+
+// The map that the settings have for the layout's format, or else that of their link style.
+ReadLinkMap read_links(const StripSettings& settings, const ChannelLayout& layout);
+
+// As read_link_map(), but throws std::invalid_argument with the words of the refusal.
 LinkMap parse_link_map(std::string_view text, const ChannelLayout& layout);
 
 // The text that parse_link_map takes, groups and channels in order of the layout.

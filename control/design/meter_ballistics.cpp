@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "dynamics.h"
-#include "require.h"
+#include "refuse.h"
 
 namespace channelstrip::host {
 namespace {
@@ -21,11 +21,11 @@ constexpr double kLeastFactor = 0x1p-24;
 }  // namespace
 
 PeakMeter::PeakMeter(const Ballistics& ballistics) : ballistics_(ballistics), falling_(kSilence) {
-  require(ballistics.hold >= 0 && std::isfinite(ballistics.hold), "hold", ballistics.hold, "ms",
-          "0 or more and finite");
-  require(ballistics.decay > 0 && std::isfinite(ballistics.decay), "decay", ballistics.decay,
-          "dB/s", "above 0 and finite");
-  require(std::isfinite(ballistics.floor), "floor", ballistics.floor, "dB", "finite");
+  const auto& [hold, decay, floor] = ballistics;
+  if (!(hold >= 0 && std::isfinite(hold))) refuse("hold {} ms is not 0 or more and finite", hold);
+  if (!(decay > 0 && std::isfinite(decay)))
+    refuse("decay {} dB/s is not above 0 and finite", decay);
+  if (!std::isfinite(floor)) refuse("floor {} dB is not finite", floor);
 }
 
 // A peak that is no longer held has been falling since its hold ended, which may be within this

@@ -1,11 +1,7 @@
 #include "prototype.h"
 
-#include <fmt/format.h>
-
 #include <cmath>
 #include <numbers>
-
-#include "require.h"
 
 namespace channelstrip::host {
 namespace {
@@ -15,31 +11,13 @@ bool is_shelf(BandType type) {
 }
 
 int pass_order(const BandSettings& band) {
-  require(band.slope >= 6 && band.slope <= 96 && band.slope % 6 == 0, "slope", band.slope, "dB/oct",
-          "6, 12, 18 ... 96 dB/oct");
   return band.slope / 6;
 }
 
-// Below the limit (A^2 + 1) / (A - 1)^2 the shelf's 1 / Q is real and above 0.
-double q_of_shelf_slope(double slope, double gain) {
+// A + 1 / A, A being the square root of the linear gain.
+double sum_of_gains(double gain) {
   const double a = std::pow(10, gain / 40);
-  const double sum = a + 1 / a;
-  const double limit = sum / (sum - 2);
-  const double square = sum * (1 / slope - 1) + 2;
-  const bool holds = slope > 0 && std::isfinite(square) && square > 0;
-  if (std::isinf(limit)) {
-    require(holds, "shelf_slope", slope, "", "above 0 and finite");
-  } else {
-    require(holds, "shelf_slope", slope, "", "above 0 and below {:.4g} at a gain of {} dB", limit,
-            gain);
-  }
-  return 1 / std::sqrt(square);
-}
-
-double checked_q(const BandSettings& band) {
-  if (uses_shelf_slope(band)) return q_of_shelf_slope(*band.shelf_slope, band.gain);
-  require(band.q > 0 && std::isfinite(band.q), "q", band.q, "", "above 0 and finite");
-  return band.q;
+  return a + 1 / a;
 }
 
 // `a` is the square root of the linear gain, `d` the damping 1 / Q.
@@ -64,9 +42,9 @@ AnalogSection second_order(BandType type, double a, double d) {
     case BandType::kAllPass:
       return {{1, -d, 1}, resonance};
     case BandType::kTilt:
-      return {{1, a, 0}, {a, 1, 0}};
+      break;
   }
-  throw std::invalid_argument("unknown band type");
+  return {{1, a, 0}, {a, 1, 0}};
 }
 
 AnalogSection first_order_pass(BandType type) {
@@ -112,16 +90,25 @@ int section_count(const BandSettings& band) {
   return uses_slope(band) ? (pass_order(band) + 1) / 2 : 1;
 }
 
+// Below the limit the square of a shelf's 1 / Q is above 0.
+double q_of(const BandSettings& band) {
+  if (!uses_shelf_slope(band)) return band.q;
+  return 1 / std::sqrt(sum_of_gains(band.gain) * (1 / *band.shelf_slope - 1) + 2);
+}
+
+double shelf_slope_limit(double gain) {
+  const double sum = sum_of_gains(gain);
+  return sum / (sum - 2);
+}
+
 AnalogSections prototype(const BandSettings& band) {
-  if (uses_gain(band)) require_decibels("gain", band.gain);
   if (uses_slope(band) && pass_order(band) != 2) return butterworth(band.type, pass_order(band));
   const double a = uses_gain(band) ? std::pow(10, band.gain / 40) : 1;
-  const double damping = band.type == BandType::kTilt ? 0 : 1 / checked_q(band);
+  const double damping = band.type == BandType::kTilt ? 0 : 1 / q_of(band);
   return {second_order(band.type, a, damping)};
 }
 
 std::complex<double> analog_response(const BandSettings& band, double frequency) {
-  require(band.frequency > 0, "frequency", band.frequency, "Hz", "above 0 Hz");
   const double ratio = frequency / band.frequency;
   std::complex<double> product = 1;
   for (const AnalogSection& section : prototype(band)) {

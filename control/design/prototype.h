@@ -26,18 +26,22 @@ struct AnalogSection {
 
 using AnalogSections = FixedVector<AnalogSection, kMostSections>;
 
-// One section or the several of a steep pass, the least resonant first. Throws
-// std::invalid_argument, naming the setting, for a setting outside its range; what a type doesn't
-// use is not read.
+// One section or the several of a steep pass, the least resonant first. What a type doesn't use is
+// not read.
 AnalogSections prototype(const BandSettings& band);
 
-// The prototype's H at `frequency`, in Hz. Throws likewise, and for a band's frequency that is not
-// above 0.
+// The prototype's H at `frequency`, in Hz.
 std::complex<double> analog_response(const BandSettings& band, double frequency);
 
-// How many sections a band takes, at any sample rate: 1, or ceil(slope / 12) for a pass. Throws
-// std::invalid_argument for a pass's slope that is none of 6, 12 ... 96.
+// How many sections a band takes, at any sample rate: 1, or ceil(slope / 12) for a pass.
 int section_count(const BandSettings& band);
+
+// The Q of a single second-order section: the band's, or that of its shelf slope, which is above 0
+// and finite for slopes above 0 and below the limit.
+double q_of(const BandSettings& band);
+
+// (A^2 + 1) / (A - 1)^2, A being the square root of the linear gain; infinite without a gain.
+double shelf_slope_limit(double gain);
 
 // Which settings a band reads besides its type and frequency.
 bool uses_q(const BandSettings& band);

@@ -1,12 +1,8 @@
 #include "section.h"
 
-#include <fmt/format.h>
-
-#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <numbers>
-#include <stdexcept>
 
 namespace channelstrip::host {
 namespace {
@@ -25,10 +21,6 @@ std::array<std::complex<double>, 2> roots(double c0, double c1, double c2) {
   }
   const double larger = half + std::copysign(std::sqrt(discriminant), half);
   return {larger, larger == 0 ? 0 : product / larger};
-}
-
-bool is_finite(const Section& s) {
-  return std::isfinite(s.b0 + s.b1 + s.b2 + s.a1 + s.a2);
 }
 
 }  // namespace
@@ -55,18 +47,14 @@ std::array<std::complex<double>, 2> zeros(const Section& section) {
   return roots(section.b0, section.b1, section.b2);
 }
 
+bool is_finite(const Section& s) {
+  return std::isfinite(s.b0 + s.b1 + s.b2 + s.a1 + s.a2);
+}
+
 bool is_stable(const Section& section) {
   // The stability triangle: the denominator is positive at z = 1 and at z = -1, and the poles'
   // product -a2 lies inside (-1, 1).
   return is_finite(section) && std::abs(section.a2) < 1 && std::abs(section.a1) < 1 - section.a2;
-}
-
-void require_stable(const Section& section) {
-  if (is_stable(section)) return;
-  if (!is_finite(section)) throw std::invalid_argument("coefficients are not finite");
-  const auto [first, second] = poles(section);
-  throw std::invalid_argument(
-      fmt::format("a pole stands at radius {}", std::max(std::abs(first), std::abs(second))));
 }
 
 void store(const Section& section, float* coefficients) {

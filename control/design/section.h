@@ -35,8 +35,8 @@ std::array<std::complex<double>, 2> zeros(const Section& section);
 // Whether both poles lie inside the unit circle; false for coefficients that aren't finite.
 bool is_stable(const Section& section);
 
-// Throws std::invalid_argument with the outermost pole's radius unless the section is stable.
-void require_stable(const Section& section);
+// Whether all coefficients are.
+bool is_finite(const Section& section);
 
 // Writes b0, b1, b2, a1, a2 as floats, in the order of the library's records.
 void store(const Section& section, float* coefficients);

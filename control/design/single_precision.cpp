@@ -71,7 +71,7 @@ void try_numerators(const NumeratorFit& fit, const EdgePolynomial& exact, Sectio
   const auto consider = [&](const EdgePolynomial& wanted) {
     set_numerator(section, wanted);
     const double error = fit.error(numerator(section));
-    if (error < best.error) {
+    if (error < best.error && is_finite(section)) {
       best.section = section;
       best.error = error;
     }

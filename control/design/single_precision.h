@@ -24,7 +24,7 @@ Section rounded_section(const Section& section);
 // next to it, gives each pair the numerator that suits it best, and lets every section make up for
 // what is left of the others' errors. What lies 60 dB below the band's maximum counts as silence.
 // Where rounding alone is good to 0.005 dB, it stays at that. An all-pass and a section of first
-// order are only rounded.
+// order are only rounded. The sections found are stable if and only if the rounded ones are.
 //
 // The search can be done in steps, between which an audio thread does other work: up to 45 pairs
 // for each section, twice, a few of them in a step. Nothing allocates.

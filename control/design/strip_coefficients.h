@@ -29,12 +29,12 @@ struct StripCoefficients {
 
 // A pure function of its arguments. What is not set is neutral: bands pass, terms stay at 0 dB. The
 // link map is that of settings.link for the layout's format, or else that of the link style; it may
-// have more groups than the format holds. Throws std::invalid_argument, naming the setting, for
-// what no strip can do.
+// have more groups than the format holds. The settings must be possible, see possible.h. Nothing
+// allocates.
 StripCoefficients design_strip(const StripSettings& settings, double sample_rate,
                                const ChannelLayout& layout);
 
-// What goes on around the strip, and that with the library's glide. Both throw likewise.
+// What goes on around the strip, and that with the library's glide.
 MixCoefficients design_mix(const StripSettings& settings, double sample_rate);
 void design_glide(const StripSettings& settings, double sample_rate, StripCoefficients& out);
 

@@ -36,7 +36,7 @@ struct Adjusted {
 };
 using AdjustedList = FixedVector<Adjusted, 2 * (kBandCount + 1)>;
 
-// Settings that design_strip() takes, whatever the values. What the values can't mean together is
+// Settings that a strip can have, whatever the values. What the values can't mean together is
 // changed by the rules above, and noted in `adjusted` unless that is null. Without allocation,
 // exception or lock.
 StripSettings settings_of(const Values& values, double sample_rate,

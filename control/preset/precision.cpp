@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <string>
 
+#include "../design/possible.h"
+#include "../design/refusal_words.h"
+
 namespace channelstrip::host {
 
 std::vector<JudgedBand> judge_bands(const Preset& preset, double sample_rate) {
@@ -15,9 +18,9 @@ std::vector<JudgedBand> judge_bands(const Preset& preset, double sample_rate) {
       return other.band.place.where == band.place.where && other.band.settings == band.settings;
     });
     if (known) continue;
-    placing(band.place, [&] {
-      judged.push_back({band, band_accuracy(band.settings, sample_rate)});
-    });
+    const auto refusal = refusal_of(band.settings, sample_rate);
+    if (refusal) fail(band.place, words_of(*refusal));
+    judged.push_back({band, band_accuracy(band.settings, sample_rate)});
   }
   return judged;
 }

@@ -2,8 +2,9 @@
 
 #include <toml++/toml.h>
 
-#include "../design/band.h"
 #include "../design/link_map.h"
+#include "../design/possible.h"
+#include "../design/refusal_words.h"
 #include "../text/text_file.h"
 #include "assignment.h"
 #include "automation.h"
@@ -77,11 +78,12 @@ Preset load_preset(const std::optional<std::string>& path,
 
 void check_fits(const Preset& preset, double sample_rate, const ChannelLayout& layout) {
   for (const auto& [place, band, key_filter] : preset.bands) {
-    placing(place, [&band = band, sample_rate] { design_stored_band(band, sample_rate); });
+    if (const auto refusal = refusal_of(band, sample_rate)) fail(place, words_of(*refusal));
   }
   for (const auto& [place, format, map] : preset.links) {
     if (format != layout.format->name) continue;
-    placing(place, [&map = map, &layout] { parse_link_map(map, layout); });
+    const auto refusal = read_link_map(map, layout).refusal;
+    if (refusal) fail(place, words_of(*refusal));
   }
 }
 

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <vector>
 
-#include "../design/require.h"
+#include "../design/refuse.h"
 #include "nearest.h"
 
 namespace channelstrip::host {

@@ -31,8 +31,8 @@ class LiveStrip {
   // Samples after which the meters have news; a run never goes beyond, which costs a bit.
   static constexpr std::size_t kMeterWindow = 512;
 
-  // Starts without a glide. The layout must outlive this object. Throws std::invalid_argument as
-  // design_strip() does.
+  // Starts without a glide. The layout must outlive this object. Settings must be possible, see
+  // ../design/possible.h, here and in set().
   LiveStrip(const EntryPoints& entry_points, const ChannelLayout& layout, double sample_rate,
             const StripSettings& settings, Searches searches = Searches::kInSteps,
             std::size_t meter_window = kMeterWindow);
@@ -40,8 +40,7 @@ class LiveStrip {
   // All that follow are for one thread at a time, the audio thread; they neither allocate nor lock.
 
   // New settings from the next block on; of several before it the last ones hold. Settings that
-  // need a cross-fade wait until one under way has ended. They must be ones that design_strip()
-  // takes.
+  // need a cross-fade wait until one under way has ended.
   void set(const StripSettings& settings);
 
   // N inputs, an optional key, N outputs, as unaligned as they come. An output may be any of the

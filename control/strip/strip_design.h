@@ -21,7 +21,8 @@ bool is_smooth_change(const StripSettings& from, const StripSettings& to);
 
 class StripDesign {
  public:
-  // The layout must outlive this object. Throws std::invalid_argument as design_strip() does.
+  // The layout must outlive this object. Settings must be possible, see ../design/possible.h, here
+  // and in change().
   StripDesign(const StripSettings& settings, double sample_rate, const ChannelLayout& layout);
 
   const StripSettings& settings() const { return settings_; }
@@ -29,8 +30,8 @@ class StripDesign {
   // single precision.
   const StripCoefficients& coefficients() const { return coefficients_; }
 
-  // Takes settings that design_strip() would take, without allocation or exception. A section of
-  // which no stable one of floats is found becomes neutral.
+  // Without allocation or exception. A section of which no stable one of floats is found becomes
+  // neutral.
   void change(const StripSettings& wanted);
 
   // The searches for the best floats that changes have begun; see PrecisionSearch. A step is a

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "../design/refusal_words.h"
 #include "interleave.h"
 
 namespace channelstrip::host {
@@ -16,6 +17,13 @@ const StripSettings& start(const StripSettings& settings,
   return *last;
 }
 
+std::unique_ptr<LiveStrip> make_strip(const Library& library, const ChannelLayout& layout,
+                                      double sample_rate, const StripSettings& settings) {
+  require_possible(settings, sample_rate, layout);
+  return std::make_unique<LiveStrip>(library.entry_points(), layout, sample_rate, settings,
+                                     LiveStrip::Searches::kAtOnce, StripStream::kWindow);
+}
+
 bool uses_key(const StripSettings& settings, const std::vector<StripStream::Change>& changes) {
   return settings.key_enable || std::ranges::any_of(changes, [](const auto& change) {
            return change.settings.key_enable;
@@ -27,9 +35,7 @@ bool uses_key(const StripSettings& settings, const std::vector<StripStream::Chan
 StripStream::StripStream(const Library& library, const ChannelLayout& layout, double sample_rate,
                          const StripSettings& settings, std::vector<Change> changes)
     : layout_(std::make_unique<const ChannelLayout>(layout)),
-      strip_(std::make_unique<LiveStrip>(library.entry_points(), *layout_, sample_rate,
-                                         start(settings, changes), LiveStrip::Searches::kAtOnce,
-                                         kWindow)),
+      strip_(make_strip(library, *layout_, sample_rate, start(settings, changes))),
       channels_(layout.labels.size()),
       keyed_(uses_key(settings, changes)),
       inputs_((channels_ + keyed_) * kWindow),

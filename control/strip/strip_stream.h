@@ -50,7 +50,8 @@ class StripStream {
 
   // Settings that enable the key detect from it. `changes` are in order of their frames; those in
   // the first period apply from the beginning, without a glide. The library must outlive the
-  // stream. Throws std::invalid_argument as design_strip() does, for the changes while they happen.
+  // stream. Throws std::invalid_argument for settings to begin with that no strip can have; those
+  // of later changes must be possible, see ../design/possible.h.
   StripStream(const Library& library, const ChannelLayout& layout, double sample_rate,
               const StripSettings& settings, std::vector<Change> changes = {});
 

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "control/design/require.h"
+#include "control/design/refuse.h"
 
 namespace channelstrip::host {
 

@@ -13,7 +13,7 @@
 
 #include "analog_band.h"
 #include "control/design/band.h"
-#include "control/design/require.h"
+#include "control/design/refuse.h"
 #include "filter_parameters.h"
 #include "number_text.h"
 

@@ -3,7 +3,7 @@
 #include <string_view>
 #include <utility>
 
-#include "control/design/require.h"
+#include "control/design/refuse.h"
 #include "number_text.h"
 
 namespace channelstrip::host {

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <utility>
 
-#include "control/design/require.h"
+#include "control/design/refuse.h"
 
 namespace channelstrip::host {
 namespace {

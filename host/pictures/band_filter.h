@@ -16,7 +16,7 @@ struct BandFilter {
   Sections sections;  // in single precision, as the library gets them
 };
 
-// Throws std::invalid_argument, naming the setting.
+// The band must be possible, see control/design/possible.h.
 BandFilter design_filter(const BandSettings& band, double sample_rate);
 
 // The radius of the outermost pole, below 1: the closer to 1, the longer the band rings.

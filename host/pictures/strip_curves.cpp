@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "../text/wording.h"
+#include "control/design/refusal_words.h"
 #include "control/design/strip_coefficients.h"
 #include "control/preset/precision.h"
 
@@ -46,6 +47,7 @@ StripCurves strip_curves(const StripOptions& options, double sample_rate, double
   check_fits(preset, sample_rate, layout);
   remark_on_precision(preset, sample_rate);
   try {
+    require_possible(settings, sample_rate, layout);
     StripCurves curves{.title = title_of(preset),
                        .sample_rate = sample_rate,
                        .settings = settings,

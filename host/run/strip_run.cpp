@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "control/design/refusal_words.h"
 #include "control/preset/left_out.h"
 #include "control/preset/precision.h"
 
@@ -60,7 +61,7 @@ std::vector<StripStream::Change> changes_of(const Preset& preset, double sample_
                                             const ChannelLayout& layout) {
   std::vector<StripStream::Change> changes;
   for (const auto& [time, settings] : preset.changes) {
-    design_strip(settings, sample_rate, layout);
+    require_possible(settings, sample_rate, layout);
     changes.push_back({static_cast<std::uint64_t>(std::llround(time * sample_rate)), settings});
   }
   return changes;

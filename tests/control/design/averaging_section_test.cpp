@@ -10,7 +10,7 @@
 #include "bands.h"
 #include "control/design/dynamics.h"
 #include "played_strip.h"
-#include "tests/host/support/refusal.h"
+#include "refused.h"
 
 namespace channelstrip::test::averaging_section_test {
 namespace {
@@ -123,9 +123,12 @@ TEST(TwoPoleSection, NeverOvershoots) {
 }
 
 TEST(TwoPoleSection, IsTooLongWhereNoFloatIsNearEnough) {
-  EXPECT_EQ(refusal<std::invalid_argument>([] { two_pole_section(10000, 1e6); }), "");
-  EXPECT_EQ(refusal<std::invalid_argument>([] { two_pole_section(10000, 1e7); }),
+  const DetectorSettings longest{DetectorMode::kAverage, 10000};
+  EXPECT_EQ(words(refusal_of(longest, 1e6)), "");
+  EXPECT_EQ(words(refusal_of(longest, 1e7)),
             "time 10000 ms is not short enough for single precision at 10000000 Hz");
+  EXPECT_EQ(two_pole_section(10000, 1e7).b0, 0);
+  EXPECT_EQ(averaging_section(10000, 1e7).b0, 0);
 }
 
 // Two seconds, in the first of which the average settles. The ripple of a 50 ms average on a 1 kHz

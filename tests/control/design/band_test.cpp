@@ -6,7 +6,7 @@
 #include <limits>
 
 #include "bands.h"
-#include "tests/host/support/refusal.h"
+#include "refused.h"
 
 namespace channelstrip::test::band_test {
 namespace {
@@ -138,9 +138,7 @@ TEST(Band, OthersIgnoreTheGain) {
 
 TEST(Band, RefusesWhatIsNoBand) {
   const auto refused = [](double frequency, double q, double gain, double rate) {
-    return refusal<std::invalid_argument>([&] {
-      design_band({BandType::kPeak, frequency, q, gain}, rate);
-    });
+    return words(refusal_of(BandSettings{BandType::kPeak, frequency, q, gain}, rate));
   };
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
   constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
@@ -158,9 +156,7 @@ TEST(Band, RefusesWhatIsNoBand) {
 }
 
 TEST(Band, RefusalInSinglePrecisionNamesWhatTheBandIsMadeOf) {
-  const auto refused = [](const BandSettings& band) {
-    return refusal<std::invalid_argument>([&] { design_stored_band(band, 192000); });
-  };
+  const auto refused = [](const BandSettings& band) { return words(refusal_of(band, 192000)); };
   EXPECT_EQ(refused({.type = BandType::kLowPass, .frequency = 0.1, .slope = 24}),
             "frequency 0.1 Hz and slope 24 dB/oct leave no stable filter in single precision at "
             "192000 Hz: a pole stands at radius 1");

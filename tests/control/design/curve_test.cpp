@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "control/design/dynamics.h"
-#include "tests/host/support/refusal.h"
+#include "refused.h"
 
 namespace channelstrip::test::curve_test {
 namespace {
@@ -175,7 +175,7 @@ TEST(AutoMakeup, TakesNoAccountOfTheUsersMakeup) {
 
 TEST(CompressorCurve, RefusesWhatIsNoCurve) {
   const auto refused = [](const CompressorSettings& settings) {
-    return refusal<std::invalid_argument>([&] { compressor_curve(settings); });
+    return words(refusal_of(settings));
   };
   EXPECT_EQ(
       refused({.ratio = 0.5}),
@@ -190,7 +190,7 @@ TEST(CompressorCurve, RefusesWhatIsNoCurve) {
 
 TEST(ExpanderCurve, RefusesWhatIsNoCurve) {
   const auto refused = [](double threshold, double ratio, double width) {
-    return refusal<std::invalid_argument>([&] { expander_curve({threshold, ratio, width}); });
+    return words(refusal_of(ExpanderSettings{threshold, ratio, width}));
   };
   EXPECT_EQ(refused(-50, 0.9, 6), "ratio 0.9 is not 1 to 100");
   EXPECT_EQ(refused(-50, kInfinity, 6), "ratio inf is not 1 to 100");

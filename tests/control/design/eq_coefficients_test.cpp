@@ -6,7 +6,7 @@
 
 #include "bands.h"
 #include "records.h"
-#include "tests/host/support/refusal.h"
+#include "refused.h"
 
 namespace channelstrip::test::eq_coefficients_test {
 namespace {
@@ -58,7 +58,7 @@ TEST(EqCoefficients, BandsOfEightSectionsFillAStrip) {
 
 TEST(EqCoefficients, RefusalCountsSectionsAndNumbersBands) {
   const auto refused = [](const StripSettings& settings) {
-    return refusal<std::invalid_argument>([&] { design_eq(settings, kRate); });
+    return words(refusal_of(settings, kRate, layout_of("Mono")));
   };
   StripSettings settings;
   settings.pre = {kSteep, kSteep};
@@ -78,10 +78,10 @@ TEST(EqCoefficients, KeyFilterIsOneSection) {
   EXPECT_TRUE(same(design_key_filter(settings, kRate),
                    design_stored_band(*settings.key_filter, kRate).front()));
   settings.key_filter->slope = 18;
-  EXPECT_EQ(refusal<std::invalid_argument>([&] { design_key_filter(settings, kRate); }),
+  EXPECT_EQ(words(refusal_of(settings, kRate, layout_of("Mono"))),
             "key filter: slope 18 dB/oct takes 2 sections, a key filter is one");
   settings.key_filter->slope = 20;
-  EXPECT_EQ(refusal<std::invalid_argument>([&] { design_key_filter(settings, kRate); }),
+  EXPECT_EQ(words(refusal_of(settings, kRate, layout_of("Mono"))),
             "key filter: slope 20 dB/oct is not 6, 12, 18 ... 96 dB/oct");
 }
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "bands.h"
-#include "tests/host/support/refusal.h"
+#include "refused.h"
 
 namespace channelstrip::test::prototype_test {
 namespace {
@@ -127,7 +127,7 @@ TEST(Prototype, ShelfSlopeOfOneIsAQOfRootHalf) {
 }
 
 std::string refused(const BandSettings& band) {
-  return refusal<std::invalid_argument>([&] { prototype(band); });
+  return words(refusal_of(band, kRate));
 }
 
 TEST(Prototype, RefusesASlopeThatIsNoPasss) {
@@ -136,8 +136,7 @@ TEST(Prototype, RefusesASlopeThatIsNoPasss) {
   EXPECT_EQ(with(20), "slope 20 dB/oct is not 6, 12, 18 ... 96 dB/oct");
   EXPECT_EQ(with(102), "slope 102 dB/oct is not 6, 12, 18 ... 96 dB/oct");
   EXPECT_EQ(with(96), "");
-  EXPECT_EQ(refusal<std::invalid_argument>(
-                [] { section_count({.type = BandType::kHighPass, .slope = 13}); }),
+  EXPECT_EQ(refused({.type = BandType::kHighPass, .slope = 13}),
             "slope 13 dB/oct is not 6, 12, 18 ... 96 dB/oct");
 }
 
@@ -166,8 +165,7 @@ TEST(Prototype, DoesNotReadWhatItsTypeDoesNotUse) {
 }
 
 TEST(Prototype, RefusesABandsFrequencyThatIsNotAboveZero) {
-  EXPECT_EQ(refusal<std::invalid_argument>([] { analog_response({.frequency = 0}, 10); }),
-            "frequency 0 Hz is not above 0 Hz");
+  EXPECT_EQ(refused({.frequency = 0}), "frequency 0 Hz is not above 0 Hz");
 }
 
 }  // namespace

@@ -158,6 +158,19 @@ TEST(SinglePrecision, AllPassStaysOne) {
   });
 }
 
+// A least-squares fit of its numerator is not finite.
+TEST(SinglePrecision, SearchTakesFiniteNumeratorsOnly) {
+  const BandSettings band{BandType::kPeak, 11590.614500671252, 10338.150452662467, 200};
+  for (const BandType type : kEveryType) {
+    for (const BandDesign design : kBothDesigns) {
+      BandSettings extreme = band;
+      extreme.type = type;
+      extreme.design = design;
+      EXPECT_TRUE(is_stable(design_stored_band(extreme, 96000).front()));
+    }
+  }
+}
+
 TEST(SinglePrecision, FloatsStayAsTheyAre) {
   for (const Section& section :
        {Section{}, averaging_section(20, 48000),

@@ -3,8 +3,7 @@
 #include <functional>
 #include <limits>
 
-#include "control/design/strip_coefficients.h"
-#include "tests/host/support/refusal.h"
+#include "refused.h"
 
 namespace channelstrip::test::strip_refusal_test {
 namespace {
@@ -21,7 +20,7 @@ std::string refused_at(double rate, const std::function<void(StripSettings&)>& s
   settings.key_filter.emplace();
   set(settings);
   const ChannelLayout stereo = default_layout(*find_stem_format("Stereo"));
-  return refusal<std::invalid_argument>([&] { design_strip(settings, rate, stereo); });
+  return words(refusal_of(settings, rate, stereo));
 }
 
 std::string refused(const std::function<void(StripSettings&)>& set) {

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "control/design/dynamics.h"
-#include "control/design/strip_coefficients.h"
+#include "control/design/refusal_words.h"
 #include "refusal.h"
 #include "tests/host/support/audio.h"
 #include "tests/host/support/rendered.h"
@@ -73,7 +73,7 @@ TEST(ShippedPresets, CanBeHadForEveryFormatAtEveryUsualRate) {
       for (const double rate : {44100.0, 48000.0, 88200.0, 96000.0, 176400.0, 192000.0}) {
         EXPECT_NO_THROW({
           check_fits(preset, rate, layout);
-          design_strip(preset.settings, rate, layout);
+          require_possible(preset.settings, rate, layout);
         }) << file
            << ", " << format.name << ", " << rate << " Hz";
       }

@@ -23,4 +23,13 @@ class Trap {
   Trap& operator=(const Trap&) = delete;
 };
 
+// What `work` does of it.
+template <typename Work>
+Trapped trapped(Work work) {
+  Trapped counted;
+  const Trap trap(counted);
+  work();
+  return counted;
+}
+
 }  // namespace channelstrip::test

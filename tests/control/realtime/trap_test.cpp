@@ -37,14 +37,6 @@ void* kept(void* memory) {
   return memory;
 }
 
-template <typename Work>
-Trapped trapped(Work work) {
-  Trapped counted;
-  const Trap trap(counted);
-  work();
-  return counted;
-}
-
 TEST(Trap, SeesAllocationsInsideTheLibrary) {
   EXPECT_GT(trapped([] { settings_from("gain_in = 3"); }).allocations, 0);
   EXPECT_EQ(trapped([] { channelstrip_version(); }), Trapped{});

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "../streamed.h"
+#include "tests/host/support/refusal.h"
 
 namespace channelstrip::test::strip_stream_test {
 namespace {
@@ -23,6 +24,19 @@ TEST(StripStream, OutputAndMetersDoNotDependOnTheCutting) {
     EXPECT_EQ(cut.bits, whole.bits) << frames;
     EXPECT_EQ(cut.meters, whole.meters) << frames;
   }
+}
+
+TEST(StripStream, RefusesToBeginWithWhatNoStripCanHave) {
+  const auto refused = [](double mix, double changed, std::uint64_t frame) {
+    Stream stream{.format = "Mono", .input = {}};
+    stream.settings.mix = mix;
+    stream.changes = {{frame, {}}};
+    stream.changes[0].second.mix = changed;
+    return refusal<std::invalid_argument>([&] { play(stream); });
+  };
+  EXPECT_EQ(refused(101, 50, StripStream::kPeriod), "mix 101 % is not 0 to 100 %");
+  EXPECT_EQ(refused(101, 50, 0), "");
+  EXPECT_EQ(refused(50, -1, 0), "mix -1 % is not 0 to 100 %");
 }
 
 TEST(StripStream, ObservingChangesNothing) {
