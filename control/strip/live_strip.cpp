@@ -35,17 +35,17 @@ void LiveStrip::set(const StripSettings& settings) {
 }
 
 void LiveStrip::apply(const StripSettings& settings) {
-  const bool is_smooth = is_smooth_change(design_.settings(), settings);
-  if (!is_smooth && !fade_.is_done()) return;
+  const bool is_near = design_.is_near(settings);
+  if (!is_near && !fade_.is_done()) return;
   is_wanted_ = false;
   meters_.read(live_);  // links may change
-  if (!is_smooth) {
+  if (!is_near) {
     old_ = live_;
     fade_.start(fade_length(settings, sample_rate_));
   }
   design_.change(settings);
   if (searches_ == Searches::kAtOnce) design_.finish_searches();
-  if (is_smooth) {
+  if (is_near) {
     live_.set_coefficients(design_.coefficients());
   } else {
     live_.rearrange(design_.coefficients());

@@ -7,6 +7,7 @@
 #include "../design/dynamics.h"
 #include "../design/dynamics_coefficients.h"
 #include "../design/eq_coefficients.h"
+#include "../design/link_map.h"
 
 namespace channelstrip::host {
 namespace {
@@ -23,18 +24,23 @@ bool is_same_band(const StripSettings::Bands& a, const StripSettings::Bands& b, 
 
 }  // namespace
 
-bool is_smooth_change(const StripSettings& from, const StripSettings& to) {
-  return have_same_sections(from.pre, to.pre) && have_same_sections(from.post, to.post) &&
-         from.compressor.has_value() == to.compressor.has_value() &&
-         from.expander.has_value() == to.expander.has_value() && from.key_listen == to.key_listen;
-}
-
 StripDesign::StripDesign(const StripSettings& settings, double sample_rate,
                          const ChannelLayout& layout)
     : settings_(settings),
       coefficients_(design_strip(settings, sample_rate, layout)),
       sample_rate_(sample_rate),
       layout_(&layout) {}
+
+bool StripDesign::is_near(const StripSettings& wanted) const {
+  const StripSettings& from = settings_;
+  const bool has_same_links = (from.link == wanted.link && from.link_style == wanted.link_style) ||
+                              read_links(wanted, *layout_).map == links_of(coefficients_.dynamics);
+  return has_same_links && have_same_sections(from.pre, wanted.pre) &&
+         have_same_sections(from.post, wanted.post) &&
+         from.compressor.has_value() == wanted.compressor.has_value() &&
+         from.expander.has_value() == wanted.expander.has_value() &&
+         from.key_listen == wanted.key_listen;
+}
 
 const BandSettings& StripDesign::band(std::size_t number) const {
   if (number == kKeyFilter) return *settings_.key_filter;

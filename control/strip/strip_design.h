@@ -13,12 +13,6 @@
 
 namespace channelstrip::host {
 
-// Whether settings differ only in what the library glides over, or what its detectors and time
-// constants smooth. Otherwise a cross-fade has to lead from one to the other: the sections of
-// bands come, go, move or change their type, compressor or expander come or go, or the outputs
-// carry the detection signals.
-bool is_smooth_change(const StripSettings& from, const StripSettings& to);
-
 class StripDesign {
  public:
   // The layout must outlive this object. Settings must be possible, see ../design/possible.h, here
@@ -26,6 +20,11 @@ class StripDesign {
   StripDesign(const StripSettings& settings, double sample_rate, const ChannelLayout& layout);
 
   const StripSettings& settings() const { return settings_; }
+  // Whether `wanted` differs only in what the library glides over, or what its detectors and time
+  // constants smooth. Otherwise a cross-fade has to lead to it: the sections of bands come, go,
+  // move or change their type, compressor or expander come or go, the outputs carry the detection
+  // signals, or channels get another group's gain.
+  bool is_near(const StripSettings& wanted) const;
   // Those of design_strip() once the searches are done; until then some bands are only rounded to
   // single precision.
   const StripCoefficients& coefficients() const { return coefficients_; }

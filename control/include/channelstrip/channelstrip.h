@@ -264,9 +264,9 @@ typedef struct channelstrip_block {
 //
 // Changes never click. Frequencies, gains, Q, makeup and ranges glide with the parameter glide;
 // thresholds, ratios and times are smoothed by attack and release; what begins, ends, moves or
-// changes its kind (a band's on, type, slope and position, compressor, expander, key_listen) is
-// cross-faded over twice that time, in which the strip costs twice as much. Bypassed, the outputs
-// are the inputs bit for bit once the glide is over. [audio]
+// changes its kind (a band's on, type, slope and position, compressor, expander, key_listen, links)
+// is cross-faded over twice that time, in which the strip costs twice as much. Bypassed, the
+// outputs are the inputs bit for bit once the glide is over. [audio]
 CHANNELSTRIP_API channelstrip_status channelstrip_strip_process(channelstrip_strip* strip,
                                                                 const channelstrip_block* block);
 

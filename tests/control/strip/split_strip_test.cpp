@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -107,22 +108,41 @@ TEST(SplitStrip, MetersTheExtremesOfItsStrips) {
   EXPECT_GT(reduction, 0.5f);
 }
 
-// A map that takes several strips and one that takes a single one may follow each other: the
-// channels keep their filters' memory and glides. Here the two halves of the stream are alike, so
-// that linking them changes nothing.
-TEST(SplitStrip, MayBeSplitAndJoinedOnTheWay) {
+// A stream that is split and joined on the way, and the same that isn't. The two halves are alike,
+// so that linking them changes nothing.
+struct Joined {
+  Streamed changing, joined;
+};
+Joined split_on_the_way(double glide) {
   const std::vector<float> mono = bursts(6007, 1);
   std::vector<float> input;
   for (const float x : mono) input.insert(input.end(), {x, x});
-  StripSettings linked = busy_settings();
+  StripSettings linked = busy_settings(), split = unlinked();
   linked.link_style = LinkStyle::kAll;
-  const Streamed joined = play({.format = "Stereo", .input = input, .settings = linked});
-  const Streamed changing = play({.format = "Stereo",
-                                  .input = input,
-                                  .settings = linked,
-                                  .changes = {{1000, unlinked()}, {3000, linked}}});
+  linked.glide = split.glide = glide;
+  const Stream joined{.format = "Stereo", .input = input, .settings = linked};
+  Stream changing = joined;
+  changing.changes = {{1000, split}, {3000, linked}};
+  return {play(changing), play(joined)};
+}
+
+// A map that takes several strips and one that takes a single one may follow each other: the
+// channels keep their filters' memory and gains.
+TEST(SplitStrip, MayBeSplitAndJoinedOnTheWay) {
+  const auto [changing, joined] = split_on_the_way(0);
   EXPECT_EQ(changing.bits, joined.bits);
   EXPECT_EQ(changing.meters, joined.meters);
+}
+
+// Of y (1 - s) + y s the complement, the products and the sum are rounded, by up to 2^-24 each: the
+// sum by 3 * 2^-24 of y.
+TEST(SplitStrip, IsCrossFadedFromAndToOne) {
+  const auto [changing, joined] = split_on_the_way(20);
+  ASSERT_EQ(changing.samples.size(), joined.samples.size());
+  for (std::size_t i = 0; i < joined.samples.size(); ++i) {
+    ASSERT_NEAR(changing.samples[i], joined.samples[i], 0x1p-22f * std::abs(joined.samples[i]));
+  }
+  EXPECT_NE(changing.bits, joined.bits);
 }
 
 }  // namespace
