@@ -152,6 +152,14 @@ Engine& Engine::operator=(const Engine& other) {
 void Engine::prepare(const float* const* inputs, const float* key, float* const* outputs,
                      std::size_t samples) {
   sample_count_ = static_cast<std::int32_t>(samples);
+  if (parts_.size() == 1 && !key) {  // the buffers as they are
+    contexts_.front().inputs = inputs;
+    contexts_.front().outputs = outputs;
+    key_index_.front() = 0;
+    return;
+  }
+  contexts_.front().inputs = inputs_.data();
+  contexts_.front().outputs = outputs_.data();
   std::size_t place = 0;
   for (std::size_t p = 0; p < parts_.size(); ++p) {
     const auto& channels = parts_[p].channels;
@@ -187,6 +195,7 @@ EngineMeters Engine::read_meters() {
     auto& meters = state_.meters[p];
     const float* const readouts = meters.data() + 2 * n;
     for (std::size_t i = 0; i < n; ++i) {
+      result.input_peak[channels[i]] = meters[i];
       result.output_peak[channels[i]] = meters[n + i];
       result.channel_gain[channels[i]] = readouts[CHANNELSTRIP_METER_CHANNEL_GAIN + i];
     }

@@ -22,6 +22,7 @@ inline constexpr std::size_t kMostChannels = 8;
 
 // Linear values, the extremes since the last reading.
 struct EngineMeters {
+  std::array<float, kMostChannels> input_peak = {};  // of no meaning where outputs are inputs
   std::array<float, kMostChannels> output_peak = {};
   std::array<float, kMostChannels> channel_gain = {};  // the greatest of the channel's link group
   float gain = 0;                                      // the greatest of any group, without makeup

@@ -17,6 +17,7 @@
 #include "glide.h"
 #include "live_meters.h"
 #include "meter_window.h"
+#include "sharing.h"
 #include "strip_design.h"
 #include "strip_gains.h"
 
@@ -112,6 +113,8 @@ class LiveStrip {
   void run_chunk(const Run& run);
   void finish_run(const Buffers& buffers, std::size_t samples);
   bool may_run_directly(const Buffers& buffers, std::size_t samples);
+  bool are_finite(const Buffers& buffers, std::size_t samples);
+  void meter_inputs(const Buffers& buffers, std::size_t samples);
   void repair(const Buffers& buffers, std::size_t samples);
 
   std::size_t channels_;
@@ -121,6 +124,7 @@ class LiveStrip {
   bool may_overflow_ = false;  // there was a sample so great that filters or gains may overflow
   bool pending_key_ = false;
   std::size_t pending_ = 0;  // samples of the unfinished block
+  BufferSharing sharing_;
   MeterWindow meters_;
   StripDesign design_;
   Engine live_;

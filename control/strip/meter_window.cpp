@@ -27,10 +27,11 @@ void MeterWindow::see_outputs(const float* const* outputs, std::size_t samples,
 void MeterWindow::read(Engine& engine) {
   if (unread_ == 0) return;
   const EngineMeters seen = engine.read_meters();
+  const float gain = engine.input_meter_gain();
   meters_.samples += std::exchange(unread_, 0);
   for (std::size_t c = 0; c < channels_; ++c) {
-    const float input =
-        engine.input_meter_gain() * std::exchange(input_[c], PeakLanes::none()).peak();
+    const float input = is_in_place_ ? gain * std::exchange(input_[c], PeakLanes::none()).peak()
+                                     : seen.input_peak[c];
     meters_.input_peak[c] = std::max(meters_.input_peak[c], input);
     if (is_direct_) {
       meters_.output_peak[c] = std::max(meters_.output_peak[c], seen.output_peak[c]);

@@ -24,13 +24,16 @@ class MeterWindow {
   // Whether a window has ended since the last call of clear().
   bool has_news() const { return has_news_; }
 
+  // In place, the inputs before the run.
   void see_input(std::size_t channel, const PeakLanes& samples) { input_[channel].see(samples); }
   void see_not_finite() { ++meters_.not_finite; }
 
-  // Before a run of the engine, whose outputs are the strip's (direct) or go on from there.
-  void begin(bool is_direct, Engine& engine) {
-    if (is_direct != is_direct_) read(engine);
+  // Before a run of the engine: whether its outputs are the strip's (direct) or go on from there,
+  // and whether they stand where its inputs did. In place the engine can't meter its inputs.
+  void begin(bool is_direct, bool is_in_place, Engine& engine) {
+    if (is_direct != is_direct_ || is_in_place != is_in_place_) read(engine);
     is_direct_ = is_direct;
+    is_in_place_ = is_in_place;
   }
   // After the run, with what came out of the strip.
   void advance(const float* const* outputs, std::size_t samples, Engine& engine) {
@@ -64,7 +67,8 @@ class MeterWindow {
   std::size_t unread_ = 0;   // since the engine's meters were read
   bool has_news_ = false;
   bool is_direct_ = true;
-  std::array<PeakLanes, kMostChannels> input_;  // since the engine's meters were read
+  bool is_in_place_ = false;
+  std::array<PeakLanes, kMostChannels> input_;  // in place, since the engine's meters were read
   std::array<float, kMostChannels> window_gain_ = {};
   LiveMeters meters_;
 };

@@ -1,4 +1,4 @@
-// The greatest magnitude of samples.
+// How great samples are.
 
 #pragma once
 
@@ -12,40 +12,68 @@
 
 namespace channelstrip::host {
 
-// Collects it in eight lanes, each for every eighth sample. Magnitudes are kept as bits, which
-// order them as floats do; those of NaN lie above those of infinity.
+typedef std::int32_t SampleBits __attribute__((vector_size(32)));
+
+inline SampleBits bits_of(const float* samples) {
+  SampleBits bits;
+  std::memcpy(&bits, samples, sizeof bits);
+  return bits;
+}
+
+// Joins the bits of `count` samples, a multiple of 16, to `even`.
+template <class Join>
+[[gnu::always_inline]] inline SampleBits joined(const float* samples, std::size_t count,
+                                                SampleBits even, Join join) {
+  SampleBits odd = {};
+  for (const float* const end = samples + count; samples != end; samples += 16) {
+    even = join(even, bits_of(samples));
+    odd = join(odd, bits_of(samples + 8));
+  }
+  return join(even, odd);
+}
+
+// Whether there is a bit in any of the lanes.
+inline bool is_any(SampleBits lanes) {
+  std::array<std::uint64_t, 4> halves;
+  std::memcpy(&halves, &lanes, sizeof halves);
+  return (halves[0] | halves[1] | halves[2] | halves[3]) != 0;
+}
+
+// Finds out at half the work of a peak whether samples are small: below 2 the exponent's highest
+// bit is 0.
+class LoudLanes {
+ public:
+  // `count` must be a multiple of 16.
+  void see(const float* samples, std::size_t count) {
+    bits_ = joined(samples, count, bits_, [](SampleBits a, SampleBits b) { return a | b; });
+  }
+  // Whether one was 2 or more, or wasn't a number.
+  bool are_any() const { return is_any(bits_ & 0x40000000); }
+
+ private:
+  SampleBits bits_ = {};
+};
+
+// Collects the greatest magnitude in eight lanes, each for every eighth sample. Magnitudes are kept
+// as bits, which order them as floats do; those of NaN lie above those of infinity.
 class PeakLanes {
  public:
   // Not initialised otherwise, as arrays of these are filled on the way.
   static PeakLanes none() {
     PeakLanes lanes;
-    lanes.lanes_ = Lanes{};
+    lanes.lanes_ = SampleBits{};
     return lanes;
   }
 
   // `count` must be a multiple of 16.
   void see(const float* samples, std::size_t count) {
-    Lanes even = lanes_, odd = {};
-    const auto see_some = [&](std::size_t some) {  // a constant, for loops that are unrolled
-      for (std::size_t i = 0; i < some; i += 16) {
-        even = greater(even, magnitudes(samples + i));
-        odd = greater(odd, magnitudes(samples + i + 8));
-      }
-      samples += some;
-    };
-    for (; count >= 64; count -= 64) see_some(64);
-    for (; count > 0; count -= 16) see_some(16);
-    lanes_ = greater(even, odd);
+    lanes_ = joined(samples, count, lanes_,
+                    [](SampleBits a, SampleBits b) { return greater(a, b & 0x7fffffff); });
   }
   void see(const PeakLanes& other) { lanes_ = greater(lanes_, other.lanes_); }
 
   // Whether one is greater than `limit`, which is above 0, or isn't a number.
-  bool exceed(float limit) const {
-    const Lanes above = lanes_ > std::bit_cast<std::int32_t>(limit);
-    std::array<std::uint64_t, 4> halves;
-    std::memcpy(&halves, &above, sizeof halves);
-    return (halves[0] | halves[1] | halves[2] | halves[3]) != 0;
-  }
+  bool exceed(float limit) const { return is_any(lanes_ > std::bit_cast<std::int32_t>(limit)); }
 
   float peak() const {
     std::int32_t greatest = 0;
@@ -54,15 +82,9 @@ class PeakLanes {
   }
 
  private:
-  typedef std::int32_t Lanes __attribute__((vector_size(32)));
-  static Lanes magnitudes(const float* samples) {
-    Lanes bits;
-    std::memcpy(&bits, samples, sizeof bits);
-    return bits & 0x7fffffff;
-  }
-  static Lanes greater(Lanes a, Lanes b) { return a > b ? a : b; }
+  static SampleBits greater(SampleBits a, SampleBits b) { return a > b ? a : b; }
 
-  Lanes lanes_;
+  SampleBits lanes_;
 };
 
 }  // namespace channelstrip::host

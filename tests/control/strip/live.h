@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <random>
@@ -51,17 +52,19 @@ struct LiveResult {
   host::LiveMeters meters;  // of the whole stream
 };
 
+// Which calls get buffers in which outputs replace inputs.
+enum class InPlace { kNever, kAlways, kInTurns };
+
 // `next_cut` returns how many frames the next call gets. A change is set before the call that
 // contains its frame, which is cut there; so a change takes effect in the block that begins at its
 // frame or after it.
 template <class Cut>
-LiveResult play_live(const LiveStream& stream, Cut next_cut, bool in_place = false) {
+LiveResult play_live(const LiveStream& stream, Cut next_cut, InPlace in_place = InPlace::kNever) {
   const host::ChannelLayout layout = host::default_layout(*stream.format);
   host::LiveStrip strip(entry_points(), layout, kLiveRate, stream.settings);
   const std::size_t channels = stream.input.size(), frames = stream.input[0].size();
-  LiveResult result{
-      .output = in_place ? stream.input : Planar(channels, std::vector<float>(frames)),
-      .meters = {}};
+  LiveResult result{.output = Planar(channels, std::vector<float>(frames)), .meters = {}};
+  bool is_in_place = in_place == InPlace::kAlways;
   std::size_t change = 0;
   for (std::size_t at = 0; at < frames;) {
     while (change < stream.changes.size() && stream.changes[change].frame <= at) {
@@ -72,14 +75,19 @@ LiveResult play_live(const LiveStream& stream, Cut next_cut, bool in_place = fal
     std::vector<const float*> inputs;
     std::vector<float*> outputs;
     for (std::size_t c = 0; c < channels; ++c) {
-      inputs.push_back((in_place ? result.output : stream.input)[c].data() + at);
+      inputs.push_back(stream.input[c].data() + at);
       outputs.push_back(result.output[c].data() + at);
+      if (!is_in_place) continue;
+      std::copy_n(inputs[c], end - at, outputs[c]);
+      inputs[c] = outputs[c];
     }
     strip.process(inputs.data(), stream.key.empty() ? nullptr : stream.key.data() + at,
                   outputs.data(), end - at);
+    at = end;
+    if (in_place == InPlace::kInTurns) is_in_place = !is_in_place;
+    if (in_place == InPlace::kInTurns && at < frames) continue;  // all meters at the end
     result.meters.append(strip.meters());
     strip.clear_meters();
-    at = end;
   }
   return result;
 }

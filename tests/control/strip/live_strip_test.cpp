@@ -92,8 +92,27 @@ TEST(LiveStrip, DoesNotDependOnTheCuttingWhateverChanges) {
       std::minstd_rand random(seed);
       const auto any = [&random] { return std::size_t{random() % 4097}; };
       expect_same(play_live(stream, any), blocks);
-      expect_same(play_live(stream, any, true), blocks);
+      expect_same(play_live(stream, any, InPlace::kAlways), blocks);
       expect_same(play_live(stream, [&random] { return std::size_t{random() % 40}; }), blocks);
+    }
+  }
+}
+
+// What comes out is louder than what went in, and the other way round.
+TEST(LiveStrip, MetersInputsThatItsOutputsReplace) {
+  for (const double makeup : {20, -20}) {
+    StripSettings settings;
+    settings.compressor = CompressorSettings{.makeup = makeup};
+    for (const char* format : {"Mono", "5.1"}) {
+      const StemFormat& its = *find_stem_format(format);
+      const LiveStream stream{.format = &its,
+                              .input = planar_bursts(static_cast<std::size_t>(its.channels), 4096),
+                              .settings = settings};
+      const LiveResult apart = play_live(stream);
+      EXPECT_NE(apart.meters.input_peak, apart.meters.output_peak);
+      const auto cut = [] { return std::size_t{208}; };
+      expect_same(play_live(stream, cut, InPlace::kAlways), apart);
+      expect_same(play_live(stream, cut, InPlace::kInTurns), apart);
     }
   }
 }
@@ -222,7 +241,7 @@ TEST(LiveStrip, KeepsOutputsFiniteWhereGainsOverflow) {
 }
 
 TEST(LiveStrip, IsItsInputInBypassOnceTheGlideIsOver) {
-  for (const bool in_place : {false, true}) {
+  for (const InPlace in_place : {InPlace::kNever, InPlace::kAlways}) {
     LiveStream stream{.format = find_stem_format("Stereo"), .input = planar_bursts(2, 48000)};
     stream.settings = busy_settings();
     StripSettings bypassed = busy_settings();

@@ -1,0 +1,58 @@
+// What the outputs of a call share with what it reads.
+
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "engine.h"
+
+namespace channelstrip::host {
+
+enum class Sharing : std::uint8_t {
+  kNothing,
+  kInputs,  // an output is its own channel's input, and none is anything else
+  kCrossed  // an output is the key or another channel's input
+};
+
+// Finds it out anew only for other buffers than the last: most hosts have the same in every call,
+// and comparing all with all would take longer than looking at the samples.
+class BufferSharing {
+ public:
+  explicit BufferSharing(std::size_t channels) : channels_(channels) {}
+
+  Sharing of(const float* const* inputs, const float* key, float* const* outputs) {
+    bool is_known = key == key_;
+    for (std::size_t c = 0; c < channels_; ++c) {
+      is_known &= inputs[c] == inputs_[c] && outputs[c] == outputs_[c];
+    }
+    if (is_known) return sharing_;
+    key_ = key;
+    std::copy_n(inputs, channels_, inputs_.begin());
+    std::copy_n(outputs, channels_, outputs_.begin());
+    return sharing_ = found();
+  }
+
+ private:
+  Sharing found() const {
+    Sharing sharing = Sharing::kNothing;
+    for (std::size_t c = 0; c < channels_; ++c) {
+      if (outputs_[c] == key_) return Sharing::kCrossed;
+      for (std::size_t i = 0; i < channels_; ++i) {
+        if (outputs_[c] != inputs_[i]) continue;
+        if (i != c) return Sharing::kCrossed;
+        sharing = Sharing::kInputs;
+      }
+    }
+    return sharing;
+  }
+
+  std::size_t channels_;
+  Sharing sharing_ = Sharing::kCrossed;
+  const float* key_ = nullptr;
+  std::array<const float*, kMostChannels> inputs_ = {}, outputs_ = {};
+};
+
+}  // namespace channelstrip::host
