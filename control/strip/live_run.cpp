@@ -52,7 +52,7 @@ bool LiveStrip::may_run_directly(const Buffers& buffers, std::size_t samples) {
 
 void LiveStrip::meter_inputs(const Buffers& buffers, std::size_t samples) {
   for (std::size_t c = 0; c < channels_; ++c) {
-    PeakLanes lanes = PeakLanes::none();
+    PeakLanes lanes;
     lanes.see(buffers.inputs[c], samples);
     meters_.see_input(c, lanes);
   }
@@ -60,7 +60,7 @@ void LiveStrip::meter_inputs(const Buffers& buffers, std::size_t samples) {
 
 // Whether all inputs are numbers; notes whether they are great.
 bool LiveStrip::are_finite(const Buffers& buffers, std::size_t samples) {
-  PeakLanes all = PeakLanes::none();
+  PeakLanes all;
   if (buffers.key) all.see(buffers.key, samples);
   for (std::size_t c = 0; c < channels_; ++c) all.see(buffers.inputs[c], samples);
   if (all.exceed(kHarmless)) may_overflow_ = true;

@@ -13,7 +13,7 @@ void MeterWindow::see_outputs(const float* const* outputs, std::size_t samples,
     if (is_direct_) {
       greatest = engine.output_peak(c);
     } else {
-      PeakLanes lanes = PeakLanes::none();
+      PeakLanes lanes;
       lanes.see(outputs[c], samples);
       greatest = lanes.peak();
       meters_.output_peak[c] = std::max(meters_.output_peak[c], greatest);
@@ -30,8 +30,8 @@ void MeterWindow::read(Engine& engine) {
   const float gain = engine.input_meter_gain();
   meters_.samples += std::exchange(unread_, 0);
   for (std::size_t c = 0; c < channels_; ++c) {
-    const float input = is_in_place_ ? gain * std::exchange(input_[c], PeakLanes::none()).peak()
-                                     : seen.input_peak[c];
+    const float input =
+        is_in_place_ ? gain * std::exchange(input_[c], {}).peak() : seen.input_peak[c];
     meters_.input_peak[c] = std::max(meters_.input_peak[c], input);
     if (is_direct_) {
       meters_.output_peak[c] = std::max(meters_.output_peak[c], seen.output_peak[c]);

@@ -15,9 +15,7 @@ namespace channelstrip::host {
 // The library keeps extremes by itself, which are read when a window ends or someone asks.
 class MeterWindow {
  public:
-  MeterWindow(std::size_t channels, std::size_t samples) : channels_(channels), length_(samples) {
-    input_.fill(PeakLanes::none());
-  }
+  MeterWindow(std::size_t channels, std::size_t samples) : channels_(channels), length_(samples) {}
 
   // How many samples there are to the end of the window.
   std::size_t left() const { return length_ - samples_; }
@@ -68,7 +66,8 @@ class MeterWindow {
   bool has_news_ = false;
   bool is_direct_ = true;
   bool is_in_place_ = false;
-  std::array<PeakLanes, kMostChannels> input_;  // in place, since the engine's meters were read
+  std::array<PeakLanes, kMostChannels> input_ =
+      {};  // in place, since the engine's meters were read
   std::array<float, kMostChannels> window_gain_ = {};
   LiveMeters meters_;
 };

@@ -58,13 +58,6 @@ class LoudLanes {
 // as bits, which order them as floats do; those of NaN lie above those of infinity.
 class PeakLanes {
  public:
-  // Not initialised otherwise, as arrays of these are filled on the way.
-  static PeakLanes none() {
-    PeakLanes lanes;
-    lanes.lanes_ = SampleBits{};
-    return lanes;
-  }
-
   // `count` must be a multiple of 16.
   void see(const float* samples, std::size_t count) {
     lanes_ = joined(samples, count, lanes_,
@@ -84,7 +77,7 @@ class PeakLanes {
  private:
   static SampleBits greater(SampleBits a, SampleBits b) { return a > b ? a : b; }
 
-  SampleBits lanes_;
+  SampleBits lanes_ = {};
 };
 
 }  // namespace channelstrip::host

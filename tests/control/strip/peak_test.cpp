@@ -55,7 +55,7 @@ TEST(LoudLanes, AreNoneBelowTwo) {
 TEST(PeakLanes, CollectTheGreatestMagnitude) {
   for (const float sample : {0.25f, -3.0f, std::numeric_limits<float>::infinity()}) {
     with_sample_anywhere(sample, [&](const std::vector<float>& samples) {
-      PeakLanes lanes = PeakLanes::none();
+      PeakLanes lanes;
       lanes.see(samples.data(), samples.size());
       EXPECT_EQ(lanes.peak(), std::abs(sample));
       EXPECT_EQ(lanes.exceed(0.5f), std::abs(sample) > 0.5f);
@@ -65,7 +65,7 @@ TEST(PeakLanes, CollectTheGreatestMagnitude) {
 
 TEST(PeakLanes, HoldANumberThatIsNone) {
   with_sample_anywhere(-std::nanf(""), [](const std::vector<float>& samples) {
-    PeakLanes lanes = PeakLanes::none();
+    PeakLanes lanes;
     lanes.see(samples.data(), samples.size());
     EXPECT_TRUE(std::isnan(lanes.peak()));
     EXPECT_TRUE(lanes.exceed(1e30f));
