@@ -1,0 +1,164 @@
+#include "instance.h"
+
+#include <lv2/atom/atom.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <stdexcept>
+
+#include "control_value.h"
+
+namespace channelstrip::lv2 {
+namespace {
+
+constexpr std::uint32_t kBypass = 4;  // the parameter's id
+
+std::uint32_t channels_of(std::uint32_t format) {
+  channelstrip_format info;
+  if (channelstrip_format_info(format, &info, sizeof info) != CHANNELSTRIP_OK) {
+    throw std::invalid_argument("no such format");
+  }
+  return info.channels;
+}
+
+}  // namespace
+
+Instance::Instance(std::uint32_t format, double sample_rate, const LV2_URID_Map* map)
+    : format_(format),
+      sample_rate_(sample_rate),
+      ports_(channels_of(format)),
+      settings_(channelstrip_settings_new()),
+      memory_(static_cast<std::byte*>(
+          ::operator new(channelstrip_strip_size(), std::align_val_t{kAlignment}))) {
+  if (!settings_) throw std::bad_alloc();
+  for (std::size_t i = 0; i < kPortParameterCount; ++i) ids_[i] = port_parameters()[i].id;
+  ids_.back() = kBypass;
+  seen_.fill(std::numeric_limits<float>::quiet_NaN());
+  for (std::uint32_t m = 0; m < ports_.meter_count(); ++m) {
+    held_[m] = m < ports_.compressor_reduction() ? HeldLevel(kLeastPeak, kGreatestPeak)
+                                                 : HeldLevel(0, kGreatestReduction);
+  }
+  start();
+  if (!strip_) throw std::invalid_argument("no strip has this sample rate");
+  if (map) {
+    links_ = map->map(map->handle, kLinksUri);
+    string_ = map->map(map->handle, LV2_ATOM__String);
+  }
+}
+
+void Instance::connect(std::uint32_t port, void* data) {
+  const std::uint32_t channels = ports_.channels();
+  if (port < channels) {
+    inputs_[port] = static_cast<const float*>(data);
+  } else if (port < ports_.key()) {
+    outputs_[port - channels] = static_cast<float*>(data);
+  } else if (port == ports_.key()) {
+    key_ = static_cast<const float*>(data);
+  } else if (port == ports_.enabled()) {
+    controls_.back() = static_cast<const float*>(data);
+  } else if (port == ports_.latency()) {
+    latency_ = static_cast<float*>(data);
+  } else if (port < ports_.first_parameter()) {
+    meters_[port - ports_.first_meter()] = static_cast<float*>(data);
+  } else if (port - ports_.first_parameter() < kPortParameterCount) {
+    controls_[port - ports_.first_parameter()] = static_cast<const float*>(data);
+    is_row_known_ = false;
+  }
+}
+
+// Whether all are what was seen. Many hosts keep a plugin's values side by side: then one comparison
+// tells, where looking at one after the other takes a tenth of a short call of a mono strip.
+bool Instance::are_controls_known() {
+  if (!is_row_known_) {
+    are_in_a_row_ = controls_[0] != nullptr;
+    for (std::size_t i = 0; i < kPortParameterCount; ++i) {
+      are_in_a_row_ = are_in_a_row_ && controls_[i] == controls_[0] + i;
+    }
+    is_row_known_ = true;
+  }
+  return are_in_a_row_ && controls_.back() && *controls_.back() == seen_.back() &&
+         std::memcmp(controls_[0], seen_.data(), kPortParameterCount * sizeof(float)) == 0;
+}
+
+// In the same memory, so that nothing is allocated.
+void Instance::start() {
+  const channelstrip_strip_options options{.format = format_,
+                                           .order = CHANNELSTRIP_ORDER_WAV,
+                                           .sample_rate = sample_rate_,
+                                           .settings = settings_.get()};
+  channelstrip_strip_init(memory_.get(), channelstrip_strip_size(), &options, &strip_);
+}
+
+// Looks at the control ports; what has changed goes into the settings and the events, of which it
+// returns the number. A value that isn't finite changes nothing.
+std::uint32_t Instance::take_changes() {
+  if (are_controls_known()) return 0;
+  std::uint32_t count = 0;
+  for (std::size_t i = 0; i < kControlCount; ++i) {
+    if (!controls_[i]) continue;
+    const float value = *controls_[i];
+    if (value == seen_[i] || !std::isfinite(value)) continue;
+    seen_[i] = value;
+    const bool is_bypass = ids_[i] == kBypass;
+    const double meant = is_bypass ? (value > 0 ? 0 : 1) : decimal_of(value);
+    channelstrip_settings_set(settings_.get(), ids_[i], meant);
+    events_[count++] = {.frame = 0, .id = ids_[i], .value = meant};
+  }
+  return count;
+}
+
+void Instance::activate() {
+  take_changes();
+  start();
+  is_fresh_ = true;
+  has_new_links_ = false;
+}
+
+void Instance::run(std::uint32_t frames) {
+  std::uint32_t changes = take_changes();
+  if (is_fresh_ && frames > 0) {
+    is_fresh_ = false;
+    // A host may connect its controls after the activation; they are no changes yet.
+    if (changes > 0 || has_new_links_) start();
+    changes = 0;
+    has_new_links_ = false;
+  }
+  if (has_new_links_) {
+    has_new_links_ = false;
+    changes = 0;
+    channelstrip_strip_set_settings(strip_, settings_.get());
+  }
+  const channelstrip_block block{.inputs = inputs_,
+                                 .key = key_,
+                                 .outputs = outputs_,
+                                 .frames = frames,
+                                 .event_count = changes,
+                                 .events = events_.data()};
+  channelstrip_strip_process(strip_, &block);
+  write_meters(frames);
+}
+
+void Instance::write_meters(std::uint32_t frames) {
+  if (latency_) *latency_ = 0;
+  if (frames != fall_frames_) {
+    fall_frames_ = frames;
+    fall_ = HeldLevel::fall_in(frames / sample_rate_);
+  }
+  channelstrip_meters read = {};
+  std::uint32_t has_news = 0;
+  channelstrip_strip_read_meters(strip_, &read, sizeof read, &has_news);
+  const auto show = [&](std::uint32_t meter, float level) {
+    held_[meter].see(static_cast<double>(level), fall_);
+    if (meters_[meter]) *meters_[meter] = held_[meter].decibels();
+  };
+  for (std::uint32_t c = 0; c < ports_.channels(); ++c) {
+    show(ports_.input_peak(c), read.input_peak[c]);
+    show(ports_.output_peak(c), read.output_peak[c]);
+  }
+  // The gain that would make up for a factor.
+  show(ports_.compressor_reduction(), 1 / (1 - read.compressor_reduction));
+  show(ports_.expander_reduction(), 1 / (1 - read.expander_reduction));
+}
+
+}  // namespace channelstrip::lv2

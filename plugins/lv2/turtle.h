@@ -1,0 +1,30 @@
+// The bundle's description in Turtle, made from the table of parameters.
+
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace channelstrip::lv2 {
+
+// A preset as its values: those of the ports, and the link maps as the plugins' state holds them.
+struct PluginPreset {
+  std::string symbol;  // "film_7.1"
+  std::string name;
+  std::vector<double> values;  // one per port parameter
+  std::string links;           // "" without any
+};
+
+// Throws std::runtime_error, in one line, for a file that isn't a preset or holds what ports can't.
+PluginPreset read_preset(const std::string& path);
+
+// The names of the files, in the bundle.
+std::string file_of(std::uint32_t format);
+inline constexpr char kPresetsFile[] = "presets.ttl";
+
+std::string manifest(const std::string& binary, const std::vector<PluginPreset>& presets);
+std::string description(std::uint32_t format);
+std::string descriptions(const std::vector<PluginPreset>& presets);
+
+}  // namespace channelstrip::lv2
