@@ -12,7 +12,7 @@
 namespace channelstrip::lv2 {
 namespace {
 
-constexpr std::uint32_t kBypass = 4;  // the parameter's id
+constexpr std::size_t kEnabled = kPortParameterCount;  // its place among the controls
 
 std::uint32_t channels_of(std::uint32_t format) {
   channelstrip_format info;
@@ -33,7 +33,7 @@ Instance::Instance(std::uint32_t format, double sample_rate, const LV2_URID_Map*
           ::operator new(channelstrip_strip_size(), std::align_val_t{kAlignment}))) {
   if (!settings_) throw std::bad_alloc();
   for (std::size_t i = 0; i < kPortParameterCount; ++i) ids_[i] = port_parameters()[i].id;
-  ids_.back() = kBypass;
+  channelstrip_parameter_find("bypass", &ids_[kEnabled]);
   seen_.fill(std::numeric_limits<float>::quiet_NaN());
   for (std::uint32_t m = 0; m < ports_.meter_count(); ++m) {
     held_[m] = m < ports_.compressor_reduction() ? HeldLevel(kLeastPeak, kGreatestPeak)
@@ -56,7 +56,7 @@ void Instance::connect(std::uint32_t port, void* data) {
   } else if (port == ports_.key()) {
     key_ = static_cast<const float*>(data);
   } else if (port == ports_.enabled()) {
-    controls_.back() = static_cast<const float*>(data);
+    controls_[kEnabled] = static_cast<const float*>(data);
   } else if (port == ports_.latency()) {
     latency_ = static_cast<float*>(data);
   } else if (port < ports_.first_parameter()) {
@@ -77,7 +77,7 @@ bool Instance::are_controls_known() {
     }
     is_row_known_ = true;
   }
-  return are_in_a_row_ && controls_.back() && *controls_.back() == seen_.back() &&
+  return are_in_a_row_ && controls_[kEnabled] && *controls_[kEnabled] == seen_[kEnabled] &&
          std::memcmp(controls_[0], seen_.data(), kPortParameterCount * sizeof(float)) == 0;
 }
 
@@ -100,8 +100,8 @@ std::uint32_t Instance::take_changes() {
     const float value = *controls_[i];
     if (value == seen_[i] || !std::isfinite(value)) continue;
     seen_[i] = value;
-    const bool is_bypass = ids_[i] == kBypass;
-    const double meant = is_bypass ? (value > 0 ? 0 : 1) : decimal_of(value);
+    const double bypass = value > 0 ? 0 : 1;
+    const double meant = i == kEnabled ? bypass : decimal_of(value);
     channelstrip_settings_set(settings_.get(), ids_[i], meant);
     events_[count++] = {.frame = 0, .id = ids_[i], .value = meant};
   }
@@ -115,20 +115,23 @@ void Instance::activate() {
   has_new_links_ = false;
 }
 
+// Hosts call it without frames to learn the latency.
 void Instance::run(std::uint32_t frames) {
+  if (frames > 0) process(frames);
+  write_meters(frames);
+}
+
+void Instance::process(std::uint32_t frames) {
   std::uint32_t changes = take_changes();
-  if (is_fresh_ && frames > 0) {
-    is_fresh_ = false;
+  if (is_fresh_) {
     // A host may connect its controls after the activation; they are no changes yet.
     if (changes > 0 || has_new_links_) start();
     changes = 0;
-    has_new_links_ = false;
-  }
-  if (has_new_links_) {
-    has_new_links_ = false;
-    changes = 0;
+  } else if (has_new_links_) {
     channelstrip_strip_set_settings(strip_, settings_.get());
+    changes = 0;
   }
+  is_fresh_ = has_new_links_ = false;
   const channelstrip_block block{.inputs = inputs_,
                                  .key = key_,
                                  .outputs = outputs_,
@@ -136,7 +139,6 @@ void Instance::run(std::uint32_t frames) {
                                  .event_count = changes,
                                  .events = events_.data()};
   channelstrip_strip_process(strip_, &block);
-  write_meters(frames);
 }
 
 void Instance::write_meters(std::uint32_t frames) {
@@ -146,8 +148,7 @@ void Instance::write_meters(std::uint32_t frames) {
     fall_ = HeldLevel::fall_in(frames / sample_rate_);
   }
   channelstrip_meters read = {};
-  std::uint32_t has_news = 0;
-  channelstrip_strip_read_meters(strip_, &read, sizeof read, &has_news);
+  channelstrip_strip_read_meters(strip_, &read, sizeof read, nullptr);
   const auto show = [&](std::uint32_t meter, float level) {
     held_[meter].see(static_cast<double>(level), fall_);
     if (meters_[meter]) *meters_[meter] = held_[meter].decibels();

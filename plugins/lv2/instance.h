@@ -53,6 +53,7 @@ class Instance {
   void start();
   bool are_controls_known();
   std::uint32_t take_changes();
+  void process(std::uint32_t frames);
   void write_meters(std::uint32_t frames);
 
   std::uint32_t format_;

@@ -106,6 +106,12 @@ std::string unit_of(std::string_view unit) {
       quoted(unit), quoted(fmt::format("%f {}", unit)));
 }
 
+// A choice's word as hosts show and read it out: "low_shelf" as "low shelf".
+std::string spoken(std::string word) {
+  std::ranges::replace(word, '_', ' ');
+  return word;
+}
+
 std::string group_symbol(std::string_view group) {
   std::string symbol;
   for (const char c : group) {
@@ -123,13 +129,16 @@ void add_parameter(PortList& ports, const channelstrip_parameter& p, const std::
   if (p.scale == CHANNELSTRIP_LOGARITHMIC && p.minimum > 0) {
     lines.emplace_back("lv2:portProperty pprops:logarithmic");
   }
+  if (p.kind == CHANNELSTRIP_NUMBER && p.step >= 1) {
+    lines.emplace_back("lv2:portProperty lv2:integer");
+  }
   if (p.kind == CHANNELSTRIP_SWITCH) lines.emplace_back("lv2:portProperty lv2:toggled");
   if (p.kind == CHANNELSTRIP_CHOICE) {
     lines.emplace_back("lv2:portProperty lv2:enumeration , lv2:integer");
     std::string points;
     for (std::uint32_t word = 0; word < p.word_count; ++word) {
       points += fmt::format("{} [ rdfs:label {} ; rdf:value {} ]", word == 0 ? "" : " ,",
-                            quoted(p.words[word]), word);
+                            quoted(spoken(p.words[word])), word);
     }
     lines.push_back("lv2:scalePoint" + points);
   }

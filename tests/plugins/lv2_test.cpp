@@ -147,6 +147,7 @@ TEST(Lv2Plugin, BeginsOnWhatItsControlsAreInTheFirstCall) {
   plugin.activate();
   plugin.run({nullptr}, nullptr, {nullptr}, 0);
   set_busy(plugin);
+  plugin.run({nullptr}, nullptr, {nullptr}, 0);
   EXPECT_EQ(plugin.play(input, {}, [] { return 64; }),
             expected(0, busy_settings().get(), input, {}));
 }
