@@ -20,8 +20,7 @@ Instance& instance_of(LV2_Handle handle) {
 // Null for what can't be had, as hosts expect.
 LV2_Handle instantiate(const LV2_Descriptor* descriptor, double sample_rate, const char* /*bundle*/,
                        const LV2_Feature* const* features) {
-  const auto* map =
-      static_cast<const LV2_URID_Map*>(lv2_features_data(features, LV2_URID__map));
+  const auto* map = static_cast<const LV2_URID_Map*>(lv2_features_data(features, LV2_URID__map));
   for (std::uint32_t format = 0; format < channelstrip_format_count(); ++format) {
     if (uri_of(format) != descriptor->URI) continue;
     try {
@@ -62,18 +61,18 @@ struct Descriptors {
   Descriptors() {
     for (std::uint32_t f = 0; f < channelstrip_format_count(); ++f) uris.push_back(uri_of(f));
     for (const std::string& uri : uris) {
-      all.push_back({.URI = uri.c_str(),
-                     .instantiate = instantiate,
-                     .connect_port = [](LV2_Handle handle, std::uint32_t port,
-                                        void* data) { instance_of(handle).connect(port, data); },
-                     .activate = [](LV2_Handle handle) { instance_of(handle).activate(); },
-                     .run = [](LV2_Handle handle,
-                               std::uint32_t frames) { instance_of(handle).run(frames); },
-                     .deactivate = nullptr,
-                     .cleanup = [](LV2_Handle handle) { delete &instance_of(handle); },
-                     .extension_data = [](const char* wanted) -> const void* {
-                       return std::string_view(wanted) == LV2_STATE__interface ? &kState : nullptr;
-                     }});
+      all.push_back(
+          {.URI = uri.c_str(),
+           .instantiate = instantiate,
+           .connect_port = [](LV2_Handle handle, std::uint32_t port,
+                              void* data) { instance_of(handle).connect(port, data); },
+           .activate = [](LV2_Handle handle) { instance_of(handle).activate(); },
+           .run = [](LV2_Handle handle, std::uint32_t frames) { instance_of(handle).run(frames); },
+           .deactivate = nullptr,
+           .cleanup = [](LV2_Handle handle) { delete &instance_of(handle); },
+           .extension_data = [](const char* wanted) -> const void* {
+             return std::string_view(wanted) == LV2_STATE__interface ? &kState : nullptr;
+           }});
     }
   }
 };

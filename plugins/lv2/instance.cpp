@@ -3,7 +3,6 @@
 #include <lv2/atom/atom.h>
 
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <stdexcept>
 
@@ -30,7 +29,7 @@ Instance::Instance(std::uint32_t format, double sample_rate, const LV2_URID_Map*
       ports_(channels_of(format)),
       settings_(channelstrip_settings_new()),
       memory_(static_cast<std::byte*>(
-          ::operator new(channelstrip_strip_size(), std::align_val_t{kAlignment}))) {
+          ::operator new (channelstrip_strip_size(), std::align_val_t{kAlignment}))) {
   if (!settings_) throw std::bad_alloc();
   for (std::size_t i = 0; i < kPortParameterCount; ++i) ids_[i] = port_parameters()[i].id;
   channelstrip_parameter_find("bypass", &ids_[kEnabled]);
@@ -67,8 +66,9 @@ void Instance::connect(std::uint32_t port, void* data) {
   }
 }
 
-// Whether all are what was seen. Many hosts keep a plugin's values side by side: then one comparison
-// tells, where looking at one after the other takes a tenth of a short call of a mono strip.
+// Whether all are what was seen. Many hosts keep a plugin's values side by side: then one
+// comparison tells, where looking at one after the other takes a tenth of a short call of a mono
+// strip.
 bool Instance::are_controls_known() {
   if (!is_row_known_) {
     are_in_a_row_ = controls_[0] != nullptr;
@@ -77,8 +77,12 @@ bool Instance::are_controls_known() {
     }
     is_row_known_ = true;
   }
-  return are_in_a_row_ && controls_[kEnabled] && *controls_[kEnabled] == seen_[kEnabled] &&
-         std::memcmp(controls_[0], seen_.data(), kPortParameterCount * sizeof(float)) == 0;
+  if (!are_in_a_row_ || !controls_[kEnabled] || *controls_[kEnabled] != seen_[kEnabled]) {
+    return false;
+  }
+  bool are_known = true;
+  for (std::size_t i = 0; i < kPortParameterCount; ++i) are_known &= controls_[0][i] == seen_[i];
+  return are_known;
 }
 
 // In the same memory, so that nothing is allocated.

@@ -42,7 +42,7 @@ class Instance {
   using Settings = std::unique_ptr<channelstrip_settings, FreeSettings>;
   struct FreeMemory {
     void operator()(std::byte* memory) const {
-      ::operator delete(memory, std::align_val_t{kAlignment});
+      ::operator delete (memory, std::align_val_t{kAlignment});
     }
   };
   static constexpr std::size_t kAlignment = 64;

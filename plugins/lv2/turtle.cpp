@@ -66,13 +66,20 @@ std::string symbol_of(std::string_view prefix, std::string_view role) {
   return symbol;
 }
 
-// What a channel is, in the vocabulary of port groups. A pair of surrounds stands at the sides where
-// there is something behind it, and behind the listener otherwise.
+// What a channel is, in the vocabulary of port groups. A pair of surrounds stands at the sides
+// where there is something behind it, and behind the listener otherwise.
 std::string designation(std::string_view role, bool has_rear) {
-  static const std::map<std::string_view, std::string_view> names{
-      {"M", "center"},   {"L", "left"},        {"R", "right"},      {"C", "center"},
-      {"Lb", "rearLeft"}, {"Rb", "rearRight"}, {"Cs", "rearCenter"}, {"S", "rearCenter"},
-      {"Ls", "rearLeft"}, {"Rs", "rearRight"}, {"LFE", "lowFrequencyEffects"}};
+  static const std::map<std::string_view, std::string_view> names{{"M", "center"},
+                                                                  {"L", "left"},
+                                                                  {"R", "right"},
+                                                                  {"C", "center"},
+                                                                  {"Lb", "rearLeft"},
+                                                                  {"Rb", "rearRight"},
+                                                                  {"Cs", "rearCenter"},
+                                                                  {"S", "rearCenter"},
+                                                                  {"Ls", "rearLeft"},
+                                                                  {"Rs", "rearRight"},
+                                                                  {"LFE", "lowFrequencyEffects"}};
   std::string_view name = names.at(role);
   if (has_rear && role == "Ls") name = "sideLeft";
   if (has_rear && role == "Rs") name = "sideRight";
@@ -148,8 +155,7 @@ void add_parameter(PortList& ports, const channelstrip_parameter& p, const std::
 void add_meter(PortList& ports, const std::string& symbol, const std::string& name, double least,
                double greatest) {
   ports.add("lv2:OutputPort , lv2:ControlPort", symbol, name,
-            {fmt::format("lv2:minimum {} ;\n    lv2:maximum {}", least, greatest),
-             unit_of("dB")});
+            {fmt::format("lv2:minimum {} ;\n    lv2:maximum {}", least, greatest), unit_of("dB")});
 }
 
 }  // namespace
@@ -184,12 +190,14 @@ std::string description(std::uint32_t format) {
               "@prefix rdf: <http://www.w3.org/1999/02/22-rdf-syntax-ns#> .\n");
   auto to = std::back_inserter(text);
 
-  fmt::format_to(to, "<{}>\n  a pg:InputGroup , {} ;\n  lv2:symbol \"in\" ;\n  lv2:name \"Input\" .\n\n",
-                 in, group_class(info.name));
-  fmt::format_to(to,
-                 "<{}>\n  a pg:OutputGroup , {} ;\n  lv2:symbol \"out\" ;\n  lv2:name \"Output\" ;\n"
-                 "  pg:source <{}> .\n\n",
-                 out, group_class(info.name), in);
+  fmt::format_to(
+      to, "<{}>\n  a pg:InputGroup , {} ;\n  lv2:symbol \"in\" ;\n  lv2:name \"Input\" .\n\n", in,
+      group_class(info.name));
+  fmt::format_to(
+      to,
+      "<{}>\n  a pg:OutputGroup , {} ;\n  lv2:symbol \"out\" ;\n  lv2:name \"Output\" ;\n"
+      "  pg:source <{}> .\n\n",
+      out, group_class(info.name), in);
   fmt::format_to(to,
                  "<{}>\n  a pg:InputGroup , pg:MonoGroup ;\n  lv2:symbol \"key\" ;\n"
                  "  lv2:name \"Key\" ;\n  pg:sideChainOf <{}> .\n\n",
@@ -222,8 +230,8 @@ std::string description(std::uint32_t format) {
 
   PortList ports;
   const auto add_audio = [&](std::string_view type, const std::string& symbol,
-                             const std::string& name, std::vector<std::string> lines) {
-    ports.add(fmt::format("lv2:{}Port , lv2:AudioPort", type), symbol, name, std::move(lines));
+                             const std::string& name, const std::vector<std::string>& lines) {
+    ports.add(fmt::format("lv2:{}Port , lv2:AudioPort", type), symbol, name, lines);
   };
   std::vector<std::string> roles;
   for (std::uint32_t c = 0; c < info.channels; ++c) {
@@ -246,7 +254,8 @@ std::string description(std::uint32_t format) {
   ports.add("lv2:OutputPort , lv2:ControlPort", "latency", "Latency",
             {range(0, 0, 0), "lv2:designation lv2:latency", "units:unit units:frame",
              "lv2:portProperty lv2:reportsLatency , lv2:integer , pprops:notOnGUI"});
-  for (const auto& [prefix, title] : {std::pair{"peak_in_", "Peak in"}, {"peak_out_", "Peak out"}}) {
+  for (const auto& [prefix, title] :
+       {std::pair{"peak_in_", "Peak in"}, {"peak_out_", "Peak out"}}) {
     for (const std::string& role : roles) {
       add_meter(ports, symbol_of(prefix, role), fmt::format("{} {}", title, role), kLeastPeak,
                 kGreatestPeak);

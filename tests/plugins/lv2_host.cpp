@@ -45,8 +45,7 @@ Lv2Instance::Lv2Instance(const Lv2Binary& binary, std::uint32_t format, double s
   controls_.resize(ports_.first_parameter() + lv2::kPortParameterCount);
   controls_[ports_.enabled()] = 1;
   for (std::uint32_t i = 0; i < lv2::kPortParameterCount; ++i) {
-    controls_[ports_.first_parameter() + i] =
-        static_cast<float>(lv2::port_parameters()[i].initial);
+    controls_[ports_.first_parameter() + i] = static_cast<float>(lv2::port_parameters()[i].initial);
   }
   connect_controls();
 }

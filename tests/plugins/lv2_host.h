@@ -6,6 +6,8 @@
 #include <lv2/state/state.h>
 #include <lv2/urid/urid.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -63,7 +65,9 @@ class Lv2Instance {
 
   // A control port's value, by the parameter's symbol or "enabled".
   float& control(const std::string& symbol);
-  float meter(std::uint32_t meter) const { return controls_[stride_ * (ports_.first_meter() + meter)]; }
+  float meter(std::uint32_t meter) const {
+    return controls_[stride_ * (ports_.first_meter() + meter)];
+  }
   float latency() const { return controls_[stride_ * ports_.latency()]; }
 
   void activate() { descriptor_->activate(handle_); }

@@ -39,13 +39,20 @@ struct Setting {
   const char* symbol;
   double value;
 };
-constexpr Setting kBusy[] = {{"eq1_on", 1},          {"eq1_frequency", 41.3},
-                             {"eq1_gain", 5.3},      {"eq1_q", 0.7071},
-                             {"eq4_on", 1},          {"eq4_frequency", 3300},
-                             {"eq4_gain", -4.2},     {"eq4_position", 1},
-                             {"compressor_on", 1},   {"compressor_threshold", -31.7},
-                             {"compressor_ratio", 3}, {"expander_on", 1},
-                             {"expander_threshold", -42}, {"gain_in", 1.1}};
+constexpr Setting kBusy[] = {{"eq1_on", 1},
+                             {"eq1_frequency", 41.3},
+                             {"eq1_gain", 5.3},
+                             {"eq1_q", 0.7071},
+                             {"eq4_on", 1},
+                             {"eq4_frequency", 3300},
+                             {"eq4_gain", -4.2},
+                             {"eq4_position", 1},
+                             {"compressor_on", 1},
+                             {"compressor_threshold", -31.7},
+                             {"compressor_ratio", 3},
+                             {"expander_on", 1},
+                             {"expander_threshold", -42},
+                             {"gain_in", 1.1}};
 
 struct FreeSettings {
   void operator()(channelstrip_settings* settings) const { channelstrip_settings_free(settings); }
@@ -88,12 +95,9 @@ Planar expected(std::uint32_t format, const channelstrip_settings* settings, con
     inputs.push_back(input[c].data());
     outputs.push_back(output[c].data());
   }
-  const channelstrip_block block{inputs.data(),
-                                 key.empty() ? nullptr : key.data(),
-                                 outputs.data(),
-                                 static_cast<std::uint32_t>(input[0].size()),
-                                 change ? 1u : 0u,
-                                 change};
+  const channelstrip_block block{inputs.data(),    key.empty() ? nullptr : key.data(),
+                                 outputs.data(),   static_cast<std::uint32_t>(input[0].size()),
+                                 change ? 1u : 0u, change};
   EXPECT_EQ(channelstrip_strip_process(strip.get(), &block), CHANNELSTRIP_OK);
   return output;
 }
@@ -133,7 +137,9 @@ TEST(Lv2Plugin, PlaysWhatAStripPlaysHoweverItIsCut) {
         plugin.control("key_enable") = keyed;
         plugin.activate();
         std::minstd_rand random(++seed);
-        EXPECT_EQ(plugin.play(input, key, [&] { return random() % 2049; }, in_place), output)
+        EXPECT_EQ(plugin.play(
+                      input, key, [&] { return random() % 2049; }, in_place),
+                  output)
             << info.name << (keyed ? ", keyed" : "") << (in_place ? ", in place" : "");
       }
     }
@@ -202,8 +208,7 @@ TEST(Lv2Plugin, IgnoresControlsThatAreNoNumbers) {
   int calls = 0;
   const Planar output = plugin.play(input, {}, [&] {
     plugin.control("eq4_gain") = ++calls % 2 ? std::nanf("") : -4.2f;
-    plugin.control("compressor_ratio") =
-        calls % 2 ? std::numeric_limits<float>::infinity() : 3.0f;
+    plugin.control("compressor_ratio") = calls % 2 ? std::numeric_limits<float>::infinity() : 3.0f;
     return 37;
   });
   EXPECT_EQ(output, expected(0, busy_settings().get(), input, {}));
@@ -216,7 +221,9 @@ TEST(Lv2Plugin, TakesAnyValueOfAnyControl) {
   const Planar input = noise(6, 64);
   for (int i = 0; i < 300; ++i) {
     for (const channelstrip_parameter& p : lv2::port_parameters()) {
-      if (random() % 8 == 0) plugin.control(p.symbol) = std::ldexp(static_cast<float>(random()) - 1e9f, -static_cast<int>(random() % 60));
+      if (random() % 8 == 0)
+        plugin.control(p.symbol) =
+            std::ldexp(static_cast<float>(random()) - 1e9f, -static_cast<int>(random() % 60));
     }
     for (const auto& channel : plugin.play(input, {}, [] { return 64; })) {
       for (const float x : channel) ASSERT_TRUE(std::isfinite(x));
@@ -246,8 +253,8 @@ TEST(Lv2Plugin, ShowsPeaksReductionsAndNoLatency) {
 }
 
 TEST(Lv2Plugin, RefusesSampleRatesThatNoStripHas) {
-  for (const double rate : {0.0, -48000.0, 999.0, 1000001.0, std::nan(""),
-                            std::numeric_limits<double>::infinity()}) {
+  for (const double rate :
+       {0.0, -48000.0, 999.0, 1000001.0, std::nan(""), std::numeric_limits<double>::infinity()}) {
     EXPECT_FALSE(Lv2Instance(binary(), 0, rate).is_there()) << rate;
   }
   for (const double rate : {1000.0, 8000.0, 768000.0}) {
