@@ -36,6 +36,7 @@ static void take_line(channelstrip_strip* strip, char* line) {
   uint32_t id = 0;
   double value = 0;
   *equals = '\0';
+  equals[1 + strcspn(equals + 1, "\n")] = '\0';
   line[strcspn(line, " ")] = '\0';
   if (channelstrip_parameter_find(line, &id) != CHANNELSTRIP_OK ||
       channelstrip_text_to_value(id, equals + 1, &value) != CHANNELSTRIP_OK) {
