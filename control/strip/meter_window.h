@@ -66,8 +66,8 @@ class MeterWindow {
   bool has_news_ = false;
   bool is_direct_ = true;
   bool is_in_place_ = false;
-  std::array<PeakLanes, kMostChannels> input_ =
-      {};  // in place, since the engine's meters were read
+  // In place, since the engine's meters were read.
+  std::array<PeakLanes, kMostChannels> input_ = {};
   std::array<float, kMostChannels> window_gain_ = {};
   LiveMeters meters_;
 };
