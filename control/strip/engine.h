@@ -83,10 +83,7 @@ class Engine {
   // Whether the peak of a channel is above full scale.
   bool has_been_over() const {
     bool over = false;
-    for (std::size_t p = 0; p < parts_.size(); ++p) {
-      const std::size_t channels = parts_[p].channels.size();
-      for (std::size_t i = channels; i < 2 * channels; ++i) over |= state_.meters[p][i] > 1;
-    }
+    for (std::size_t c = 0; c < channels_; ++c) over |= output_peak(c) > 1;
     return over;
   }
   float input_meter_gain() const { return dynamics_coefficients_.front().inputMeterGain; }

@@ -16,8 +16,6 @@ namespace {
 // of their input's peak, and the gains in, out and of the makeup multiply that by 1e11 at most.
 constexpr float kHarmless = 1e3f;
 
-constexpr float kInfinite = std::numeric_limits<float>::infinity();
-
 }  // namespace
 
 // Everything inlined: of a mono strip's short call every function takes a third of a percent.
@@ -29,42 +27,54 @@ constexpr float kInfinite = std::numeric_limits<float>::infinity();
       run_chunk(run_of(buffers, at, std::min(kChunk, samples - at)));
     }
   }
-  finish_run(buffers, samples);
+  finish_run(buffers.outputs, samples);
 }
 
 // Looks at the samples. The library reads its inputs as it goes and writes outputs in between, so
 // an output may only be the input of its own channel.
 bool LiveStrip::may_run_directly(const Buffers& buffers, std::size_t samples) {
+  const Sharing sharing = sharing_.of(buffers.inputs, buffers.key, buffers.outputs);
+  if (is_idle_ && is_metering_ && sharing == Sharing::kInputs) {
+    return may_run_in_place(buffers, samples);
+  }
   LoudLanes loud;
   if (buffers.key) loud.see(buffers.key, samples);
   for (std::size_t c = 0; c < channels_; ++c) loud.see(buffers.inputs[c], samples);
-  const bool is_clean = !loud.are_any() || are_finite(buffers, samples);
-  const Sharing sharing = sharing_.of(buffers.inputs, buffers.key, buffers.outputs);
+  const bool is_clean = !loud.are_any() || are_finite(peaks_of(buffers, samples));
   const bool is_direct = is_idle_ && is_clean && sharing != Sharing::kCrossed;
-  if (is_metering_) {
-    const bool is_in_place = is_direct && sharing == Sharing::kInputs;
-    // Where something may overflow, what comes out is repaired.
-    meters_.begin(is_direct && !may_overflow_, is_in_place, live_);
-    if (is_in_place) meter_inputs(buffers, samples);
-  }
+  if (is_metering_) begin_metering(is_direct, false);
   return is_direct;
 }
 
-void LiveStrip::meter_inputs(const Buffers& buffers, std::size_t samples) {
+// The library can't meter inputs that it overwrites, so that their peaks are found here.
+bool LiveStrip::may_run_in_place(const Buffers& buffers, std::size_t samples) {
+  const Peaks peaks = peaks_of(buffers, samples);
+  const bool is_clean = are_finite(peaks);
+  begin_metering(is_clean, true);
+  if (is_clean) meters_.see_inputs(peaks.inputs);
+  return is_clean;
+}
+
+// Where something may overflow, what comes out is repaired, and metered behind that.
+void LiveStrip::begin_metering(bool is_direct, bool is_in_place) {
+  meters_.begin(is_direct && !may_overflow_, is_direct && is_in_place, live_);
+}
+
+LiveStrip::Peaks LiveStrip::peaks_of(const Buffers& buffers, std::size_t samples) const {
+  Peaks peaks;
+  if (buffers.key) peaks.all.see(buffers.key, samples);
   for (std::size_t c = 0; c < channels_; ++c) {
-    PeakLanes lanes;
-    lanes.see(buffers.inputs[c], samples);
-    meters_.see_input(c, lanes);
+    peaks.inputs[c].see(buffers.inputs[c], samples);
+    peaks.all.see(peaks.inputs[c]);
   }
+  return peaks;
 }
 
 // Whether all inputs are numbers; notes whether they are great.
-bool LiveStrip::are_finite(const Buffers& buffers, std::size_t samples) {
-  PeakLanes all;
-  if (buffers.key) all.see(buffers.key, samples);
-  for (std::size_t c = 0; c < channels_; ++c) all.see(buffers.inputs[c], samples);
-  if (all.exceed(kHarmless)) may_overflow_ = true;
-  return all.peak() < kInfinite;  // false for NaN, too
+bool LiveStrip::are_finite(const Peaks& peaks) {
+  if (!peaks.all.exceed(kHarmless)) return true;
+  may_overflow_ = true;
+  return !peaks.all.exceed(std::numeric_limits<float>::max());
 }
 
 // A copy of the inputs goes through the input gain and the strip, or both strips of a cross-fade.
@@ -107,18 +117,18 @@ void LiveStrip::run_chunk(const Run& run) {
   }
 }
 
-void LiveStrip::finish_run(const Buffers& buffers, std::size_t samples) {
-  if (may_overflow_) repair(buffers, samples);
-  if (is_metering_) meters_.advance(buffers.outputs, samples, live_);
+void LiveStrip::finish_run(float* const* outputs, std::size_t samples) {
+  if (may_overflow_) repair(outputs, samples);
+  if (is_metering_) meters_.advance(outputs, samples, live_);
 }
 
-void LiveStrip::repair(const Buffers& buffers, std::size_t samples) {
+void LiveStrip::repair(float* const* outputs, std::size_t samples) {
   live_.repair();
   if (!fade_.is_done()) old_.repair();
   for (std::size_t c = 0; c < channels_; ++c) {
-    float* const output = buffers.outputs[c];
     std::replace_if(
-        output, output + samples, [](float sample) { return !std::isfinite(sample); }, 0.0f);
+        outputs[c], outputs[c] + samples, [](float sample) { return !std::isfinite(sample); },
+        0.0f);
   }
 }
 

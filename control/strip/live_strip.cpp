@@ -18,8 +18,8 @@ LiveStrip::LiveStrip(const EntryPoints& entry_points, const ChannelLayout& layou
                      double sample_rate, const StripSettings& settings, Searches searches,
                      std::size_t meter_window)
     : channels_(layout.labels.size()),
-      sharing_(channels_),
       meters_(channels_, meter_window),
+      sharing_(channels_),
       design_(settings, sample_rate, layout),
       live_(entry_points, *layout.format, design_.coefficients()),
       old_(live_),

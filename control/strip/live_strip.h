@@ -17,6 +17,7 @@
 #include "glide.h"
 #include "live_meters.h"
 #include "meter_window.h"
+#include "peak.h"
 #include "sharing.h"
 #include "strip_design.h"
 #include "strip_gains.h"
@@ -111,11 +112,19 @@ class LiveStrip {
   std::size_t process_part(const Buffers& call, std::size_t begin, std::size_t samples);
   void run(const Buffers& buffers, std::size_t samples);
   void run_chunk(const Run& run);
-  void finish_run(const Buffers& buffers, std::size_t samples);
+  void finish_run(float* const* outputs, std::size_t samples);
+  void repair(float* const* outputs, std::size_t samples);
+
+  // Of the inputs, and of the key along with them.
+  struct Peaks {
+    std::array<PeakLanes, kMostChannels> inputs;
+    PeakLanes all;
+  };
+  Peaks peaks_of(const Buffers& buffers, std::size_t samples) const;
+  bool are_finite(const Peaks& peaks);
   bool may_run_directly(const Buffers& buffers, std::size_t samples);
-  bool are_finite(const Buffers& buffers, std::size_t samples);
-  void meter_inputs(const Buffers& buffers, std::size_t samples);
-  void repair(const Buffers& buffers, std::size_t samples);
+  bool may_run_in_place(const Buffers& buffers, std::size_t samples);
+  void begin_metering(bool is_direct, bool is_in_place);
 
   std::size_t channels_;
   bool is_idle_ = false;       // nothing glides, fades, waits or is searched for
@@ -124,8 +133,8 @@ class LiveStrip {
   bool may_overflow_ = false;  // there was a sample so great that filters or gains may overflow
   bool pending_key_ = false;
   std::size_t pending_ = 0;  // samples of the unfinished block
-  BufferSharing sharing_;
   MeterWindow meters_;
+  BufferSharing sharing_;
   StripDesign design_;
   Engine live_;
 

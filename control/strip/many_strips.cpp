@@ -17,35 +17,36 @@ void LiveStrip::process_many(std::span<LiveStrip* const> strips, std::span<const
     for (std::size_t i = 0; i < strips.size(); ++i) strips[i]->process(buffers[i], frames);
     return;
   }
+  // Those that the library runs, and what it is called with.
+  std::array<LiveStrip*, kMostAtOnce> direct;
+  std::array<float* const*, kMostAtOnce> outputs;
   std::array<const SChannelStrip_Alg_Context*, kMostAtOnce> contexts;
-  std::array<bool, kMostAtOnce> is_direct;
+  std::array<Run, kMostAtOnce> runs;
   for (std::size_t at = 0; at < frames;) {
-    std::size_t samples = frames - at, direct = 0;
+    std::size_t samples = frames - at;
     for (LiveStrip* strip : strips) {
       strip->begin_block();
       samples = strip->until_step(samples);
     }
-    std::array<Run, kMostAtOnce> runs;  // where a part of the call runs
-    const auto of_strip = [&](std::size_t i) {
-      return samples == frames ? buffers[i] : buffers_of(runs[i]);
-    };
+    std::size_t count = 0;
     for (std::size_t i = 0; i < strips.size(); ++i) {
       LiveStrip& strip = *strips[i];
-      if (samples != frames) runs[i] = strip.run_of(buffers[i], at, samples);
-      const Buffers its = of_strip(i);
-      is_direct[i] =
-          strip.is_idle_ && strip.live_.is_single() && strip.may_run_directly(its, samples);
-      if (is_direct[i]) {
-        strip.live_.prepare(its.inputs, its.key, its.outputs, samples);
-        contexts[direct++] = strip.live_.context();
-      } else {
-        strip.run(its, samples);
+      Buffers part = buffers[i];
+      if (samples != frames) {
+        runs[i] = strip.run_of(part, at, samples);
+        part = buffers_of(runs[i]);
       }
+      if (!strip.is_idle_ || !strip.live_.is_single() || !strip.may_run_directly(part, samples)) {
+        strip.run(part, samples);
+        continue;
+      }
+      strip.live_.prepare(part.inputs, part.key, part.outputs, samples);
+      contexts[count] = strip.live_.context();
+      outputs[count] = part.outputs;
+      direct[count++] = &strip;
     }
-    strips.front()->live_.entry_point()(contexts.data(), contexts.data() + direct);
-    for (std::size_t i = 0; i < strips.size(); ++i) {
-      if (is_direct[i]) strips[i]->finish_run(of_strip(i), samples);
-    }
+    strips.front()->live_.entry_point()(contexts.data(), contexts.data() + count);
+    for (std::size_t i = 0; i < count; ++i) direct[i]->finish_run(outputs[i], samples);
     at += samples;
   }
 }

@@ -23,7 +23,9 @@ class MeterWindow {
   bool has_news() const { return has_news_; }
 
   // In place, the inputs before the run.
-  void see_input(std::size_t channel, const PeakLanes& samples) { input_[channel].see(samples); }
+  void see_inputs(const std::array<PeakLanes, kMostChannels>& inputs) {
+    for (std::size_t c = 0; c < channels_; ++c) input_[c].see(inputs[c]);
+  }
   void see_not_finite() { ++meters_.not_finite; }
 
   // Before a run of the engine: whether its outputs are the strip's (direct) or go on from there,

@@ -26,12 +26,11 @@ class BufferSharing {
   Sharing of(const float* const* inputs, const float* key, float* const* outputs) {
     bool is_known = key == key_;
     for (std::size_t c = 0; c < channels_; ++c) {
-      is_known &= inputs[c] == inputs_[c] && outputs[c] == outputs_[c];
+      is_known &= inputs[c] == buffers_[c].input && outputs[c] == buffers_[c].output;
     }
     if (is_known) return sharing_;
     key_ = key;
-    std::copy_n(inputs, channels_, inputs_.begin());
-    std::copy_n(outputs, channels_, outputs_.begin());
+    for (std::size_t c = 0; c < channels_; ++c) buffers_[c] = {inputs[c], outputs[c]};
     return sharing_ = found();
   }
 
@@ -39,9 +38,9 @@ class BufferSharing {
   Sharing found() const {
     Sharing sharing = Sharing::kNothing;
     for (std::size_t c = 0; c < channels_; ++c) {
-      if (outputs_[c] == key_) return Sharing::kCrossed;
+      if (buffers_[c].output == key_) return Sharing::kCrossed;
       for (std::size_t i = 0; i < channels_; ++i) {
-        if (outputs_[c] != inputs_[i]) continue;
+        if (buffers_[c].output != buffers_[i].input) continue;
         if (i != c) return Sharing::kCrossed;
         sharing = Sharing::kInputs;
       }
@@ -49,10 +48,15 @@ class BufferSharing {
     return sharing;
   }
 
+  struct Buffers {
+    const float* input;
+    const float* output;
+  };
+
   std::size_t channels_;
   Sharing sharing_ = Sharing::kCrossed;
   const float* key_ = nullptr;
-  std::array<const float*, kMostChannels> inputs_ = {}, outputs_ = {};
+  std::array<Buffers, kMostChannels> buffers_ = {};
 };
 
 }  // namespace channelstrip::host
