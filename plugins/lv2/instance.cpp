@@ -27,10 +27,7 @@ Instance::Instance(std::uint32_t format, double sample_rate, const LV2_URID_Map*
     : format_(format),
       sample_rate_(sample_rate),
       ports_(channels_of(format)),
-      settings_(channelstrip_settings_new()),
-      memory_(static_cast<std::byte*>(
-          ::operator new (channelstrip_strip_size(), std::align_val_t{kAlignment}))) {
-  if (!settings_) throw std::bad_alloc();
+      settings_(plugins::new_settings()) {
   for (std::size_t i = 0; i < kPortParameterCount; ++i) ids_[i] = port_parameters()[i].id;
   channelstrip_parameter_find("bypass", &ids_[kEnabled]);
   seen_.fill(std::numeric_limits<float>::quiet_NaN());
@@ -87,11 +84,10 @@ bool Instance::are_controls_known() {
 
 // In the same memory, so that nothing is allocated.
 void Instance::start() {
-  const channelstrip_strip_options options{.format = format_,
-                                           .order = CHANNELSTRIP_ORDER_WAV,
-                                           .sample_rate = sample_rate_,
-                                           .settings = settings_.get()};
-  channelstrip_strip_init(memory_.get(), channelstrip_strip_size(), &options, &strip_);
+  strip_ = place_.start({.format = format_,
+                         .order = CHANNELSTRIP_ORDER_WAV,
+                         .sample_rate = sample_rate_,
+                         .settings = settings_.get()});
 }
 
 // Looks at the control ports; what has changed goes into the settings and the events, of which it

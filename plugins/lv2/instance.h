@@ -7,16 +7,16 @@
 #include <lv2/urid/urid.h>
 
 #include <array>
-#include <cstddef>
 #include <cstdint>
-#include <memory>
-#include <new>
-#include <vector>
 
-#include "held_level.h"
+#include "../held_level.h"
+#include "../owned.h"
 #include "ports.h"
 
 namespace channelstrip::lv2 {
+
+using plugins::HeldLevel;
+using plugins::Settings;
 
 // The host's rules say which calls may run beside which: run() and connect() on the audio thread,
 // all others while neither runs.
@@ -36,17 +36,6 @@ class Instance {
   LV2_State_Status restore(LV2_State_Retrieve_Function retrieve, LV2_State_Handle state);
 
  private:
-  struct FreeSettings {
-    void operator()(channelstrip_settings* settings) const { channelstrip_settings_free(settings); }
-  };
-  using Settings = std::unique_ptr<channelstrip_settings, FreeSettings>;
-  struct FreeMemory {
-    void operator()(std::byte* memory) const {
-      ::operator delete (memory, std::align_val_t{kAlignment});
-    }
-  };
-  static constexpr std::size_t kAlignment = 64;
-
   // The parameters and, in the last place, `enabled`.
   static constexpr std::size_t kControlCount = kPortParameterCount + 1;
 
@@ -70,8 +59,8 @@ class Instance {
   std::array<float, kControlCount> seen_;  // what the controls were; NaN before the first look
   std::array<channelstrip_event, kControlCount> events_;
   Settings settings_;  // what the controls say, and the link maps
-  std::unique_ptr<std::byte, FreeMemory> memory_;
-  channelstrip_strip* strip_ = nullptr;  // in it
+  plugins::StripPlace place_;
+  channelstrip_strip* strip_ = nullptr;  // there
   bool is_fresh_ = true;                 // nothing has run since the activation
   bool has_new_links_ = false;
 

@@ -30,8 +30,7 @@ void copy_links(channelstrip_settings* to, const channelstrip_settings* from) {
 
 LV2_State_Status Instance::save(LV2_State_Store_Function store, LV2_State_Handle state) const {
   if (links_ == 0) return LV2_STATE_ERR_NO_FEATURE;
-  const Settings links(channelstrip_settings_new());
-  if (!links) return LV2_STATE_ERR_UNKNOWN;
+  const Settings links = plugins::new_settings();
   copy_links(links.get(), settings_.get());
   std::size_t length = 0;
   channelstrip_settings_write(links.get(), nullptr, 0, &length);
@@ -44,8 +43,7 @@ LV2_State_Status Instance::save(LV2_State_Store_Function store, LV2_State_Handle
 // A state without link maps means none.
 LV2_State_Status Instance::restore(LV2_State_Retrieve_Function retrieve, LV2_State_Handle state) {
   if (links_ == 0) return LV2_STATE_ERR_NO_FEATURE;
-  const Settings links(channelstrip_settings_new());
-  if (!links) return LV2_STATE_ERR_UNKNOWN;
+  const Settings links = plugins::new_settings();
   std::size_t size = 0;
   std::uint32_t type = 0, flags = 0;
   if (const void* stored = retrieve(state, links_, &size, &type, &flags)) {

@@ -1,4 +1,4 @@
-#include "plugins/lv2/held_level.h"
+#include "plugins/held_level.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 namespace channelstrip::test::held_level_test {
 namespace {
 
-using lv2::HeldLevel;
+using plugins::HeldLevel;
 
 TEST(HeldLevel, RisesAtOnceAndFallsBy20DecibelsIn1700Milliseconds) {
   HeldLevel level(-120, 24);

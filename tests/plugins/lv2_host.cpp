@@ -7,16 +7,6 @@
 #include <string_view>
 
 namespace channelstrip::test {
-namespace {
-
-std::uint32_t channels_of(std::uint32_t format) {
-  channelstrip_format info;
-  channelstrip_format_info(format, &info, sizeof info);
-  return info.channels;
-}
-
-}  // namespace
-
 Lv2Binary::Lv2Binary(const char* path) : handle_(dlopen(path, RTLD_NOW | RTLD_LOCAL)) {
   if (!handle_) throw std::runtime_error(dlerror());
   find_ = reinterpret_cast<LV2_Descriptor_Function>(dlsym(handle_, "lv2_descriptor"));

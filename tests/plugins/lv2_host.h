@@ -15,10 +15,9 @@
 #include <vector>
 
 #include "plugins/lv2/ports.h"
+#include "strips.h"
 
 namespace channelstrip::test {
-
-using Planar = std::vector<std::vector<float>>;
 
 // What is in the bundle's binary, loaded while this lives.
 class Lv2Binary {

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace channelstrip::lv2 {
+namespace channelstrip::plugins {
 
 // Falls by 20 dB in 1.7 s, as a peak meter of type I does (IEC 60268-10), between two limits.
 class HeldLevel {
@@ -46,4 +46,4 @@ class HeldLevel {
   double linear_ = 1, decibels_ = 0;  // the same
 };
 
-}  // namespace channelstrip::lv2
+}  // namespace channelstrip::plugins

@@ -1,0 +1,159 @@
+// What an instance does on the audio thread.
+
+#include <clap/events.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "formats.h"
+#include "instance.h"
+
+namespace channelstrip::clap {
+namespace {
+
+// A parameter's change, or nothing for an event that is something else, names no parameter or
+// isn't a number. Its frame is the call's.
+std::optional<channelstrip_event> change_of(const clap_event_header_t* header) {
+  if (!header || header->space_id != CLAP_CORE_EVENT_SPACE_ID ||
+      header->type != CLAP_EVENT_PARAM_VALUE) {
+    return std::nullopt;
+  }
+  const auto& event = *reinterpret_cast<const clap_event_param_value_t*>(header);
+  if (!is_parameter(event.param_id) || !std::isfinite(event.value)) return std::nullopt;
+  return channelstrip_event{.frame = header->time, .id = event.param_id, .value = event.value};
+}
+
+bool has_channels(const clap_audio_buffer_t& buffer, std::uint32_t channels) {
+  return buffer.data32 && buffer.channel_count == channels &&
+         std::all_of(buffer.data32, buffer.data32 + channels, [](float* data) { return data; });
+}
+
+}  // namespace
+
+void Instance::reset() {
+  channelstrip_strip_reset(strip_);
+  is_fresh_ = true;
+}
+
+std::optional<Instance::Audio> Instance::audio_of(const clap_process_t& call) const {
+  if (call.audio_inputs_count <= kMainPort || call.audio_outputs_count <= kMainPort) {
+    return std::nullopt;
+  }
+  const clap_audio_buffer_t& input = call.audio_inputs[kMainPort];
+  const clap_audio_buffer_t& output = call.audio_outputs[kMainPort];
+  const std::uint32_t channels = channels_of(format_);
+  if (!has_channels(input, channels) || !has_channels(output, channels)) return std::nullopt;
+  Audio audio{};
+  std::copy_n(input.data32, channels, audio.inputs.begin());
+  std::copy_n(output.data32, channels, audio.outputs.begin());
+  if (call.audio_inputs_count > kKeyPort && has_channels(call.audio_inputs[kKeyPort], 1)) {
+    audio.key = call.audio_inputs[kKeyPort].data32[0];
+  }
+  return audio;
+}
+
+// Processes a part of the call, with the events that wait.
+void Instance::run(const Audio& audio, std::uint32_t begin, std::uint32_t end) {
+  Audio part = audio;
+  for (std::uint32_t c = 0; c < CHANNELSTRIP_MOST_CHANNELS && audio.inputs[c]; ++c) {
+    part.inputs[c] += begin;
+    part.outputs[c] += begin;
+  }
+  const channelstrip_block block{.inputs = part.inputs.data(),
+                                 .key = audio.key ? audio.key + begin : nullptr,
+                                 .outputs = part.outputs.data(),
+                                 .frames = end - begin,
+                                 .event_count = event_count_,
+                                 .events = events_.data()};
+  channelstrip_strip_process(strip_, &block);
+  event_count_ = 0;
+}
+
+// Before the first frame events are no changes: the strip starts on them, without a glide.
+void Instance::start_on(const clap_input_events_t& events) {
+  const std::uint32_t count = events.size(&events);
+  for (std::uint32_t i = 0; i < count; ++i) {
+    const clap_event_header_t* header = events.get(&events, i);
+    if (header && header->time > 0) break;
+    if (const auto change = change_of(header)) events_[event_count_++] = *change;
+    if (event_count_ == events_.size()) run({}, 0, 0);
+  }
+  run({}, 0, 0);
+  channelstrip_strip_reset(strip_);
+}
+
+clap_process_status Instance::process(const clap_process_t& call) {
+  const auto audio = audio_of(call);
+  if (!strip_ || !audio) return CLAP_PROCESS_ERROR;
+  if (call.in_events && is_fresh_) start_on(*call.in_events);
+  if (call.frames_count > 0) is_fresh_ = false;
+  std::uint32_t begin = 0, last = 0;
+  const std::uint32_t count = call.in_events ? call.in_events->size(call.in_events) : 0;
+  for (std::uint32_t i = 0; i < count; ++i) {
+    auto change = change_of(call.in_events->get(call.in_events, i));
+    if (!change) continue;
+    last = std::clamp(change->frame, last, std::max(last, call.frames_count));
+    if (event_count_ == events_.size()) {
+      run(*audio, begin, last);
+      begin = last;
+    }
+    change->frame = last - begin;
+    events_[event_count_++] = *change;
+  }
+  run(*audio, begin, call.frames_count);
+  call.audio_outputs[kMainPort].constant_mask = 0;
+  show_meters(call);
+  return CLAP_PROCESS_CONTINUE_IF_NOT_QUIET;
+}
+
+void Instance::flush(const clap_input_events_t* events) {
+  const std::uint32_t count = events ? events->size(events) : 0;
+  for (std::uint32_t i = 0; i < count; ++i) {
+    auto change = change_of(events->get(events, i));
+    if (!change) continue;
+    if (!strip_) {
+      channelstrip_settings_set(settings_.get(), change->id, change->value);
+      continue;
+    }
+    change->frame = 0;
+    events_[event_count_++] = *change;
+    if (event_count_ == events_.size()) run({}, 0, 0);
+  }
+  if (!strip_) return;
+  run({}, 0, 0);
+  if (is_fresh_) channelstrip_strip_reset(strip_);
+}
+
+void Instance::show_meters(const clap_process_t& call) {
+  channelstrip_meters read = {};
+  channelstrip_strip_read_meters(strip_, &read, sizeof read, nullptr);
+  std::array<float, kMeterCount> levels{};
+  for (std::uint32_t c = 0; c < channels_of(format_); ++c) {
+    levels[kInputPeak] = std::max(levels[kInputPeak], read.input_peak[c]);
+    levels[kOutputPeak] = std::max(levels[kOutputPeak], read.output_peak[c]);
+  }
+  // The gain that would make up for a factor.
+  levels[kCompressorReduction] = 1 / (1 - read.compressor_reduction);
+  levels[kExpanderReduction] = 1 / (1 - read.expander_reduction);
+  const auto fall = plugins::HeldLevel::fall_in(call.frames_count / sample_rate_);
+  for (std::size_t m = 0; m < kMeterCount; ++m) {
+    held_[m].see(static_cast<double>(levels[m]), fall);
+    const float shown = std::round(10 * held_[m].decibels()) / 10;
+    if (shown_[m].exchange(shown, std::memory_order_relaxed) == shown || !call.out_events) continue;
+    const clap_event_param_value_t event{.header = {.size = sizeof event,
+                                                    .time = 0,
+                                                    .space_id = CLAP_CORE_EVENT_SPACE_ID,
+                                                    .type = CLAP_EVENT_PARAM_VALUE,
+                                                    .flags = CLAP_EVENT_DONT_RECORD},
+                                         .param_id = id_of(static_cast<Meter>(m)),
+                                         .cookie = nullptr,
+                                         .note_id = -1,
+                                         .port_index = -1,
+                                         .channel = -1,
+                                         .key = -1,
+                                         .value = static_cast<double>(shown)};
+    call.out_events->try_push(call.out_events, &event.header);
+  }
+}
+
+}  // namespace channelstrip::clap

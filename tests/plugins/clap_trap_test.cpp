@@ -1,0 +1,65 @@
+// A CLAP plugin's calls on the audio thread neither allocate, lock nor throw.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+#include "clap_host.h"
+#include "tests/control/realtime/trap.h"
+
+namespace channelstrip::test::clap_trap_test {
+namespace {
+
+const ClapBinary& binary() {
+  static const ClapBinary loaded(CHANNELSTRIP_CLAP);
+  return loaded;
+}
+
+TEST(ClapTrap, SeesWhatAPluginAllocates) {
+  binary();
+  const Trapped counted = trapped([] { const ClapInstance instance(binary()); });
+  EXPECT_GT(counted.allocations, 0);
+}
+
+TEST(ClapPlugin, RunsWithoutAllocationLockOrException) {
+  std::minstd_rand drawn(1);
+  const auto random = [&drawn] { return static_cast<std::uint32_t>(drawn()); };
+  for (std::uint32_t format = 0; format < channelstrip_format_count(); ++format) {
+    ClapInstance instance(binary());
+    ASSERT_TRUE(instance.select(format));
+    const std::uint32_t channels = channels_of(format);
+    Planar audio(channels + 1, std::vector<float>(2048, 0.25f));
+    std::vector<const float*> inputs;
+    std::vector<float*> outputs;
+    for (std::uint32_t c = 0; c < channels; ++c) {
+      inputs.push_back(audio[c].data());
+      outputs.push_back(audio[c].data());
+    }
+    instance.activate();
+    for (int call = 0; call < 400; ++call) {
+      const auto frames = random() % 2049;
+      ClapEvents events;
+      const std::size_t count = call % 100 == 7 ? 3000 : random() % 20;
+      for (std::size_t i = 0; i < count; ++i) {
+        channelstrip_parameter p{};
+        channelstrip_parameter_info(random() % channelstrip_parameter_count(), &p, sizeof p);
+        const double share = static_cast<double>(random() % 1001) / 1000;
+        const double value = p.minimum + share * (p.maximum - p.minimum);
+        events.set(random() % (frames + 1), p.id, i % 50 == 49 ? std::nan("") : value);
+      }
+      if (call % 50 == 30) audio[0][3] = std::nanf("");
+      if (call % 100 == 99) instance.load(*instance.save());
+      const float* key = call % 3 == 0 ? audio[channels].data() : nullptr;
+      const Trapped counted = trapped([&] {
+        if (call % 40 == 3) instance.plugin()->reset(instance.plugin());
+        if (call % 10 == 5) instance.flush(events);
+        instance.process(inputs, key, outputs, frames, events.list());
+      });
+      ASSERT_EQ(counted, Trapped{}) << format << ", call " << call;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace channelstrip::test::clap_trap_test
