@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
 #include <random>
+#include <sstream>
 #include <string>
 
 #include "clap_host.h"
@@ -72,6 +75,30 @@ TEST(ClapState, MayBeAPreset) {
   EXPECT_TRUE(instance.load("[compressor]\nthreshold = -20\nratio = 4\n[future]\nkey = 1\n"));
   EXPECT_EQ(instance.value("compressor_threshold"), -20);
   EXPECT_EQ(instance.value("compressor_on"), 1);
+}
+
+TEST(ClapState, OfEveryPresetPlaysWhatAStripPlaysWithIt) {
+  const std::uint32_t format = format_of("5.1");
+  const Planar input = noise(6, 4800);
+  const std::vector<float> key = noise(1, 4800)[0];
+  int presets = 0;
+  for (const auto& entry :
+       std::filesystem::directory_iterator(CHANNELSTRIP_SOURCE_DIR "/presets")) {
+    std::ostringstream preset;
+    preset << std::ifstream(entry.path()).rdbuf();
+    const Settings settings(channelstrip_settings_new());
+    ASSERT_EQ(channelstrip_settings_read(settings.get(), preset.str().data(), preset.str().size(),
+                                         nullptr, nullptr),
+              CHANNELSTRIP_OK);
+    ClapInstance instance(binary());
+    ASSERT_TRUE(instance.select(format));
+    ASSERT_TRUE(instance.load(preset.str()));
+    instance.activate();
+    EXPECT_EQ(instance.play(input, key, kCalls), expected(format, settings.get(), input, key))
+        << entry.path();
+    ++presets;
+  }
+  EXPECT_EQ(presets, 16);
 }
 
 TEST(ClapState, HoldsLinkMapsWhichAreHeard) {
