@@ -16,9 +16,13 @@ ClapBinary::ClapBinary(const char* path) : handle_(dlopen(path, RTLD_NOW | RTLD_
   if (!entry_ || !entry_->init(path)) throw std::runtime_error("no clap_entry");
 }
 
+ClapBinary::ClapBinary(const clap_plugin_entry_t& entry) : entry_(&entry) {
+  if (!entry_->init("")) throw std::runtime_error("no plugins");
+}
+
 ClapBinary::~ClapBinary() {
   entry_->deinit();
-  dlclose(handle_);
+  if (handle_) dlclose(handle_);
 }
 
 const clap_plugin_factory_t& ClapBinary::factory() const {
@@ -127,7 +131,7 @@ void ClapInstance::set_busy() {
 
 namespace {
 
-struct Bytes {
+struct StateBytes {
   std::string bytes;
   std::size_t chunk, at = 0;
 };
@@ -135,10 +139,10 @@ struct Bytes {
 }  // namespace
 
 std::optional<std::string> ClapInstance::save(std::size_t chunk) const {
-  Bytes to{"", chunk};
+  StateBytes to{"", chunk};
   const clap_ostream_t stream{
       .ctx = &to, .write = [](const clap_ostream_t* s, const void* data, std::uint64_t size) {
-        auto& written = *static_cast<Bytes*>(s->ctx);
+        auto& written = *static_cast<StateBytes*>(s->ctx);
         const std::size_t length = std::min<std::size_t>(size, written.chunk);
         written.bytes.append(static_cast<const char*>(data), length);
         return length > 0 ? static_cast<std::int64_t>(length) : std::int64_t{-1};
@@ -148,10 +152,10 @@ std::optional<std::string> ClapInstance::save(std::size_t chunk) const {
 }
 
 bool ClapInstance::load(const std::string& state, std::size_t chunk) const {
-  Bytes from{state, chunk};
+  StateBytes from{state, chunk};
   const clap_istream_t stream{
       .ctx = &from, .read = [](const clap_istream_t* s, void* data, std::uint64_t size) {
-        auto& read = *static_cast<Bytes*>(s->ctx);
+        auto& read = *static_cast<StateBytes*>(s->ctx);
         if (read.chunk == 0) return std::int64_t{-1};
         const std::size_t length =
             std::min({static_cast<std::size_t>(size), read.chunk, read.bytes.size() - read.at});

@@ -20,10 +20,11 @@
 
 namespace channelstrip::test {
 
-// A binary, loaded and initialised while this lives.
+// A binary, loaded and initialised while this lives, or the entry of one that is there.
 class ClapBinary {
  public:
   explicit ClapBinary(const char* path);
+  explicit ClapBinary(const clap_plugin_entry_t& entry);
   ClapBinary(const ClapBinary&) = delete;
   ClapBinary& operator=(const ClapBinary&) = delete;
   ~ClapBinary();
@@ -32,7 +33,7 @@ class ClapBinary {
   const clap_plugin_factory_t& factory() const;
 
  private:
-  void* handle_;
+  void* handle_ = nullptr;
   const clap_plugin_entry_t* entry_;
 };
 

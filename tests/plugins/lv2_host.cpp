@@ -14,7 +14,7 @@ Lv2Binary::Lv2Binary(const char* path) : handle_(dlopen(path, RTLD_NOW | RTLD_LO
 }
 
 Lv2Binary::~Lv2Binary() {
-  dlclose(handle_);
+  if (handle_) dlclose(handle_);
 }
 
 std::uint32_t Lv2Instance::urid(const char* uri) {

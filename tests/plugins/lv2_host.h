@@ -19,10 +19,11 @@
 
 namespace channelstrip::test {
 
-// What is in the bundle's binary, loaded while this lives.
+// What is in the bundle's binary, loaded while this lives, or in one that is there.
 class Lv2Binary {
  public:
   explicit Lv2Binary(const char* path);
+  explicit Lv2Binary(LV2_Descriptor_Function find) : find_(find) {}
   Lv2Binary(const Lv2Binary&) = delete;
   Lv2Binary& operator=(const Lv2Binary&) = delete;
   ~Lv2Binary();
@@ -31,7 +32,7 @@ class Lv2Binary {
   const LV2_Descriptor* descriptor(std::uint32_t index) const { return find_(index); }
 
  private:
-  void* handle_;
+  void* handle_ = nullptr;
   LV2_Descriptor_Function find_;
 };
 

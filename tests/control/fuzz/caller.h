@@ -8,22 +8,14 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "buffers.h"
 #include "choices.h"
+#include "fault.h"
 
 namespace channelstrip::test {
-
-struct Fault : std::runtime_error {
-  using runtime_error::runtime_error;
-};
-
-inline void demand(bool holds, const char* what) {
-  if (!holds) throw Fault(what);
-}
 
 class Caller {
  public:
