@@ -18,6 +18,7 @@
 #include <string_view>
 #include <vector>
 
+#include "busy_values.h"
 #include "turns.h"
 
 namespace channelstrip::bench {
@@ -29,27 +30,6 @@ constexpr double kRate = 48000;
 constexpr std::size_t kProgramme = 8192;  // frames of a turn
 constexpr std::size_t kMostFrames = 512;  // of a call
 constexpr int kTurns = 201;
-
-void set(Values& values, std::string_view symbol, double value) {
-  values.of[*index_of(symbol)] = value;
-}
-
-// Eight bands, four of them behind the dynamics, a compressor with a soft knee and a gate.
-Values busy_values() {
-  Values values;
-  for (std::size_t band = 0; band < kBandCount; ++band) {
-    const std::size_t group = kFirstBandGroup + band;
-    values.of[*index_of(group, "on")] = 1;
-    values.of[*index_of(group, "frequency")] = 250.0 * static_cast<double>(band + 1);
-    values.of[*index_of(group, "gain")] = 3;
-    values.of[*index_of(group, "position")] = band < 4 ? 0 : 1;
-  }
-  set(values, "compressor_on", 1);
-  set(values, "expander_on", 1);
-  set(values, "expander_gate", 1);
-  set(values, "key_filter_on", 1);
-  return values;
-}
 
 enum class Buffers { kApart, kInPlace };
 

@@ -17,11 +17,12 @@ std::uint32_t usual_format() {
 }  // namespace
 
 Instance::Instance(const clap_host_t* host)
-    : host_(host), format_(usual_format()), settings_(plugins::new_settings()) {
+    : host_(host),
+      format_(usual_format()),
+      channels_(channels_of(format_)),
+      settings_(plugins::new_settings()) {
   for (std::size_t m = 0; m < kMeterCount; ++m) {
-    const auto meter = static_cast<Meter>(m);
-    shown_[m] = static_cast<float>(least_of(meter));
-    held_[m] = {least_of(meter), meter < kCompressorReduction ? kGreatestPeak : kGreatestReduction};
+    shown_[m] = static_cast<float>(least_of(static_cast<Meter>(m)));
   }
   is_parameter(0);  // finds the ids, here and not on the audio thread
 }
@@ -29,6 +30,7 @@ Instance::Instance(const clap_host_t* host)
 bool Instance::select(std::uint32_t format) {
   if (strip_ || format >= channelstrip_format_count()) return false;
   format_ = format;
+  channels_ = channels_of(format);
   return true;
 }
 
@@ -38,6 +40,7 @@ bool Instance::activate(double sample_rate) {
                          .sample_rate = sample_rate,
                          .settings = settings_.get()});
   sample_rate_ = sample_rate;
+  held_ = {channels_, sample_rate};
   is_fresh_ = true;
   return strip_ != nullptr;
 }

@@ -11,7 +11,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "../held_level.h"
+#include "../held_meters.h"
 #include "../owned.h"
 #include "parameters.h"
 
@@ -46,21 +46,21 @@ class Instance {
   bool load(const clap_istream_t& stream);
 
  private:
-  // Of one call. Its arrays' elements beyond the format's channels are null.
+  // Of one call: the host's buffers, one per channel.
   struct Audio {
-    std::array<const float*, CHANNELSTRIP_MOST_CHANNELS> inputs;
-    std::array<float*, CHANNELSTRIP_MOST_CHANNELS> outputs;
+    const float* const* inputs;
     const float* key;
+    float* const* outputs;
   };
 
   void update_settings();
   std::optional<Audio> audio_of(const clap_process_t& call) const;
   void run(const Audio& audio, std::uint32_t begin, std::uint32_t end);
   void start_on(const clap_input_events_t& events);
-  void show_meters(const clap_process_t& call);
+  void show_meters(const clap_output_events_t* events);
 
   const clap_host_t* host_;
-  std::uint32_t format_;
+  std::uint32_t format_, channels_;
   double sample_rate_ = 0;
   plugins::Settings settings_;  // the main thread's
   plugins::StripPlace place_;
@@ -70,7 +70,7 @@ class Instance {
   std::array<channelstrip_event, 1024> events_;
   std::uint32_t event_count_ = 0;
   bool is_fresh_ = true;  // no frame has been processed since the activation or a reset
-  std::array<plugins::HeldLevel, kMeterCount> held_;
+  plugins::HeldMeters held_;
   std::array<std::atomic<float>, kMeterCount> shown_;  // dB, to a tenth
 };
 

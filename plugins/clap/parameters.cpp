@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "../held_meters.h"
 #include "extensions.h"
 
 namespace channelstrip::clap {
@@ -43,7 +44,8 @@ void describe(Meter meter, clap_param_info_t& info) {
   write(kMeterNames[meter], info.name);
   write("Meters", info.module);
   info.min_value = info.default_value = least_of(meter);
-  info.max_value = meter < kCompressorReduction ? kGreatestPeak : kGreatestReduction;
+  info.max_value =
+      meter < kCompressorReduction ? plugins::kGreatestPeak : plugins::kGreatestReduction;
 }
 
 }  // namespace
@@ -58,7 +60,7 @@ std::optional<Meter> meter_of(clap_id id) {
 }
 
 double least_of(Meter meter) {
-  return meter < kCompressorReduction ? kLeastPeak : 0;
+  return meter < kCompressorReduction ? plugins::kLeastPeak : 0;
 }
 
 bool is_parameter(clap_id id) {

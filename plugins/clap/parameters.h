@@ -13,11 +13,10 @@
 
 namespace channelstrip::clap {
 
-// In dB, the greatest of all channels or link groups, since the last call or falling from it.
+// In dB, the greatest of all channels or link groups.
 enum Meter { kInputPeak, kOutputPeak, kCompressorReduction, kExpanderReduction, kMeterCount };
 inline constexpr std::array<const char*, kMeterCount> kMeterNames{
     "Input peak", "Output peak", "Compressor reduction", "Expander reduction"};
-inline constexpr double kLeastPeak = -120, kGreatestPeak = 24, kGreatestReduction = 60;
 
 inline constexpr clap_id kFirstMeterId = 1000000;  // far above those of parameters
 clap_id id_of(Meter meter);

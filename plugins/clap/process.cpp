@@ -41,30 +41,33 @@ std::optional<Instance::Audio> Instance::audio_of(const clap_process_t& call) co
   }
   const clap_audio_buffer_t& input = call.audio_inputs[kMainPort];
   const clap_audio_buffer_t& output = call.audio_outputs[kMainPort];
-  const std::uint32_t channels = channels_of(format_);
-  if (!has_channels(input, channels) || !has_channels(output, channels)) return std::nullopt;
-  Audio audio{};
-  std::copy_n(input.data32, channels, audio.inputs.begin());
-  std::copy_n(output.data32, channels, audio.outputs.begin());
+  if (!has_channels(input, channels_) || !has_channels(output, channels_)) return std::nullopt;
+  const float* key = nullptr;
   if (call.audio_inputs_count > kKeyPort && has_channels(call.audio_inputs[kKeyPort], 1)) {
-    audio.key = call.audio_inputs[kKeyPort].data32[0];
+    key = call.audio_inputs[kKeyPort].data32[0];
   }
-  return audio;
+  return Audio{input.data32, key, output.data32};
 }
 
 // Processes a part of the call, with the events that wait.
 void Instance::run(const Audio& audio, std::uint32_t begin, std::uint32_t end) {
-  Audio part = audio;
-  for (std::uint32_t c = 0; c < CHANNELSTRIP_MOST_CHANNELS && audio.inputs[c]; ++c) {
-    part.inputs[c] += begin;
-    part.outputs[c] += begin;
+  channelstrip_block block{.inputs = audio.inputs,
+                           .key = audio.key,
+                           .outputs = audio.outputs,
+                           .frames = end - begin,
+                           .event_count = event_count_,
+                           .events = events_.data()};
+  std::array<const float*, CHANNELSTRIP_MOST_CHANNELS> inputs;
+  std::array<float*, CHANNELSTRIP_MOST_CHANNELS> outputs;
+  if (begin > 0) {
+    for (std::uint32_t c = 0; c < channels_; ++c) {
+      inputs[c] = audio.inputs[c] + begin;
+      outputs[c] = audio.outputs[c] + begin;
+    }
+    block.inputs = inputs.data();
+    block.outputs = outputs.data();
+    if (audio.key) block.key = audio.key + begin;
   }
-  const channelstrip_block block{.inputs = part.inputs.data(),
-                                 .key = audio.key ? audio.key + begin : nullptr,
-                                 .outputs = part.outputs.data(),
-                                 .frames = end - begin,
-                                 .event_count = event_count_,
-                                 .events = events_.data()};
   channelstrip_strip_process(strip_, &block);
   event_count_ = 0;
 }
@@ -102,7 +105,7 @@ clap_process_status Instance::process(const clap_process_t& call) {
   }
   run(*audio, begin, call.frames_count);
   call.audio_outputs[kMainPort].constant_mask = 0;
-  show_meters(call);
+  if (held_.advance(strip_, call.frames_count)) show_meters(call.out_events);
   return CLAP_PROCESS_CONTINUE_IF_NOT_QUIET;
 }
 
@@ -124,22 +127,20 @@ void Instance::flush(const clap_input_events_t* events) {
   if (is_fresh_) channelstrip_strip_reset(strip_);
 }
 
-void Instance::show_meters(const clap_process_t& call) {
-  channelstrip_meters read = {};
-  channelstrip_strip_read_meters(strip_, &read, sizeof read, nullptr);
-  std::array<float, kMeterCount> levels{};
-  for (std::uint32_t c = 0; c < channels_of(format_); ++c) {
-    levels[kInputPeak] = std::max(levels[kInputPeak], read.input_peak[c]);
-    levels[kOutputPeak] = std::max(levels[kOutputPeak], read.output_peak[c]);
+void Instance::show_meters(const clap_output_events_t* events) {
+  std::array<float, kMeterCount> levels;
+  levels[kInputPeak] = levels[kOutputPeak] = static_cast<float>(plugins::kLeastPeak);
+  for (std::uint32_t c = 0; c < channels_; ++c) {
+    levels[kInputPeak] = std::max(levels[kInputPeak], held_.input_peak(c));
+    levels[kOutputPeak] = std::max(levels[kOutputPeak], held_.output_peak(c));
   }
-  // The gain that would make up for a factor.
-  levels[kCompressorReduction] = 1 / (1 - read.compressor_reduction);
-  levels[kExpanderReduction] = 1 / (1 - read.expander_reduction);
-  const auto fall = plugins::HeldLevel::fall_in(call.frames_count / sample_rate_);
+  levels[kCompressorReduction] = held_.compressor_reduction();
+  levels[kExpanderReduction] = held_.expander_reduction();
   for (std::size_t m = 0; m < kMeterCount; ++m) {
-    held_[m].see(static_cast<double>(levels[m]), fall);
-    const float shown = std::round(10 * held_[m].decibels()) / 10;
-    if (shown_[m].exchange(shown, std::memory_order_relaxed) == shown || !call.out_events) continue;
+    const float shown = std::round(10 * levels[m]) / 10;
+    if (shown_[m].load(std::memory_order_relaxed) == shown) continue;
+    shown_[m].store(shown, std::memory_order_relaxed);
+    if (!events) continue;
     const clap_event_param_value_t event{.header = {.size = sizeof event,
                                                     .time = 0,
                                                     .space_id = CLAP_CORE_EVENT_SPACE_ID,
@@ -152,7 +153,7 @@ void Instance::show_meters(const clap_process_t& call) {
                                          .channel = -1,
                                          .key = -1,
                                          .value = static_cast<double>(shown)};
-    call.out_events->try_push(call.out_events, &event.header);
+    events->try_push(events, &event.header);
   }
 }
 

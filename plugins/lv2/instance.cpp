@@ -3,6 +3,7 @@
 #include <lv2/atom/atom.h>
 
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <stdexcept>
 
@@ -27,14 +28,11 @@ Instance::Instance(std::uint32_t format, double sample_rate, const LV2_URID_Map*
     : format_(format),
       sample_rate_(sample_rate),
       ports_(channels_of(format)),
-      settings_(plugins::new_settings()) {
+      settings_(plugins::new_settings()),
+      held_(ports_.channels(), sample_rate) {
   for (std::size_t i = 0; i < kPortParameterCount; ++i) ids_[i] = port_parameters()[i].id;
   channelstrip_parameter_find("bypass", &ids_[kEnabled]);
   seen_.fill(std::numeric_limits<float>::quiet_NaN());
-  for (std::uint32_t m = 0; m < ports_.meter_count(); ++m) {
-    held_[m] = m < ports_.compressor_reduction() ? HeldLevel(kLeastPeak, kGreatestPeak)
-                                                 : HeldLevel(0, kGreatestReduction);
-  }
   start();
   if (!strip_) throw std::invalid_argument("no strip has this sample rate");
   if (map) {
@@ -55,8 +53,10 @@ void Instance::connect(std::uint32_t port, void* data) {
     controls_[kEnabled] = static_cast<const float*>(data);
   } else if (port == ports_.latency()) {
     latency_ = static_cast<float*>(data);
+    are_meters_written_ = false;
   } else if (port < ports_.first_parameter()) {
     meters_[port - ports_.first_meter()] = static_cast<float*>(data);
+    are_meters_written_ = false;
   } else if (port - ports_.first_parameter() < kPortParameterCount) {
     controls_[port - ports_.first_parameter()] = static_cast<const float*>(data);
     is_row_known_ = false;
@@ -77,9 +77,7 @@ bool Instance::are_controls_known() {
   if (!are_in_a_row_ || !controls_[kEnabled] || *controls_[kEnabled] != seen_[kEnabled]) {
     return false;
   }
-  bool are_known = true;
-  for (std::size_t i = 0; i < kPortParameterCount; ++i) are_known &= controls_[0][i] == seen_[i];
-  return are_known;
+  return std::memcmp(controls_[0], seen_.data(), kPortParameterCount * sizeof(float)) == 0;
 }
 
 // In the same memory, so that nothing is allocated.
@@ -118,7 +116,8 @@ void Instance::activate() {
 // Hosts call it without frames to learn the latency.
 void Instance::run(std::uint32_t frames) {
   if (frames > 0) process(frames);
-  write_meters(frames);
+  const bool are_new = held_.advance(strip_, frames);
+  if (are_new || !are_meters_written_) write_meters();
 }
 
 void Instance::process(std::uint32_t frames) {
@@ -141,25 +140,18 @@ void Instance::process(std::uint32_t frames) {
   channelstrip_strip_process(strip_, &block);
 }
 
-void Instance::write_meters(std::uint32_t frames) {
+void Instance::write_meters() {
+  are_meters_written_ = true;
   if (latency_) *latency_ = 0;
-  if (frames != fall_frames_) {
-    fall_frames_ = frames;
-    fall_ = HeldLevel::fall_in(frames / sample_rate_);
-  }
-  channelstrip_meters read = {};
-  channelstrip_strip_read_meters(strip_, &read, sizeof read, nullptr);
   const auto show = [&](std::uint32_t meter, float level) {
-    held_[meter].see(static_cast<double>(level), fall_);
-    if (meters_[meter]) *meters_[meter] = held_[meter].decibels();
+    if (meters_[meter]) *meters_[meter] = level;
   };
   for (std::uint32_t c = 0; c < ports_.channels(); ++c) {
-    show(ports_.input_peak(c), read.input_peak[c]);
-    show(ports_.output_peak(c), read.output_peak[c]);
+    show(ports_.input_peak(c), held_.input_peak(c));
+    show(ports_.output_peak(c), held_.output_peak(c));
   }
-  // The gain that would make up for a factor.
-  show(ports_.compressor_reduction(), 1 / (1 - read.compressor_reduction));
-  show(ports_.expander_reduction(), 1 / (1 - read.expander_reduction));
+  show(ports_.compressor_reduction(), held_.compressor_reduction());
+  show(ports_.expander_reduction(), held_.expander_reduction());
 }
 
 }  // namespace channelstrip::lv2

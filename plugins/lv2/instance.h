@@ -9,13 +9,12 @@
 #include <array>
 #include <cstdint>
 
-#include "../held_level.h"
+#include "../held_meters.h"
 #include "../owned.h"
 #include "ports.h"
 
 namespace channelstrip::lv2 {
 
-using plugins::HeldLevel;
 using plugins::Settings;
 
 // The host's rules say which calls may run beside which: run() and connect() on the audio thread,
@@ -43,7 +42,7 @@ class Instance {
   bool are_controls_known();
   std::uint32_t take_changes();
   void process(std::uint32_t frames);
-  void write_meters(std::uint32_t frames);
+  void write_meters();
 
   std::uint32_t format_;
   double sample_rate_;
@@ -64,9 +63,8 @@ class Instance {
   bool is_fresh_ = true;                 // nothing has run since the activation
   bool has_new_links_ = false;
 
-  std::array<HeldLevel, kMostMeters> held_;
-  std::uint32_t fall_frames_ = 0;  // that fall_ is for
-  HeldLevel::Fall fall_ = {};
+  plugins::HeldMeters held_;
+  bool are_meters_written_ = false;  // as they are, to the ports as they are
 
   // Of the host; 0 without a map.
   LV2_URID links_ = 0, string_ = 0;

@@ -44,9 +44,6 @@ inline constexpr std::uint32_t kMostMeters = 2 * CHANNELSTRIP_MOST_CHANNELS + 2;
 std::span<const channelstrip_parameter> port_parameters();
 inline constexpr std::uint32_t kPortParameterCount = 109;
 
-// The limits of the meters, in dB.
-inline constexpr double kLeastPeak = -120, kGreatestPeak = 24, kGreatestReduction = 60;
-
 // "urn:channelstrip:lv2:5.1" of the format 5.1. Empty if there is no such format.
 std::string uri_of(std::uint32_t format);
 

@@ -9,6 +9,7 @@
 #include <tuple>
 #include <utility>
 
+#include "../held_meters.h"
 #include "ports.h"
 
 namespace channelstrip::lv2 {
@@ -257,12 +258,12 @@ std::string description(std::uint32_t format) {
   for (const auto& [prefix, title] :
        {std::pair{"peak_in_", "Peak in"}, {"peak_out_", "Peak out"}}) {
     for (const std::string& role : roles) {
-      add_meter(ports, symbol_of(prefix, role), fmt::format("{} {}", title, role), kLeastPeak,
-                kGreatestPeak);
+      add_meter(ports, symbol_of(prefix, role), fmt::format("{} {}", title, role),
+                plugins::kLeastPeak, plugins::kGreatestPeak);
     }
   }
-  add_meter(ports, "compressor_reduction", "Compressor reduction", 0, kGreatestReduction);
-  add_meter(ports, "expander_reduction", "Expander reduction", 0, kGreatestReduction);
+  add_meter(ports, "compressor_reduction", "Compressor reduction", 0, plugins::kGreatestReduction);
+  add_meter(ports, "expander_reduction", "Expander reduction", 0, plugins::kGreatestReduction);
   for (const channelstrip_parameter& p : port_parameters()) add_parameter(ports, p, uri);
   return text + ports.text() + " .\n";
 }

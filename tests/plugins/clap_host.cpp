@@ -166,20 +166,37 @@ bool ClapInstance::load(const std::string& state, std::size_t chunk) const {
   return extension<clap_plugin_state_t>(CLAP_EXT_STATE).load(plugin_, &stream);
 }
 
+namespace {
+
+clap_audio_buffer_t buffer_of(float** channels, std::size_t count) {
+  return {.data32 = channels,
+          .data64 = nullptr,
+          .channel_count = static_cast<std::uint32_t>(count),
+          .latency = 0,
+          .constant_mask = 0};
+}
+
+}  // namespace
+
+ClapCall::ClapCall(const std::vector<const float*>& inputs, const float* key,
+                   const std::vector<float*>& outputs, std::uint32_t frames,
+                   const clap_input_events_t* events, const clap_output_events_t* shown)
+    : key_(const_cast<float*>(key)),
+      inputs_{buffer_of(const_cast<float**>(inputs.data()), inputs.size()), buffer_of(&key_, 1)},
+      output_(buffer_of(const_cast<float**>(outputs.data()), outputs.size())),
+      call_{.steady_time = -1,
+            .frames_count = frames,
+            .transport = nullptr,
+            .audio_inputs = inputs_,
+            .audio_outputs = &output_,
+            .audio_inputs_count = 2,
+            .audio_outputs_count = 1,
+            .in_events = events,
+            .out_events = shown} {}
+
 clap_process_status ClapInstance::process(const std::vector<const float*>& inputs, const float* key,
                                           const std::vector<float*>& outputs, std::uint32_t frames,
                                           const clap_input_events_t* events) {
-  const auto buffer_of = [](float** channels, std::size_t count) {
-    return clap_audio_buffer_t{.data32 = channels,
-                               .data64 = nullptr,
-                               .channel_count = static_cast<std::uint32_t>(count),
-                               .latency = 0,
-                               .constant_mask = 0};
-  };
-  auto** const in = const_cast<float**>(inputs.data());
-  auto* side = const_cast<float*>(key);
-  const clap_audio_buffer_t ins[] = {buffer_of(in, inputs.size()), buffer_of(&side, 1)};
-  clap_audio_buffer_t out = buffer_of(const_cast<float**>(outputs.data()), outputs.size());
   const ClapEvents none;
   shown.clear();
   const clap_output_events_t pushed{
@@ -189,16 +206,7 @@ clap_process_status ClapInstance::process(const std::vector<const float*>& input
         events_shown.push_back(*reinterpret_cast<const clap_event_param_value_t*>(e));
         return true;
       }};
-  const clap_process_t call{.steady_time = -1,
-                            .frames_count = frames,
-                            .transport = nullptr,
-                            .audio_inputs = ins,
-                            .audio_outputs = &out,
-                            .audio_inputs_count = 2,
-                            .audio_outputs_count = 1,
-                            .in_events = events ? events : none.list(),
-                            .out_events = &pushed};
-  return plugin_->process(plugin_, &call);
+  return process(ClapCall(inputs, key, outputs, frames, events ? events : none.list(), &pushed));
 }
 
 }  // namespace channelstrip::test

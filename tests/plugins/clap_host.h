@@ -63,6 +63,23 @@ class ClapEvents {
       }};
 };
 
+// What a host passes for one call. A null channel is passed on as such; all must outlive it.
+class ClapCall {
+ public:
+  ClapCall(const std::vector<const float*>& inputs, const float* key,
+           const std::vector<float*>& outputs, std::uint32_t frames,
+           const clap_input_events_t* events, const clap_output_events_t* shown);
+  ClapCall(const ClapCall&) = delete;
+  ClapCall& operator=(const ClapCall&) = delete;
+
+  const clap_process_t& get() const { return call_; }
+
+ private:
+  float* key_;
+  clap_audio_buffer_t inputs_[2], output_;
+  clap_process_t call_;
+};
+
 class ClapInstance {
  public:
   explicit ClapInstance(const ClapBinary& binary);
@@ -97,7 +114,9 @@ class ClapInstance {
   std::optional<std::string> save(std::size_t chunk = 1 << 20) const;
   bool load(const std::string& state, std::size_t chunk = 1 << 20) const;
 
-  // One call. A null channel is passed on as such.
+  clap_process_status process(const ClapCall& call) const {
+    return plugin_->process(plugin_, &call.get());
+  }
   clap_process_status process(const std::vector<const float*>& inputs, const float* key,
                               const std::vector<float*>& outputs, std::uint32_t frames,
                               const clap_input_events_t* events = nullptr);

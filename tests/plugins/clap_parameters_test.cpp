@@ -160,9 +160,9 @@ TEST(ClapParameters, StayWhenEventsAreNotForThem) {
 TEST(ClapMeters, AreReadOnlyParametersThatFall) {
   ClapInstance instance(binary());
   instance.activate();
-  Planar input(2, std::vector<float>(480));
+  Planar input(2, std::vector<float>(1024));
   input[0][7] = 0.5f;
-  instance.play(input, {}, [] { return 480; });
+  instance.play(input, {}, [] { return 1024; });
   const auto meter = [&](clap::Meter which) {
     double value = 0;
     EXPECT_TRUE(instance.params().get_value(

@@ -74,6 +74,8 @@ class Lv2Instance {
   // The next `frames` of a stream: all channels, and a key unless it is null.
   void run(const std::vector<const float*>& inputs, const float* key,
            const std::vector<float*>& outputs, std::uint32_t frames);
+  // The same buffers again, as far as the host has to say.
+  void run_again(std::uint32_t frames) const { descriptor_->run(handle_, frames); }
   // A whole stream, in calls of as many frames as `cut` says.
   template <class Cut>
   Planar play(const Planar& input, const std::vector<float>& key, Cut cut, bool in_place = false);

@@ -150,11 +150,11 @@ TEST(Lv2Plugin, TakesAnyValueOfAnyControl) {
 }
 
 TEST(Lv2Plugin, ShowsPeaksReductionsAndNoLatency) {
-  Planar input(2, std::vector<float>(480));
+  Planar input(2, std::vector<float>(1024));
   input[0][7] = 0.5f;
   Lv2Instance plugin(binary(), 1, kRate);
   plugin.activate();
-  const auto cut = [] { return 480; };
+  const auto cut = [] { return 1024; };
   plugin.play(input, {}, cut);
   const lv2::Ports& ports = plugin.ports();
   EXPECT_NEAR(plugin.meter(ports.input_peak(0)), -6.02, 0.01);
@@ -165,7 +165,7 @@ TEST(Lv2Plugin, ShowsPeaksReductionsAndNoLatency) {
   EXPECT_EQ(plugin.latency(), 0);
 
   set_busy(plugin);
-  for (int i = 0; i < 50; ++i) plugin.play(noise(2, 480), {}, cut);
+  for (int i = 0; i < 50; ++i) plugin.play(noise(2, 1024), {}, cut);
   EXPECT_GT(plugin.meter(ports.compressor_reduction()), 6);
   EXPECT_LT(plugin.meter(ports.compressor_reduction()), 30);
 }
