@@ -1,9 +1,10 @@
 -- Makes an Ardour session with the plugin on a track, or tells what a saved one holds.
 --
---   ardour7-lua ardour-session.lua make FOLDER URI CHANNELS PRESET PARAMETER VALUE BEGIN END
+--   ardour7-lua ardour-session.lua make FOLDER URI CHANNELS PRESET PARAMETER VALUE BEGIN END [key]
 --   ardour7-lua ardour-session.lua tell FOLDER
 --
 -- PARAMETER, by its place among the control ports, is VALUE until frame BEGIN and falls by 20 until END.
+-- With "key" a track of that name feeds the plugin's side-chain.
 local todo, folder, uri = arg[1], arg[2], arg[3]
 local channels, preset, parameter, value = tonumber(arg[4]), arg[5], tonumber(arg[6]), tonumber(arg[7])
 local fall_begin, fall_end = tonumber(arg[8]), tonumber(arg[9])
@@ -21,14 +22,24 @@ local function automation_of(strip, plugin, place)
     Evoral.Parameter(ARDOUR.AutomationType.PluginAutomation, 0, port), false)
 end
 
-local function make()
-  local track = session:new_audio_track(channels, channels, nil, 1, "take", ARDOUR.PresentationInfo.max_order,
+local function new_track(name, count)
+  return session:new_audio_track(count, count, nil, 1, name, ARDOUR.PresentationInfo.max_order,
     ARDOUR.TrackMode.Normal, true):front()
+end
+
+local function make()
+  local track = new_track("take", channels)
   local strip = ARDOUR.LuaAPI.new_plugin(session, uri, ARDOUR.PluginType.LV2, "")
   assert(not strip:isnil(), "Ardour has no " .. uri)
   assert(track:add_processor_by_index(strip, 0, nil, true) == 0, "Ardour doesn't insert the plugin")
   local plugin = strip:to_insert():plugin(0)
   assert(plugin:load_preset(plugin:preset_by_label(preset)), "Ardour doesn't load the preset")
+  if arg[10] == "key" then
+    local output = new_track("key", 1):output()
+    assert(track:add_sidechain(strip), "Ardour finds no side-chain")
+    output:disconnect_all(nil)
+    assert(output:nth(0):connect(strip:to_insert():sidechain_input():nth(0):name()) == 0)
+  end
   -- Channels go straight through: panners would mix them.
   for _, route in ipairs({ track, session:master_out() }) do
     if not route:panner_shell():isnil() then route:panner_shell():set_bypassed(true) end

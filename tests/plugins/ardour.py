@@ -1,5 +1,6 @@
 """Sessions of Ardour with the plugin on a track."""
 import array
+import itertools
 import pathlib
 import re
 import signal
@@ -22,8 +23,8 @@ def check(take, frames):
     symbols = controls_of(take.bundle, take.name)
     run("ardour7-new_session", "-s", RATE, "-m", take.channels, session, "session", env=take.env)
     run_lua(take, "make", session, take.uri, take.channels, label_of(take), symbols.index(AUTOMATED),
-        take.values[AUTOMATED], half, take.silence + frames)
-    insert_recording(session, take, take.silence + frames)
+        take.values[AUTOMATED], half, take.silence + frames, *(["key"] if take.has_key else []))
+    insert_recordings(session, {"take": take.audio, "key": take.key_audio}, take.silence + frames)
     told = run_lua(take, "tell", session)
     expected = {f"plugin {take.uri}", f"automated {symbols.index(AUTOMATED)} 3"}
     expected |= {f"{symbols.index(symbol)} {single(value):.9g}" for symbol, value in take.values.items()}
@@ -64,26 +65,26 @@ def label_of(take):
     return re.search(rf'<urn:channelstrip:lv2:preset:{re.escape(take.preset)}>.*?rdfs:label "([^"]*)"', text, re.S)[1]
 
 
-def insert_recording(session, take, frames):
+def insert_recordings(session, recordings, frames):
     """Lua has no import; this writes what one leaves in the session: a file for each channel and a region."""
-    folder = session / "interchange" / session.name / "audiofiles"
-    for channel, samples in enumerate(take.audio):
-        write_wav(folder / f"take%{channel + 1}.wav", [samples])
     file = session / "session.ardour"
     text = file.read_text()
-    ticks = int(re.search(r'superclocks-per-second="(\d+)"', text)[1])
-    end = f"a{frames * ticks // RATE}"
+    end = f"a{frames * int(re.search(r'superclocks-per-second=.([0-9]+)', text)[1]) // RATE}"
     first = int(re.search(r'id-counter="(\d+)"', text)[1])
-    sources = range(first, first + take.channels)
-    region, location, following = range(first + take.channels, first + take.channels + 3)
-    listed = "".join(
-        f'<Source name="take%{channel + 1}.wav" type="audio" flags="" id="{id}" channel="0" origin="take"/>'
-        for channel, id in enumerate(sources))
-    channels = " ".join(f'source-{channel}="{id}" master-source-{channel}="{id}"' for channel, id in enumerate(sources))
-    played = (f'<Region name="take" id="{region}" type="audio" opaque="1" external="1" start="a0" length="{end}@a0" '
-              f'fade-in-active="0" fade-out-active="0" scale-amplitude="1" channels="{take.channels}" {channels}/>')
-    bounds = f'<Location id="{location}" name="session" start="a0" end="{end}" flags="IsSessionRange"/>'
-    text = text.replace("<Sources/>", f"<Sources>{listed}</Sources>")
+    ids = itertools.count(first)
+    sources = ""
+    for track, audio in recordings.items():
+        channels = ""
+        for channel, samples in enumerate(audio):
+            name, id = f"{track}%{channel + 1}.wav", next(ids)
+            write_wav(session / "interchange" / session.name / "audiofiles" / name, [samples])
+            sources += f'<Source name="{name}" type="audio" flags="" id="{id}" channel="0" origin="{track}"/>'
+            channels += f' source-{channel}="{id}" master-source-{channel}="{id}"'
+        region = (f'<Region name="{track}" id="{next(ids)}" type="audio" opaque="1" external="1" start="a0" '
+                  f'length="{end}@a0" fade-in-active="0" fade-out-active="0" scale-amplitude="1" '
+                  f'channels="{len(audio)}"{channels}/>')
+        text = re.sub(rf'(<Playlist [^>]*name="{track}"[^>]*)/>', lambda found: f"{found[1]}>{region}</Playlist>", text)
+    bounds = f'<Location id="{next(ids)}" name="session" start="a0" end="{end}" flags="IsSessionRange"/>'
+    text = text.replace("<Sources/>", f"<Sources>{sources}</Sources>")
     text = text.replace("<Locations/>", f"<Locations>{bounds}</Locations>")
-    text = re.sub(r'(<Playlist [^>]*name="take"[^>]*)/>', lambda found: f"{found[1]}>{played}</Playlist>", text)
-    file.write_text(text.replace(f'id-counter="{first}"', f'id-counter="{following}"'))
+    file.write_text(text.replace(f'id-counter="{first}"', f'id-counter="{next(ids)}"'))
