@@ -31,7 +31,7 @@ class LiveStrip {
   enum class Searches { kInSteps, kAtOnce };
 
   // Samples after which the meters have news; a run never goes beyond, which costs a bit.
-  static constexpr std::size_t kMeterWindow = 512;
+  static constexpr std::size_t kMeterWindow = 1024;
 
   // Starts without a glide. The layout must outlive this object. Settings must be possible, see
   // ../design/possible.h, here and in set().

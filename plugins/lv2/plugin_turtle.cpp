@@ -55,35 +55,35 @@ std::string_view group_class(std::string_view format) {
   return found == classes.end() ? "pg:DiscreteGroup" : found->second;
 }
 
-// The groups that ports are in: the channels, the key, and a group for each part of the strip.
-std::string groups(const std::string& uri, std::string_view channels) {
-  std::string text;
-  auto to = std::back_inserter(text);
-  fmt::format_to(
-      to, "<{}>\n  a pg:InputGroup , {} ;\n  lv2:symbol \"in\" ;\n  lv2:name \"Input\" .\n\n",
-      uri + ":in", channels);
-  fmt::format_to(
-      to,
-      "<{}>\n  a pg:OutputGroup , {} ;\n  lv2:symbol \"out\" ;\n  lv2:name \"Output\" ;\n"
-      "  pg:source <{}> .\n\n",
-      uri + ":out", channels, uri + ":in");
-  fmt::format_to(to,
-                 "<{}>\n  a pg:InputGroup , pg:MonoGroup ;\n  lv2:symbol \"key\" ;\n"
-                 "  lv2:name \"Key\" ;\n  pg:sideChainOf <{}> .\n\n",
-                 uri + ":key", uri + ":in");
+// The groups of the channels.
+std::string channel_groups(const std::string& uri, std::string_view type) {
+  return fmt::format(
+      "<{0}:in>\n  a pg:InputGroup , {1} ;\n  lv2:symbol \"in\" ;\n  lv2:name \"Input\" .\n\n"
+      "<{0}:out>\n  a pg:OutputGroup , {1} ;\n  lv2:symbol \"out\" ;\n  lv2:name \"Output\" ;\n"
+      "  pg:source <{0}:in> .\n\n",
+      uri, type);
+}
+
+// Those of the key and of each part of the strip.
+std::string other_groups(const std::string& uri) {
+  std::string text = fmt::format(
+      "<{0}:key>\n  a pg:InputGroup , pg:MonoGroup ;\n  lv2:symbol \"key\" ;\n"
+      "  lv2:name \"Key\" ;\n  pg:sideChainOf <{0}:in> .\n\n",
+      uri);
   std::string_view last;
   for (const channelstrip_parameter& p : port_parameters()) {
     if (p.group == last) continue;
     last = p.group;
-    fmt::format_to(to, "<{}:{}>\n  a pg:InputGroup ;\n  lv2:symbol {} ;\n  lv2:name {} .\n\n", uri,
-                   group_symbol(last), quoted(group_symbol(last)), quoted(last));
+    text += fmt::format("<{}:{}>\n  a pg:InputGroup ;\n  lv2:symbol {} ;\n  lv2:name {} .\n\n", uri,
+                        group_symbol(last), quoted(group_symbol(last)), quoted(last));
   }
   return text;
 }
 
 }  // namespace
 
-std::string description(std::uint32_t format) {
+std::string description(std::uint32_t format, Reader reader) {
+  const bool has_groups = reader == Reader::kAnyHost;
   channelstrip_format info;
   channelstrip_format_info(format, &info, sizeof info);
   const std::string uri = uri_of(format), in = uri + ":in", out = uri + ":out";
@@ -92,7 +92,8 @@ std::string description(std::uint32_t format) {
               "@prefix rdf: <http://www.w3.org/1999/02/22-rdf-syntax-ns#> .\n");
   auto to = std::back_inserter(text);
 
-  text += groups(uri, group_class(info.name));
+  text += channel_groups(uri, group_class(info.name));
+  if (has_groups) text += other_groups(uri);
   text += "<urn:channelstrip>\n  a doap:Project ;\n  doap:name \"ChannelStrip\" .\n\n";
   fmt::format_to(to, R"(<{0}>
   a lv2:Plugin , lv2:DynamicsPlugin , doap:Project ;
@@ -111,7 +112,7 @@ std::string description(std::uint32_t format) {
 )",
                  uri, info.name, in, out);
 
-  PortList ports;
+  PortList ports(has_groups);
   const auto add_audio = [&](std::string_view type, const std::string& symbol,
                              const std::string& name, const std::vector<std::string>& lines) {
     ports.add(fmt::format("lv2:{}Port , lv2:AudioPort", type), symbol, name, lines);
@@ -129,9 +130,11 @@ std::string description(std::uint32_t format) {
                 {fmt::format("pg:group <{}>", group), designation(role, has_rear)});
     }
   }
-  add_audio("Input", "key", "Key",
-            {"lv2:portProperty lv2:connectionOptional , lv2:isSideChain",
-             fmt::format("pg:group <{}:key>", uri), "lv2:designation pg:center"});
+  std::vector<std::string> key{"lv2:portProperty lv2:connectionOptional , lv2:isSideChain",
+                               "lv2:designation pg:center"};
+  if (has_groups) key.push_back(fmt::format("pg:group <{}:key>", uri));
+  ports.add(has_groups ? "lv2:InputPort , lv2:AudioPort" : "lv2:InputPort , lv2:CVPort", "key",
+            "Key", key);
   ports.add("lv2:InputPort , lv2:ControlPort", "enabled", "Enabled",
             {range(0, 1, 1), "lv2:designation lv2:enabled", "lv2:portProperty lv2:toggled"});
   ports.add("lv2:OutputPort , lv2:ControlPort", "latency", "Latency",

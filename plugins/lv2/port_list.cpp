@@ -55,8 +55,8 @@ void PortList::add(std::string_view type, std::string_view symbol, std::string_v
 void PortList::add_parameter(const channelstrip_parameter& p, const std::string& uri) {
   std::vector<std::string> lines{fmt::format("lv2:shortName {}", quoted(p.short_name)),
                                  range(p.minimum, p.maximum, p.initial),
-                                 fmt::format("rdfs:comment {}", quoted(p.meaning)),
-                                 fmt::format("pg:group <{}:{}>", uri, group_symbol(p.group))};
+                                 fmt::format("rdfs:comment {}", quoted(p.meaning))};
+  if (has_groups_) lines.push_back(fmt::format("pg:group <{}:{}>", uri, group_symbol(p.group)));
   if (*p.unit) lines.push_back(unit_of(p.unit));
   if (p.scale == CHANNELSTRIP_LOGARITHMIC && p.minimum > 0) {
     lines.emplace_back("lv2:portProperty pprops:logarithmic");

@@ -19,10 +19,12 @@ std::string group_symbol(std::string_view group);
 
 class PortList {
  public:
+  explicit PortList(bool has_groups) : has_groups_(has_groups) {}
+
   // The lines, each a predicate with its objects.
   void add(std::string_view type, std::string_view symbol, std::string_view name,
            const std::vector<std::string>& lines);
-  // A control for a parameter, in a port group of the plugin.
+  // A control for a parameter, if there are groups in that of its part of the strip.
   void add_parameter(const channelstrip_parameter& p, const std::string& uri);
   // A level in dB.
   void add_meter(const std::string& symbol, const std::string& name, double least, double greatest);
@@ -30,6 +32,7 @@ class PortList {
   const std::string& text() const { return text_; }
 
  private:
+  bool has_groups_;
   std::uint32_t index_ = 0;
   std::string text_;
 };

@@ -23,8 +23,12 @@ PluginPreset read_preset(const std::string& path);
 std::string file_of(std::uint32_t format);
 inline constexpr char kPresetsFile[] = "presets.ttl";
 
+// GStreamer offers plugins with one audio input and takes every input of a group for a channel: for
+// it the key is a control voltage, and only channels are in groups.
+enum class Reader { kAnyHost, kGStreamer };
+
 std::string manifest(const std::string& binary, const std::vector<PluginPreset>& presets);
-std::string description(std::uint32_t format);
+std::string description(std::uint32_t format, Reader reader);
 std::string descriptions(const std::vector<PluginPreset>& presets);
 
 }  // namespace channelstrip::lv2

@@ -76,17 +76,19 @@ PluginPreset read_preset(const std::string& path) {
 
 int main(int argc, char** argv) try {
   using namespace channelstrip::lv2;
-  if (argc < 3) {
-    fmt::print(stderr, "usage: write_bundle FOLDER BINARY PRESET...\n");
+  const std::string_view who = argc > 1 ? argv[1] : "";
+  if (argc < 4 || (who != "hosts" && who != "gstreamer")) {
+    fmt::print(stderr, "usage: write_bundle hosts|gstreamer FOLDER BINARY PRESET...\n");
     return 2;
   }
-  const std::filesystem::path folder = argv[1];
+  const Reader reader = who == "hosts" ? Reader::kAnyHost : Reader::kGStreamer;
+  const std::filesystem::path folder = argv[2];
   std::vector<PluginPreset> presets;
-  for (int i = 3; i < argc; ++i) presets.push_back(read_preset(argv[i]));
-  write(folder / "manifest.ttl", manifest(argv[2], presets));
+  for (int i = 4; i < argc; ++i) presets.push_back(read_preset(argv[i]));
+  write(folder / "manifest.ttl", manifest(argv[3], presets));
   write(folder / kPresetsFile, descriptions(presets));
   for (std::uint32_t format = 0; format < channelstrip_format_count(); ++format) {
-    write(folder / file_of(format), description(format));
+    write(folder / file_of(format), description(format, reader));
   }
   return 0;
 } catch (const std::exception& fault) {

@@ -77,6 +77,13 @@ TEST(ClapState, MayBeAPreset) {
   EXPECT_EQ(instance.value("compressor_on"), 1);
 }
 
+TEST(ClapState, MayHaveLettersOfAnyLanguage) {
+  ClapInstance instance(binary());
+  EXPECT_TRUE(instance.load(
+      "name = \"St\u00e4rke \u0416 \u97f3\"\n# \u00e4\u00a0\n[compressor]\nratio = 7\n"));
+  EXPECT_EQ(instance.value("compressor_ratio"), 7);
+}
+
 TEST(ClapState, OfEveryPresetPlaysWhatAStripPlaysWithIt) {
   const std::uint32_t format = format_of("5.1");
   const Planar input = noise(6, 4800);

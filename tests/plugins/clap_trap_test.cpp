@@ -1,11 +1,14 @@
-// A CLAP plugin's calls on the audio thread neither allocate, lock nor throw.
+// A CLAP plugin's calls on the audio thread neither allocate, lock, throw nor call the system.
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
+#include <deque>
 #include <random>
 
 #include "clap_host.h"
+#include "tests/control/realtime/confined.h"
 #include "tests/control/realtime/trap.h"
 
 namespace channelstrip::test::clap_trap_test {
@@ -59,6 +62,52 @@ TEST(ClapPlugin, RunsWithoutAllocationLockOrException) {
       ASSERT_EQ(counted, Trapped{}) << format << ", call " << call;
     }
   }
+}
+
+TEST(ClapPlugin, RunsWithoutASystemCall) {
+  std::minstd_rand drawn(2);
+  const auto random = [&drawn] { return static_cast<std::uint32_t>(drawn()); };
+  std::array<ClapEvents, 40> events;
+  for (ClapEvents& some : events) {
+    for (std::uint32_t frame = 0; frame < 500; frame += random() % 60) {
+      channelstrip_parameter p{};
+      channelstrip_parameter_info(random() % channelstrip_parameter_count(), &p, sizeof p);
+      some.set(frame, p.id, random() % 2 ? p.maximum : p.minimum);
+    }
+  }
+  struct Player {
+    Planar audio;
+    std::vector<const float*> inputs;
+    std::vector<float*> outputs;
+    ClapInstance instance{binary()};
+  };
+  std::deque<Player> players(channelstrip_format_count());
+  for (std::uint32_t format = 0; format < players.size(); ++format) {
+    Player& player = players[format];
+    player.audio = noise(channels_of(format), 500);
+    for (auto& channel : player.audio) {
+      player.inputs.push_back(channel.data());
+      player.outputs.push_back(channel.data());
+    }
+    ASSERT_TRUE(player.instance.select(format));
+    player.instance.activate();
+  }
+  struct Done {
+    int calls;
+  };
+  const auto end = confined<Done>([&](Done& done) {
+    for (Player& player : players) {
+      for (std::uint32_t call = 0; call < events.size(); ++call, ++done.calls) {
+        const float* key = call % 3 ? player.inputs[0] : nullptr;
+        player.instance.process(player.inputs, key, player.outputs, 500 - call,
+                                events[call].list());
+        if (call % 9 == 4) player.instance.plugin()->reset(player.instance.plugin());
+        if (call % 9 == 7) player.instance.flush(events[call]);
+      }
+    }
+  });
+  EXPECT_TRUE(end.ended()) << "status " << end.status;
+  EXPECT_EQ(end.report.calls, 11 * 40);
 }
 
 }  // namespace

@@ -1,11 +1,13 @@
-// A plugin's calls on the audio thread neither allocate, lock nor throw.
+// An LV2 plugin's calls on the audio thread neither allocate, lock, throw nor call the system.
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <deque>
 #include <random>
 
 #include "lv2_host.h"
+#include "tests/control/realtime/confined.h"
 #include "tests/control/realtime/trap.h"
 
 namespace channelstrip::test::lv2_trap_test {
@@ -64,6 +66,47 @@ TEST(Lv2Plugin, RunsWithoutAllocationLockOrException) {
       ASSERT_EQ(counted, Trapped{}) << format << ", call " << call;
     }
   }
+}
+
+TEST(Lv2Plugin, RunsWithoutASystemCall) {
+  struct Player {
+    explicit Player(std::uint32_t format) : instance(binary(), format, kRate) {
+      audio = noise(channels_of(format), 500);
+      for (auto& channel : audio) {
+        inputs.push_back(channel.data());
+        outputs.push_back(channel.data());
+      }
+      for (const channelstrip_parameter& p : lv2::port_parameters()) {
+        controls.push_back(&instance.control(p.symbol));
+      }
+      instance.activate();
+    }
+    Planar audio;
+    std::vector<const float*> inputs;
+    std::vector<float*> outputs;
+    std::vector<float*> controls;
+    Lv2Instance instance;
+  };
+  std::deque<Player> players;
+  for (std::uint32_t f = 0; f < channelstrip_format_count(); ++f) players.emplace_back(f);
+  struct Done {
+    int calls;
+  };
+  const auto end = confined<Done>([&](Done& done) {
+    std::minstd_rand random(2);
+    for (Player& player : players) {
+      for (std::uint32_t call = 0; call < 60; ++call, ++done.calls) {
+        for (std::size_t i = random() % 16; i < player.controls.size(); i += 16) {
+          const channelstrip_parameter& p = lv2::port_parameters()[i];
+          *player.controls[i] = static_cast<float>(random() % 2 ? p.maximum : p.minimum);
+        }
+        const float* key = call % 3 ? player.inputs[0] : nullptr;
+        player.instance.run(player.inputs, key, player.outputs, 500 - call);
+      }
+    }
+  });
+  EXPECT_TRUE(end.ended()) << "status " << end.status;
+  EXPECT_EQ(end.report.calls, 11 * 60);
 }
 
 }  // namespace

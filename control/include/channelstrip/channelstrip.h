@@ -299,8 +299,8 @@ enum { CHANNELSTRIP_MOST_CHANNELS = 8 };
 // in dB; a gain is 1 at 0 dB and has no makeup in it. Those of channels that the format lacks are
 // of no meaning.
 //
-// Each call hands them over if the last ones have been read, and else when 512 more frames of the
-// stream are complete: a reading lacks up to 512 frames, which the next has. Frames count once
+// Each call hands them over if the last ones have been read, and else when 1024 more frames of the
+// stream are complete: a reading lacks up to 1024 frames, which the next has. Frames count once
 // their block of 16 is whole. A reset hands over the rest.
 typedef struct channelstrip_meters {
   uint64_t frames;
@@ -309,7 +309,7 @@ typedef struct channelstrip_meters {
   float input_peak[CHANNELSTRIP_MOST_CHANNELS];     // behind gain_in, times meter_input_gain
   float output_peak[CHANNELSTRIP_MOST_CHANNELS];    // of what came out
   float greatest_gain[CHANNELSTRIP_MOST_CHANNELS];  // of the channel's link group
-  // The gain stayed at or below this for 512 frames; 1 if no such window has ended.
+  // The gain stayed at or below this for 1024 frames; 1 if no such window has ended.
   float least_gain[CHANNELSTRIP_MOST_CHANNELS];
   float compressor_reduction;  // the greatest of any group, 1 - factor
   float expander_reduction;    // the same of the expander or gate
