@@ -23,7 +23,7 @@ namespace channelstrip::bench {
 namespace {
 
 using namespace host;
-using test::Planar;
+using plugin_test::Planar;
 
 // Frames of a turn: long enough for each binary's copy of the library to find its code in the
 // caches.
@@ -51,17 +51,17 @@ double time_of(std::size_t frames, Call call) {
 }
 
 // Both plugins over the library.
-void compare(const Library& library, const test::ClapBinary& clap_binary,
-             const test::Lv2Binary& lv2_binary, const char* format, std::size_t frames) {
+void compare(const Library& library, const plugin_test::ClapBinary& clap_binary,
+             const plugin_test::Lv2Binary& lv2_binary, const char* format, std::size_t frames) {
   const ChannelLayout layout = default_layout(*find_stem_format(format));
   const std::size_t channels = layout.labels.size();
-  Buffers buffers(test::noise(channels, frames), channels);
-  Instance instance(*layout.format,
-                    design_strip(settings_of(busy_values(), test::kRate), test::kRate, layout));
+  Buffers buffers(plugin_test::noise(channels, frames), channels);
+  Instance instance(*layout.format, design_strip(settings_of(busy_values(), plugin_test::kRate),
+                                                 plugin_test::kRate, layout));
   AlgEntry_16_Stem* const entry = library.entry_point(*layout.format);
-  test::ClapInstance clap(clap_binary);
-  test::Lv2Instance lv2(lv2_binary, test::format_of(format), test::kRate);
-  clap.select(test::format_of(format));
+  plugin_test::ClapInstance clap(clap_binary);
+  plugin_test::Lv2Instance lv2(lv2_binary, plugin_test::format_of(format), plugin_test::kRate);
+  clap.select(plugin_test::format_of(format));
   for (std::size_t i = 0; i < kParameterCount; ++i) {
     const std::string symbol = parameters()[i].symbol;
     clap.set(symbol, busy_values().of[i]);
@@ -70,8 +70,9 @@ void compare(const Library& library, const test::ClapBinary& clap_binary,
   clap.activate();
   lv2.activate();
   const auto count = static_cast<std::uint32_t>(frames);
-  const test::ClapEvents none;
-  const test::ClapCall call(buffers.inputs, nullptr, buffers.outputs, count, none.list(), nullptr);
+  const plugin_test::ClapEvents none;
+  const plugin_test::ClapCall call(buffers.inputs, nullptr, buffers.outputs, count, none.list(),
+                                   nullptr);
   lv2.run(buffers.inputs, nullptr, buffers.outputs, count);
   std::vector<double> clap_ratios, lv2_ratios;
   for (int turn = 0; turn < kTurns; ++turn) {
@@ -87,13 +88,13 @@ void compare(const Library& library, const test::ClapBinary& clap_binary,
              median(clap_ratios), median(lv2_ratios));
 }
 
-void compare_silence(const test::ClapBinary& binary, const char* format) {
-  test::ClapInstance sounding(binary), silent(binary);
-  const std::size_t channels = test::channels_of(test::format_of(format));
-  Buffers noise(test::noise(channels, 64), channels);
+void compare_silence(const plugin_test::ClapBinary& binary, const char* format) {
+  plugin_test::ClapInstance sounding(binary), silent(binary);
+  const std::size_t channels = plugin_test::channels_of(plugin_test::format_of(format));
+  Buffers noise(plugin_test::noise(channels, 64), channels);
   Buffers silence(Planar(channels, std::vector<float>(64)), channels);
-  for (test::ClapInstance* instance : {&sounding, &silent}) {
-    instance->select(test::format_of(format));
+  for (plugin_test::ClapInstance* instance : {&sounding, &silent}) {
+    instance->select(plugin_test::format_of(format));
     for (std::size_t i = 0; i < kParameterCount; ++i) {
       instance->set(std::string(parameters()[i].symbol), busy_values().of[i]);
     }
@@ -113,8 +114,8 @@ void run(const char* library_path, const char* clap_path, const char* lv2_path) 
   stay_on_this_processor();
   const FlushDenormals flush;
   const Library library(library_path);
-  const test::ClapBinary clap(clap_path);
-  const test::Lv2Binary lv2(lv2_path);
+  const plugin_test::ClapBinary clap(clap_path);
+  const plugin_test::Lv2Binary lv2(lv2_path);
   fmt::print("A plugin's time over the library's own, {} turns:\n", kTurns);
   for (const std::size_t frames : {64u, 128u, 512u}) {
     for (const char* format : {"Mono", "Stereo", "5.1", "7.1"}) {

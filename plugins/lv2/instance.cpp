@@ -2,8 +2,8 @@
 
 #include <lv2/atom/atom.h>
 
+#include <bit>
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <stdexcept>
 
@@ -77,7 +77,12 @@ bool Instance::are_controls_known() {
   if (!are_in_a_row_ || !controls_[kEnabled] || *controls_[kEnabled] != seen_[kEnabled]) {
     return false;
   }
-  return std::memcmp(controls_[0], seen_.data(), kPortParameterCount * sizeof(float)) == 0;
+  std::uint32_t difference = 0;
+  for (std::size_t i = 0; i < kPortParameterCount; ++i) {
+    difference |=
+        std::bit_cast<std::uint32_t>(controls_[0][i]) ^ std::bit_cast<std::uint32_t>(seen_[i]);
+  }
+  return difference == 0;
 }
 
 // In the same memory, so that nothing is allocated.

@@ -1,4 +1,4 @@
-"""Sessions of Ardour with the plugin on a track."""
+"""Projects of Ardour with the plugin on a track."""
 import array
 import itertools
 import pathlib
@@ -9,29 +9,29 @@ import sys
 
 from lv2_bundle import RATE, controls_of, run, samples_of, write_wav
 
-SCRIPT = pathlib.Path(__file__).parent / "ardour-session.lua"
+SCRIPT = pathlib.Path(__file__).parent / "ardour-project.lua"
 AUTOMATED = "gain_out"
 
 
 def check(take, frames):
-    """A session that is made, saved, loaded again and exported. The strip has run on silence before
+    """A project that is made, saved, loaded again and exported. The strip has run on silence before
     the take comes, so the take begins with silence. Its second half is automated."""
     half = take.silence + frames // 2
     folder = take.folder / f"ardour-{take.name}"
-    session = folder / "session"
+    project = folder / "project"
     folder.mkdir()
     symbols = controls_of(take.bundle, take.name)
-    run("ardour7-new_session", "-s", RATE, "-m", take.channels, session, "session", env=take.env)
-    run_lua(take, "make", session, take.uri, take.channels, label_of(take), symbols.index(AUTOMATED),
+    run("ardour7-new_session", "-s", RATE, "-m", take.channels, project, "project", env=take.env)
+    run_lua(take, "make", project, take.uri, take.channels, label_of(take), symbols.index(AUTOMATED),
         take.values[AUTOMATED], half, take.silence + frames, *(["key"] if take.has_key else []))
-    insert_recordings(session, {"take": take.audio, "key": take.key_audio}, take.silence + frames)
-    told = run_lua(take, "tell", session)
+    insert_recordings(project, {"take": take.audio, "key": take.key_audio}, take.silence + frames)
+    told = run_lua(take, "tell", project)
     expected = {f"plugin {take.uri}", f"automated {symbols.index(AUTOMATED)} 3"}
     expected |= {f"{symbols.index(symbol)} {single(value):.9g}" for symbol, value in take.values.items()}
     kept = set(re.findall(r"^TOLD (.*)$", told, re.M))
     if kept != expected:
-        sys.exit(f"{take.name}: a session that Ardour loads again holds {kept ^ expected}")
-    crashes = export(take, session)
+        sys.exit(f"{take.name}: a project that Ardour loads again holds {kept ^ expected}")
+    crashes = export(take, project)
     exported = samples_of(take.played)
     take.compare(exported, "Ardour's export", end=half)
     if take.split(exported, take.channels) == take.rendered:
@@ -40,9 +40,9 @@ def check(take, frames):
             f"the same bits until the automated one moves{f' (crashes of Ardour: {crashes})' if crashes else ''}")
 
 
-def export(take, session):
+def export(take, project):
     """Ardour 7.3 crashes in half of its exports of more than two channels, without the plugin as well."""
-    command = ("timeout", "-s", "KILL", "60", "ardour7-export", "-b", "float", "-o", take.played, session, "session")
+    command = ("timeout", "-s", "KILL", "60", "ardour7-export", "-b", "float", "-o", take.played, project, "project")
     for crashes in range(12):
         done = subprocess.run(command, capture_output=True, text=True, env=take.env)
         if done.returncode == 0:
@@ -65,9 +65,9 @@ def label_of(take):
     return re.search(rf'<urn:channelstrip:lv2:preset:{re.escape(take.preset)}>.*?rdfs:label "([^"]*)"', text, re.S)[1]
 
 
-def insert_recordings(session, recordings, frames):
-    """Lua has no import; this writes what one leaves in the session: a file for each channel and a region."""
-    file = session / "session.ardour"
+def insert_recordings(project, recordings, frames):
+    """Lua has no import; this writes what one leaves in the project: a file for each channel and a region."""
+    file = project / "project.ardour"
     text = file.read_text()
     end = f"a{frames * int(re.search(r'superclocks-per-second=.([0-9]+)', text)[1]) // RATE}"
     first = int(re.search(r'id-counter="(\d+)"', text)[1])
@@ -77,14 +77,14 @@ def insert_recordings(session, recordings, frames):
         channels = ""
         for channel, samples in enumerate(audio):
             name, id = f"{track}%{channel + 1}.wav", next(ids)
-            write_wav(session / "interchange" / session.name / "audiofiles" / name, [samples])
+            write_wav(project / "interchange" / project.name / "audiofiles" / name, [samples])
             sources += f'<Source name="{name}" type="audio" flags="" id="{id}" channel="0" origin="{track}"/>'
             channels += f' source-{channel}="{id}" master-source-{channel}="{id}"'
         region = (f'<Region name="{track}" id="{next(ids)}" type="audio" opaque="1" external="1" start="a0" '
                   f'length="{end}@a0" fade-in-active="0" fade-out-active="0" scale-amplitude="1" '
                   f'channels="{len(audio)}"{channels}/>')
         text = re.sub(rf'(<Playlist [^>]*name="{track}"[^>]*)/>', lambda found: f"{found[1]}>{region}</Playlist>", text)
-    bounds = f'<Location id="{next(ids)}" name="session" start="a0" end="{end}" flags="IsSessionRange"/>'
+    bounds = f'<Location id="{next(ids)}" name="project" start="a0" end="{end}" flags="IsSessionRange"/>'
     text = text.replace("<Sources/>", f"<Sources>{sources}</Sources>")
     text = text.replace("<Locations/>", f"<Locations>{bounds}</Locations>")
     file.write_text(text.replace(f'id-counter="{first}"', f'id-counter="{next(ids)}"'))

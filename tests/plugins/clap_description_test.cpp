@@ -11,7 +11,7 @@
 #include "clap_host.h"
 #include "plugins/clap/extensions.h"
 
-namespace channelstrip::test::clap_description_test {
+namespace channelstrip::plugin_test::clap_description_test {
 namespace {
 
 using clap::PortsConfig;
@@ -169,4 +169,4 @@ TEST(ClapPlugin, RefusesSampleRatesThatNoStripHas) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test::clap_description_test
+}  // namespace channelstrip::plugin_test::clap_description_test

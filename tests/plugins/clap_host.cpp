@@ -8,7 +8,7 @@
 
 #include "plugins/clap/extensions.h"
 
-namespace channelstrip::test {
+namespace channelstrip::plugin_test {
 
 ClapBinary::ClapBinary(const char* path) : handle_(dlopen(path, RTLD_NOW | RTLD_LOCAL)) {
   if (!handle_) throw std::runtime_error(dlerror());
@@ -209,4 +209,4 @@ clap_process_status ClapInstance::process(const std::vector<const float*>& input
   return process(ClapCall(inputs, key, outputs, frames, events ? events : none.list(), &pushed));
 }
 
-}  // namespace channelstrip::test
+}  // namespace channelstrip::plugin_test

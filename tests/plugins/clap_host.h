@@ -18,7 +18,7 @@
 
 #include "strips.h"
 
-namespace channelstrip::test {
+namespace channelstrip::plugin_test {
 
 // A binary, loaded and initialised while this lives, or the entry of one that is there.
 class ClapBinary {
@@ -165,4 +165,4 @@ Planar ClapInstance::play(const Planar& input, const std::vector<float>& key, Cu
   return output;
 }
 
-}  // namespace channelstrip::test
+}  // namespace channelstrip::plugin_test

@@ -11,7 +11,7 @@
 #include "clap_host.h"
 #include "plugins/clap/parameters.h"
 
-namespace channelstrip::test::clap_parameters_test {
+namespace channelstrip::plugin_test::clap_parameters_test {
 namespace {
 
 const ClapBinary& binary() {
@@ -186,4 +186,4 @@ TEST(ClapMeters, AreReadOnlyParametersThatFall) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test::clap_parameters_test
+}  // namespace channelstrip::plugin_test::clap_parameters_test

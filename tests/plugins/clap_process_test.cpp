@@ -11,7 +11,7 @@
 #include "clap_host.h"
 #include "control/strip/denormals.h"
 
-namespace channelstrip::test::clap_process_test {
+namespace channelstrip::plugin_test::clap_process_test {
 namespace {
 
 const ClapBinary& binary() {
@@ -20,15 +20,6 @@ const ClapBinary& binary() {
 }
 
 const auto kCalls = [] { return 480; };
-
-bool are_finite(const Planar& audio) {
-  for (const auto& channel : audio) {
-    for (const float x : channel) {
-      if (!std::isfinite(x)) return false;
-    }
-  }
-  return true;
-}
 
 TEST(ClapPlugin, PlaysWhatAStripPlaysHoweverItIsCut) {
   for (std::uint32_t format = 0; format < channelstrip_format_count(); ++format) {
@@ -291,4 +282,4 @@ TEST(ClapThreads, MainMayReadSaveAndLoadWhileAudioProcesses) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test::clap_process_test
+}  // namespace channelstrip::plugin_test::clap_process_test

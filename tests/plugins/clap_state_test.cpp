@@ -10,7 +10,7 @@
 
 #include "clap_host.h"
 
-namespace channelstrip::test::clap_state_test {
+namespace channelstrip::plugin_test::clap_state_test {
 namespace {
 
 const ClapBinary& binary() {
@@ -141,4 +141,4 @@ TEST(ClapState, GlidesInWhileThePluginRuns) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test::clap_state_test
+}  // namespace channelstrip::plugin_test::clap_state_test

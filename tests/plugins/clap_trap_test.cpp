@@ -11,7 +11,7 @@
 #include "tests/control/realtime/confined.h"
 #include "tests/control/realtime/trap.h"
 
-namespace channelstrip::test::clap_trap_test {
+namespace channelstrip::plugin_test::clap_trap_test {
 namespace {
 
 const ClapBinary& binary() {
@@ -21,7 +21,7 @@ const ClapBinary& binary() {
 
 TEST(ClapTrap, SeesWhatAPluginAllocates) {
   binary();
-  const Trapped counted = trapped([] { const ClapInstance instance(binary()); });
+  const test::Trapped counted = test::trapped([] { const ClapInstance instance(binary()); });
   EXPECT_GT(counted.allocations, 0);
 }
 
@@ -54,12 +54,12 @@ TEST(ClapPlugin, RunsWithoutAllocationLockOrException) {
       if (call % 50 == 30) audio[0][3] = std::nanf("");
       if (call % 100 == 99) instance.load(*instance.save());
       const float* key = call % 3 == 0 ? audio[channels].data() : nullptr;
-      const Trapped counted = trapped([&] {
+      const test::Trapped counted = test::trapped([&] {
         if (call % 40 == 3) instance.plugin()->reset(instance.plugin());
         if (call % 10 == 5) instance.flush(events);
         instance.process(inputs, key, outputs, frames, events.list());
       });
-      ASSERT_EQ(counted, Trapped{}) << format << ", call " << call;
+      ASSERT_EQ(counted, test::Trapped{}) << format << ", call " << call;
     }
   }
 }
@@ -95,7 +95,7 @@ TEST(ClapPlugin, RunsWithoutASystemCall) {
   struct Done {
     int calls;
   };
-  const auto end = confined<Done>([&](Done& done) {
+  const auto end = test::confined<Done>([&](Done& done) {
     for (Player& player : players) {
       for (std::uint32_t call = 0; call < events.size(); ++call, ++done.calls) {
         const float* key = call % 3 ? player.inputs[0] : nullptr;
@@ -111,4 +111,4 @@ TEST(ClapPlugin, RunsWithoutASystemCall) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test::clap_trap_test
+}  // namespace channelstrip::plugin_test::clap_trap_test

@@ -6,7 +6,7 @@
 #include <limits>
 #include <string>
 
-namespace channelstrip::test::control_value_test {
+namespace channelstrip::plugin_test::control_value_test {
 namespace {
 
 using lv2::decimal_of;
@@ -30,4 +30,4 @@ TEST(ControlValue, IsNextToItsFloat) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test::control_value_test
+}  // namespace channelstrip::plugin_test::control_value_test

@@ -4,7 +4,7 @@
 
 #include <limits>
 
-namespace channelstrip::test::held_level_test {
+namespace channelstrip::plugin_test::held_level_test {
 namespace {
 
 using plugins::HeldLevel;
@@ -33,4 +33,4 @@ TEST(HeldLevel, StaysBetweenItsLimits) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test::held_level_test
+}  // namespace channelstrip::plugin_test::held_level_test

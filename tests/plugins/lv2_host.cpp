@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <string_view>
 
-namespace channelstrip::test {
+namespace channelstrip::plugin_test {
 Lv2Binary::Lv2Binary(const char* path) : handle_(dlopen(path, RTLD_NOW | RTLD_LOCAL)) {
   if (!handle_) throw std::runtime_error(dlerror());
   find_ = reinterpret_cast<LV2_Descriptor_Function>(dlsym(handle_, "lv2_descriptor"));
@@ -111,4 +111,4 @@ LV2_State_Status Lv2Instance::restore(const Lv2State& state) {
       const_cast<Lv2State*>(&state), 0, nullptr);
 }
 
-}  // namespace channelstrip::test
+}  // namespace channelstrip::plugin_test

@@ -17,7 +17,7 @@
 #include "plugins/lv2/ports.h"
 #include "strips.h"
 
-namespace channelstrip::test {
+namespace channelstrip::plugin_test {
 
 // What is in the bundle's binary, loaded while this lives, or in one that is there.
 class Lv2Binary {
@@ -116,4 +116,4 @@ Planar Lv2Instance::play(const Planar& input, const std::vector<float>& key, Cut
   return output;
 }
 
-}  // namespace channelstrip::test
+}  // namespace channelstrip::plugin_test

@@ -6,9 +6,10 @@
 #include <memory>
 #include <random>
 
+#include "control/strip/denormals.h"
 #include "lv2_host.h"
 
-namespace channelstrip::test::lv2_test {
+namespace channelstrip::plugin_test::lv2_test {
 namespace {
 
 const Lv2Binary& binary() {
@@ -64,6 +65,42 @@ TEST(Lv2Plugin, PlaysWhatAStripPlaysHoweverItIsCut) {
   }
 }
 
+TEST(Lv2Plugin, PlaysTheSameInCallsOfAnySize) {
+  const Planar input = noise(2, 20000);
+  const Planar output = expected(format_of("Stereo"), busy_settings().get(), input, {});
+  for (const std::size_t frames : {1u, 15u, 16u, 17u, 64u, 82u, 227u, 1024u, 4096u, 16384u}) {
+    Lv2Instance plugin(binary(), format_of("Stereo"), kRate);
+    set_busy(plugin);
+    plugin.activate();
+    EXPECT_EQ(plugin.play(input, {}, [frames] { return frames; }), output) << frames;
+  }
+}
+
+TEST(Lv2Plugin, PlaysAtAnySampleRateAStripHas) {
+  for (const double rate : {1000.0, 8000.0, 22050.0, 44100.0, 96000.0, 192000.0, 768000.0}) {
+    Lv2Instance plugin(binary(), 1, rate);
+    set_busy(plugin);
+    plugin.activate();
+    EXPECT_TRUE(are_finite(plugin.play(noise(2, 4800), {}, [] { return 480; }))) << rate;
+  }
+}
+
+TEST(Lv2Plugin, TakesDenormalsSilenceAndSamplesThatAreNoNumbers) {
+  Lv2Instance plugin(binary(), 1, kRate);
+  set_busy(plugin);
+  plugin.activate();
+  const auto cut = [] { return 480; };
+  const auto word = host::FlushDenormals::control_word() & host::FlushDenormals::kFlush;
+  Planar input = noise(2, 4800);
+  for (float& x : input[0]) x *= 1e-40f;
+  EXPECT_TRUE(are_finite(plugin.play(input, {}, cut)));
+  input[1][100] = std::nanf("");
+  input[0][200] = std::numeric_limits<float>::infinity();
+  EXPECT_TRUE(are_finite(plugin.play(input, {}, cut)));
+  EXPECT_EQ(plugin.play(Planar(2, std::vector<float>(96000)), {}, cut)[0].back(), 0);
+  EXPECT_EQ(host::FlushDenormals::control_word() & host::FlushDenormals::kFlush, word);
+}
+
 // Hosts may connect and set controls between activation and the first call, too.
 TEST(Lv2Plugin, BeginsOnWhatItsControlsAreInTheFirstCall) {
   const Planar input = noise(1, 4800);
@@ -85,6 +122,7 @@ TEST(Lv2Plugin, BeginsAnewWhenActivatedAgain) {
   const Planar first = plugin.play(input, {}, cut);
   EXPECT_NE(plugin.play(input, {}, cut), first);
   plugin.activate();
+  plugin.activate();  // without a call in between
   EXPECT_EQ(plugin.play(input, {}, cut), first);
 }
 
@@ -278,4 +316,4 @@ TEST(Lv2Plugin, RunsInManyInstances) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test::lv2_test
+}  // namespace channelstrip::plugin_test::lv2_test

@@ -10,7 +10,7 @@
 #include "tests/control/realtime/confined.h"
 #include "tests/control/realtime/trap.h"
 
-namespace channelstrip::test::lv2_trap_test {
+namespace channelstrip::plugin_test::lv2_trap_test {
 namespace {
 
 const Lv2Binary& binary() {
@@ -20,7 +20,7 @@ const Lv2Binary& binary() {
 
 TEST(Lv2Trap, SeesWhatAPluginAllocates) {
   binary();
-  const Trapped counted = trapped([] { const Lv2Instance plugin(binary(), 1, 48000); });
+  const test::Trapped counted = test::trapped([] { const Lv2Instance plugin(binary(), 1, 48000); });
   EXPECT_GT(counted.allocations, 0);
 }
 
@@ -62,8 +62,9 @@ TEST(Lv2Plugin, RunsWithoutAllocationLockOrException) {
       }
       const auto frames = static_cast<std::uint32_t>(random() % 2049);
       const float* key = call % 3 == 0 ? audio[channels].data() : nullptr;
-      const Trapped counted = trapped([&] { plugin.run(inputs, key, outputs, frames); });
-      ASSERT_EQ(counted, Trapped{}) << format << ", call " << call;
+      const test::Trapped counted =
+          test::trapped([&] { plugin.run(inputs, key, outputs, frames); });
+      ASSERT_EQ(counted, test::Trapped{}) << format << ", call " << call;
     }
   }
 }
@@ -92,7 +93,7 @@ TEST(Lv2Plugin, RunsWithoutASystemCall) {
   struct Done {
     int calls;
   };
-  const auto end = confined<Done>([&](Done& done) {
+  const auto end = test::confined<Done>([&](Done& done) {
     std::minstd_rand random(2);
     for (Player& player : players) {
       for (std::uint32_t call = 0; call < 60; ++call, ++done.calls) {
@@ -110,4 +111,4 @@ TEST(Lv2Plugin, RunsWithoutASystemCall) {
 }
 
 }  // namespace
-}  // namespace channelstrip::test::lv2_trap_test
+}  // namespace channelstrip::plugin_test::lv2_trap_test

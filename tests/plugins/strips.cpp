@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <random>
 
-namespace channelstrip::test {
+namespace channelstrip::plugin_test {
 namespace {
 
 struct FreeStrip {
@@ -21,6 +23,12 @@ Planar noise(std::size_t channels, std::size_t frames) {
     for (float& x : channel) x = sample(random);
   }
   return all;
+}
+
+bool are_finite(const Planar& audio) {
+  return std::ranges::all_of(audio, [](const std::vector<float>& channel) {
+    return std::ranges::all_of(channel, [](float x) { return std::isfinite(x); });
+  });
 }
 
 std::uint32_t format_of(const char* name) {
@@ -72,4 +80,4 @@ Planar expected(std::uint32_t format, const channelstrip_settings* settings, con
   return output;
 }
 
-}  // namespace channelstrip::test
+}  // namespace channelstrip::plugin_test

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace channelstrip::test {
+namespace channelstrip::plugin_test {
 
 inline constexpr double kRate = 48000;
 
@@ -17,6 +17,8 @@ using Planar = std::vector<std::vector<float>>;
 
 // The same in every run, within a half of full scale.
 Planar noise(std::size_t channels, std::size_t frames);
+
+bool are_finite(const Planar& audio);
 
 std::uint32_t format_of(const char* name);
 std::uint32_t channels_of(std::uint32_t format);
@@ -52,4 +54,4 @@ Settings busy_settings();
 Planar expected(std::uint32_t format, const channelstrip_settings* settings, const Planar& input,
                 const std::vector<float>& key, const std::vector<channelstrip_event>& changes = {});
 
-}  // namespace channelstrip::test
+}  // namespace channelstrip::plugin_test

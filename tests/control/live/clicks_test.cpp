@@ -115,7 +115,7 @@ std::vector<Played> play(const ChannelLayout& layout, const Values& from, std::s
 
 std::vector<double> ends_of(const Parameter& p, double present) {
   std::vector<double> ends;
-  if (p.kind == Kind::kWord) {
+  if (p.kind == host::Kind::kWord) {
     for (std::size_t i = 0; i < p.words.size(); ++i) ends.push_back(static_cast<double>(i));
   } else {
     ends = {p.minimum, value_at(p, 0.3), value_at(p, 0.6), p.maximum};

@@ -8,6 +8,8 @@
 #include "plugins/clap/parameters.h"
 
 namespace channelstrip::test {
+
+using namespace plugin_test;
 namespace {
 
 const ClapBinary& clap_binary() {

@@ -23,7 +23,8 @@ void CallBuffers::prepare(Bytes& bytes, std::uint32_t channels) {
 
 void CallBuffers::check(std::uint32_t frames) const {
   demand(buffers_.differ_only_in(outputs, frames), "something else was written");
-  for (const float* output : outputs) demand(are_finite(output, frames), "an output isn't finite");
+  for (const float* output : outputs)
+    demand(test::are_finite(output, frames), "an output isn't finite");
 }
 
 std::string first_fault(std::span<const uint8_t> input) {

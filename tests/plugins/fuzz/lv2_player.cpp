@@ -6,6 +6,8 @@
 #include "players.h"
 
 namespace channelstrip::test {
+
+using namespace plugin_test;
 namespace {
 
 const Lv2Binary& lv2_binary() {

@@ -43,7 +43,7 @@ class ClapPlayer {
   void load(Bytes& bytes);
   void look(Bytes& bytes);
 
-  std::unique_ptr<ClapInstance> instance_;
+  std::unique_ptr<plugin_test::ClapInstance> instance_;
   std::uint32_t format_ = 1;
   bool is_active_ = false;
   CallBuffers buffers_;
@@ -59,7 +59,7 @@ class Lv2Player {
   void run(Bytes& bytes);
   void restore(Bytes& bytes);
 
-  std::unique_ptr<Lv2Instance> instance_;
+  std::unique_ptr<plugin_test::Lv2Instance> instance_;
   CallBuffers buffers_;
 };
 

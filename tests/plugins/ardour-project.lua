@@ -1,7 +1,7 @@
--- Makes an Ardour session with the plugin on a track, or tells what a saved one holds.
+-- Makes an Ardour project with the plugin on a track, or tells what a saved one holds.
 --
---   ardour7-lua ardour-session.lua make FOLDER URI CHANNELS PRESET PARAMETER VALUE BEGIN END [key]
---   ardour7-lua ardour-session.lua tell FOLDER
+--   ardour7-lua ardour-project.lua make FOLDER URI CHANNELS PRESET PARAMETER VALUE BEGIN END [key]
+--   ardour7-lua ardour-project.lua tell FOLDER
 --
 -- PARAMETER, by its place among the control ports, is VALUE until frame BEGIN and falls by 20 until END.
 -- With "key" a track of that name feeds the plugin's side-chain.
@@ -9,8 +9,8 @@ local todo, folder, uri = arg[1], arg[2], arg[3]
 local channels, preset, parameter, value = tonumber(arg[4]), arg[5], tonumber(arg[6]), tonumber(arg[7])
 local fall_begin, fall_end = tonumber(arg[8]), tonumber(arg[9])
 AudioEngine:set_backend("None (Dummy)", "", "")
-local session = load_session(folder, "session")
-assert(session, "no session")
+local project = load_session(folder, "project")
+assert(project, "no project")
 
 local function automation_of(strip, plugin, place)
   local port = -1
@@ -23,13 +23,13 @@ local function automation_of(strip, plugin, place)
 end
 
 local function new_track(name, count)
-  return session:new_audio_track(count, count, nil, 1, name, ARDOUR.PresentationInfo.max_order,
+  return project:new_audio_track(count, count, nil, 1, name, ARDOUR.PresentationInfo.max_order,
     ARDOUR.TrackMode.Normal, true):front()
 end
 
 local function make()
   local track = new_track("take", channels)
-  local strip = ARDOUR.LuaAPI.new_plugin(session, uri, ARDOUR.PluginType.LV2, "")
+  local strip = ARDOUR.LuaAPI.new_plugin(project, uri, ARDOUR.PluginType.LV2, "")
   assert(not strip:isnil(), "Ardour has no " .. uri)
   assert(track:add_processor_by_index(strip, 0, nil, true) == 0, "Ardour doesn't insert the plugin")
   local plugin = strip:to_insert():plugin(0)
@@ -41,7 +41,7 @@ local function make()
     assert(output:nth(0):connect(strip:to_insert():sidechain_input():nth(0):name()) == 0)
   end
   -- Channels go straight through: panners would mix them.
-  for _, route in ipairs({ track, session:master_out() }) do
+  for _, route in ipairs({ track, project:master_out() }) do
     if not route:panner_shell():isnil() then route:panner_shell():set_bypassed(true) end
   end
   local _, curve = ARDOUR.LuaAPI.plugin_automation(strip, parameter)
@@ -49,11 +49,11 @@ local function make()
     curve:add(Temporal.timepos_t(point[1]), point[2], false, true)
   end
   automation_of(strip, plugin, parameter):set_automation_state(ARDOUR.AutoState.Play)
-  assert(session:save_state("") == 0, "Ardour doesn't save the session")
+  assert(project:save_state("") == 0, "Ardour doesn't save the project")
 end
 
 local function tell()
-  local strip = session:route_by_name("take"):nth_plugin(0)
+  local strip = project:route_by_name("take"):nth_plugin(0)
   local plugin = strip:to_insert():plugin(0)
   print("TOLD plugin " .. plugin:unique_id())
   local place = -1
