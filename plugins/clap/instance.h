@@ -55,7 +55,7 @@ class Instance {
 
   void update_settings();
   std::optional<Audio> audio_of(const clap_process_t& call) const;
-  void run(const Audio& audio, std::uint32_t begin, std::uint32_t end);
+  bool run(const Audio& audio, std::uint32_t begin, std::uint32_t end);
   void start_on(const clap_input_events_t& events);
   void show_meters(const clap_output_events_t* events);
 

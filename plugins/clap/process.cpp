@@ -23,9 +23,9 @@ std::optional<channelstrip_event> change_of(const clap_event_header_t* header) {
   return channelstrip_event{.frame = header->time, .id = event.param_id, .value = event.value};
 }
 
+// The strip looks at the channels' pointers itself.
 bool has_channels(const clap_audio_buffer_t& buffer, std::uint32_t channels) {
-  return buffer.data32 && buffer.channel_count == channels &&
-         std::all_of(buffer.data32, buffer.data32 + channels, [](float* data) { return data; });
+  return buffer.data32 && buffer.channel_count == channels;
 }
 
 }  // namespace
@@ -49,8 +49,8 @@ std::optional<Instance::Audio> Instance::audio_of(const clap_process_t& call) co
   return Audio{input.data32, key, output.data32};
 }
 
-// Processes a part of the call, with the events that wait.
-void Instance::run(const Audio& audio, std::uint32_t begin, std::uint32_t end) {
+// Processes a part of the call, with the events that wait; false if a channel has no buffer.
+bool Instance::run(const Audio& audio, std::uint32_t begin, std::uint32_t end) {
   channelstrip_block block{.inputs = audio.inputs,
                            .key = audio.key,
                            .outputs = audio.outputs,
@@ -68,8 +68,8 @@ void Instance::run(const Audio& audio, std::uint32_t begin, std::uint32_t end) {
     block.outputs = outputs.data();
     if (audio.key) block.key = audio.key + begin;
   }
-  channelstrip_strip_process(strip_, &block);
   event_count_ = 0;
+  return channelstrip_strip_process(strip_, &block) == CHANNELSTRIP_OK;
 }
 
 // Before the first frame events are no changes: the strip starts on them, without a glide.
@@ -89,7 +89,6 @@ clap_process_status Instance::process(const clap_process_t& call) {
   const auto audio = audio_of(call);
   if (!strip_ || !audio) return CLAP_PROCESS_ERROR;
   if (call.in_events && is_fresh_) start_on(*call.in_events);
-  if (call.frames_count > 0) is_fresh_ = false;
   std::uint32_t begin = 0, last = 0;
   const std::uint32_t count = call.in_events ? call.in_events->size(call.in_events) : 0;
   for (std::uint32_t i = 0; i < count; ++i) {
@@ -97,13 +96,14 @@ clap_process_status Instance::process(const clap_process_t& call) {
     if (!change) continue;
     last = std::clamp(change->frame, last, std::max(last, call.frames_count));
     if (event_count_ == events_.size()) {
-      run(*audio, begin, last);
+      if (!run(*audio, begin, last)) return CLAP_PROCESS_ERROR;
       begin = last;
     }
     change->frame = last - begin;
     events_[event_count_++] = *change;
   }
-  run(*audio, begin, call.frames_count);
+  if (!run(*audio, begin, call.frames_count)) return CLAP_PROCESS_ERROR;
+  if (call.frames_count > 0) is_fresh_ = false;
   call.audio_outputs[kMainPort].constant_mask = 0;
   if (held_.advance(strip_, call.frames_count)) show_meters(call.out_events);
   return CLAP_PROCESS_CONTINUE_IF_NOT_QUIET;
