@@ -16,22 +16,27 @@
 namespace channelstrip {
 
 // A quad on its way from levels to gains.
-template <typename V, int Stride>
+template <typename V, int Stride, int Widest>
 struct GainQuad {
-  Rows<V, Stride> detected;  // detector level, linear
-  Rows<V, Stride> decibels;  // detector level, dB
-  Rows<V, Stride> comp;      // target (dB), then smoothed term (dB), then linear factor
-  Rows<V, Stride> exp;       // likewise; the target is the curve without range and gate
-  Rows<V, Stride> gains;     // product of the two factors, without makeup
+  Rows<V, Stride, Widest> detected;  // detector level, linear
+  Rows<V, Stride, Widest> decibels;  // detector level, dB
+  // Target (dB), then smoothed term (dB), then linear factor: the compressor's quad, and behind it
+  // the expander's, whose target is the curve without range and gate.
+  Rows<V, Stride, Widest, 2 * kQuad> terms;
   V makeup;
+
+  CHANNELSTRIP_INLINE V comp(int k) const { return terms.row(k); }
+  CHANNELSTRIP_INLINE V exp(int k) const { return terms.row(kQuad + k); }
+  // The product of the factors, without makeup.
+  CHANNELSTRIP_INLINE V gain(int k) const { return comp(k) * exp(k); }
 };
 
 // Both detectors run whatever the mode, so that a switch of the mode continues from current values.
 // A level is compared with the peak before the peak decays: one between the two values doesn't stop
 // the decay.
-template <typename Coefs, typename V, int Stride>
+template <typename Coefs, typename V, typename Quad>
 CHANNELSTRIP_INLINE void detect(const Coefs& coefs, GroupState<V>& state, const V (&levels)[kQuad],
-                                GainQuad<V, Stride>& quad) {
+                                Quad& quad) {
   V smooth[kQuad];
   for (int k = 0; k < kQuad; ++k) smooth[k] = levels[k];
   run_section<kQuad>(coefs.detectorFilter, state.detZ1, state.detZ2, smooth);
@@ -49,15 +54,17 @@ CHANNELSTRIP_INLINE void detect(const Coefs& coefs, GroupState<V>& state, const 
 template <typename Coefs, typename Quad>
 CHANNELSTRIP_INLINE void find_targets(const Coefs& coefs, Quad& quad) {
   quad.decibels.map([](auto used, auto level) { return level_to_db(used, level); }, quad.detected);
-  quad.comp.map([&](auto, auto level) { return compressor_curve(coefs, level); }, quad.decibels);
-  quad.exp.map([&](auto, auto level) { return expander_curve(coefs, level); }, quad.decibels);
+  quad.terms.template map<0, kQuad>(
+      [&](auto, auto level) { return compressor_curve(coefs, level); }, quad.decibels);
+  quad.terms.template map<kQuad, kQuad>(
+      [&](auto, auto level) { return expander_curve(coefs, level); }, quad.decibels);
 }
 
 // Targets to smoothed terms: the strip's longest dependency chain from sample to sample. Ranges and
 // makeup glide by one step per quad, and all its samples use the new values.
-template <typename Coefs, typename V, int Stride>
+template <typename Coefs, typename V, typename Quad>
 CHANNELSTRIP_INLINE void smooth_terms(const Coefs& coefs, GroupState<V>& state, V rate,
-                                      GainQuad<V, Stride>& quad) {
+                                      Quad& quad) {
   state.curCompRange = approach(state.curCompRange, coefs.compRange, rate);
   state.curExpRange = approach(state.curExpRange, coefs.expRange, rate);
   state.curMakeupGain = approach(state.curMakeupGain, coefs.makeupGain, rate);
@@ -68,28 +75,24 @@ CHANNELSTRIP_INLINE void smooth_terms(const Coefs& coefs, GroupState<V>& state, 
   WordsOf<V> hold = state.hold;
   V comp_terms[kQuad], exp_terms[kQuad];
   for (int k = 0; k < kQuad; ++k) {
-    comp = compressor_term(coefs, comp, quad.comp.row(k), state.curCompRange);
+    comp = compressor_term(coefs, comp, quad.comp(k), state.curCompRange);
     open = gate_stays_open(coefs, open, quad.decibels.row(k));
-    expander_term(coefs, exp, hold, expander_target(quad.exp.row(k), open, state.curExpRange));
+    expander_term(coefs, exp, hold, expander_target(quad.exp(k), open, state.curExpRange));
     comp_terms[k] = comp;
     exp_terms[k] = exp;
   }
-  for (int k = 0; k < kQuad; ++k) {
-    quad.comp.set_row(k, comp_terms[k]);
-    quad.exp.set_row(k, exp_terms[k]);
-  }
+  for (int k = 0; k < kQuad; ++k) quad.terms.set_row(k, comp_terms[k]);
+  for (int k = 0; k < kQuad; ++k) quad.terms.set_row(kQuad + k, exp_terms[k]);
   state.compGain = comp;
   state.expGain = exp;
   state.open = open;
   state.hold = hold;
 }
 
-// Smoothed terms to linear factors, and these to gains.
+// Smoothed terms to linear factors.
 template <typename Quad>
 CHANNELSTRIP_INLINE void find_gains(Quad& quad) {
-  quad.comp.map([](auto used, auto term) { return db_to_gain(used, term); }, quad.comp);
-  quad.exp.map([](auto used, auto term) { return db_to_gain(used, term); }, quad.exp);
-  quad.gains.map([](auto, auto comp, auto exp) { return comp * exp; }, quad.comp, quad.exp);
+  quad.terms.map([](auto used, auto term) { return db_to_gain(used, term); }, quad.terms);
 }
 
 // A gain readout of 0 counts as empty: any sample above the level readout then sets both, whatever
@@ -99,7 +102,7 @@ void update_gain_and_level(float* dynMeters, const Quad& quad, int lane) {
   float* const level = &dynMeters[CHANNELSTRIP_METER_LEVEL];
   float* const gain = &dynMeters[CHANNELSTRIP_METER_GAIN];
   for (int k = 0; k < kQuad; ++k) {
-    const float sample_gain = lane_of(quad.gains.row(k), lane);
+    const float sample_gain = lane_of(quad.gain(k), lane);
     const float detected = lane_of(quad.detected.row(k), lane);
     if (sample_gain > *gain || (*gain == 0.0f && detected > *level)) {
       *gain = sample_gain;
@@ -109,14 +112,15 @@ void update_gain_and_level(float* dynMeters, const Quad& quad, int lane) {
 }
 
 // Updates the four readouts that all groups share, and the group's own.
-inline void update_readouts(float* dynMeters, int32_t meterSlot, const GainQuad<float, 1>& quad) {
+inline void update_readouts(float* dynMeters, int32_t meterSlot,
+                            const GainQuad<float, 1, 1>& quad) {
   update_gain_and_level(dynMeters, quad, 0);
   float* const compReduction = &dynMeters[CHANNELSTRIP_METER_COMP_REDUCTION];
   float* const expReduction = &dynMeters[CHANNELSTRIP_METER_EXP_REDUCTION];
   for (int k = 0; k < kQuad; ++k) {
-    dynMeters[meterSlot] = maximum(dynMeters[meterSlot], quad.gains.row(k));
-    *compReduction = maximum(*compReduction, 1.0f - quad.comp.row(k));
-    *expReduction = maximum(*expReduction, 1.0f - quad.exp.row(k));
+    dynMeters[meterSlot] = maximum(dynMeters[meterSlot], quad.gain(k));
+    *compReduction = maximum(*compReduction, 1.0f - quad.comp(k));
+    *expReduction = maximum(*expReduction, 1.0f - quad.exp(k));
   }
 }
 
@@ -128,12 +132,12 @@ inline void ProcessAudioGain(float (&levels)[kQuad], Dyn_SState* state,
                              int32_t meterSlot, float* dynMeters) {
   const Dyn_SCoefsBlock& coefs = *context->dynCoefs;
   GroupState<float> running = group_state(*state);
-  GainQuad<float, 1> quad;
+  GainQuad<float, 1, 1> quad;
   detect(coefs, running, levels, quad);
   find_targets(coefs, quad);
   smooth_terms(coefs, running, dezipRate, quad);
   find_gains(quad);
-  for (int k = 0; k < kQuad; ++k) levels[k] = quad.makeup * quad.gains.row(k);
+  for (int k = 0; k < kQuad; ++k) levels[k] = quad.makeup * quad.gain(k);
   store_group_state(*state, running);
   update_readouts(dynMeters, meterSlot, quad);
 }

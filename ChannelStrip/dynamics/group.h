@@ -9,8 +9,8 @@
 namespace channelstrip {
 
 // The fields of Dyn_SCoefsBlock that the static curves use.
+template <typename V>
 struct CurveCoefs {
-  using V = Lanes<kLanes>;
   V compSlope, compKneeA, compKneeB, compKneeC, compThreshold, compKneeHigh, compKneeLow;
   V expSlope, expKneeA, expKneeB, expKneeC, expThreshold, expKneeHigh, expKneeLow;
 };

@@ -17,11 +17,11 @@ CHANNELSTRIP_INLINE V coefs_of_lanes(const SChannelStrip_Alg_Context* const* str
       [&](int lane) { return strips[Layout::strip_of_group_lane(lane)]->dynCoefs->*field; });
 }
 
-template <typename Layout>
-CHANNELSTRIP_INLINE void load_curve_coefs(CurveCoefs& coefs,
+template <typename Layout, typename V>
+CHANNELSTRIP_INLINE void load_curve_coefs(CurveCoefs<V>& coefs,
                                           const SChannelStrip_Alg_Context* const* strips) {
   const auto number = [&](float Dyn_SCoefsBlock::*field) {
-    return coefs_of_lanes<CurveCoefs::V, Layout>(strips, field);
+    return coefs_of_lanes<V, Layout>(strips, field);
   };
   coefs.compSlope = number(&Dyn_SCoefsBlock::compSlope);
   coefs.compKneeA = number(&Dyn_SCoefsBlock::compKneeA);

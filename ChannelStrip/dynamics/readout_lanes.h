@@ -18,7 +18,7 @@ template <typename Layout>
 class ReadoutLanes {
  public:
   using Group = typename Layout::Group;
-  using Quad = GainQuad<Group, Layout::kStride>;
+  using Quad = GainQuad<Group, Layout::kStride, Layout::kWidest>;
 
   CHANNELSTRIP_INLINE ReadoutLanes(const SChannelStrip_Alg_Context* const* strips,
                                    const LinkLanes<Layout>& links)
@@ -38,10 +38,10 @@ class ReadoutLanes {
     Group gain = gain_, level = level_;
     IntsOf<Group> since = since_;
     for (int k = 0; k < kRows; ++k) {
-      const auto greater = quad.gains.row(k) > gain;
+      const auto greater = quad.gain(k) > gain;
       level = select(greater, quad.detected.row(k), level);
       since = select(greater, now_, since);
-      gain = maximum(gain, quad.gains.row(k));
+      gain = maximum(gain, quad.gain(k));
     }
     gain_ = gain;
     level_ = level;
@@ -105,9 +105,9 @@ class ReadoutLanes {
   CHANNELSTRIP_INLINE void update_others(const Quad& quad) {
     Group gain = channel_gain_, comp = least_comp_, exp = least_exp_;
     for (int k = 0; k < kRows; ++k) {
-      gain = maximum(gain, quad.gains.row(k));
-      comp = minimum(comp, quad.comp.row(k));
-      exp = minimum(exp, quad.exp.row(k));
+      gain = maximum(gain, quad.gain(k));
+      comp = minimum(comp, quad.comp(k));
+      exp = minimum(exp, quad.exp(k));
     }
     channel_gain_ = gain;
     least_comp_ = comp;

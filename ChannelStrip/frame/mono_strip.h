@@ -72,7 +72,7 @@ class MonoStrip {
   struct Passing {
     V input, audio;
     V detection[kQuad];  // in the first lane alone
-    GainQuad<V, 1> gain;
+    GainQuad<V, 1, Mono::kWidest> gain;
   };
 
   CHANNELSTRIP_INLINE Passing& passing(int32_t q) {
@@ -88,7 +88,7 @@ class MonoStrip {
     if (is_quad(q)) before = passing(q).input = load<V>((*strip_)->inputs[0] + q * kQuad);
     if (is_quad(q - kGained)) {
       const Passing& quad = passing(q - kGained);
-      after = quad.audio * (quad.gain.makeup * quad.gain.gains.row(0));
+      after = quad.audio * (quad.gain.makeup * quad.gain.gain(0));
       if (coefs_.keyListen != 0) {
         after = V{quad.detection[0][0], quad.detection[1][0], quad.detection[2][0],
                   quad.detection[3][0]};
@@ -133,7 +133,7 @@ class MonoStrip {
   EqCascade eq_;
   KeyLanes<Mono> key_;
   LinkLanes<Mono> links_;
-  CurveCoefs curves_;
+  CurveCoefs<Covering<kQuad, Mono::kWidest>> curves_;
   GroupCoefs<V> groups_;
   GroupState<V> group_state_;
   V rate_;  // weight per quad of ranges and makeup

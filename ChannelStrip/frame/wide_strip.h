@@ -82,7 +82,7 @@ class WideStrip {
   // A quad on its way through the strip.
   struct Passing {
     Channel input[kQuad], audio[kQuad], detection[kQuad];
-    GainQuad<Group, Layout::kStride> gain;
+    GainQuad<Group, Layout::kStride, Layout::kWidest> gain;
   };
 
   CHANNELSTRIP_INLINE Passing& passing(int32_t q) {
@@ -117,7 +117,7 @@ class WideStrip {
     readouts_.update(quad.gain);
     Channel audio[kQuad];
     for (int k = 0; k < kQuad; ++k) {
-      const Group gain = quad.gain.makeup * quad.gain.gains.row(k);
+      const Group gain = quad.gain.makeup * quad.gain.gain(k);
       audio[k] = links_.listen_or_gain(quad.detection[k], quad.audio[k], gain);
     }
     eq_.run(1, q, audio);
@@ -133,7 +133,7 @@ class WideStrip {
   EqLanes<Layout, kPassing> eq_;
   KeyLanes<Layout> key_;
   LinkLanes<Layout> links_;
-  CurveCoefs curves_;
+  CurveCoefs<Covering<4 * Layout::kStride, Layout::kWidest>> curves_;
   GroupCoefs<Group> groups_;
   GroupState<Group> group_state_;
   Group rate_;  // weight per quad of ranges and makeup

@@ -21,12 +21,19 @@ namespace channelstrip {
 
 #define CHANNELSTRIP_INLINE inline __attribute__((always_inline))
 
-// Floats per vector register, for which the work is laid out; with AVX-512 too it is 8.
-#if defined(__AVX__)
+// Floats per vector register, for which the work is laid out.
+#if defined(__AVX512VL__) && defined(__AVX512DQ__)
+#define CHANNELSTRIP_AVX512
+constexpr int kLanes = 16;
+#elif defined(__AVX__)
 constexpr int kLanes = 8;
 #else
 constexpr int kLanes = 4;
 #endif
+
+constexpr int power_of_two_from(int n) {
+  return n <= 1 ? 1 : 2 * power_of_two_from((n + 1) / 2);
+}
 
 template <int W>
 struct LaneTypes {
@@ -57,6 +64,7 @@ using MaskOf = typename LaneTypes<kWidth<V>>::Mask;
 
 template <typename V>
 CHANNELSTRIP_INLINE V broadcast(float x) {
+  if constexpr (kWidth<V> == 16) return V{x, x, x, x, x, x, x, x, x, x, x, x, x, x, x, x};
   if constexpr (kWidth<V> == 8) return V{x, x, x, x, x, x, x, x};
   if constexpr (kWidth<V> == 4) return V{x, x, x, x};
   if constexpr (kWidth<V> == 1) return x;
@@ -71,7 +79,7 @@ CHANNELSTRIP_INLINE auto lane_of(T x, int lane) {
     return x[lane];
 }
 
-// The low four and the high four of eight lanes; four and four joined to eight.
+// The halves of a register, and two registers joined to one of twice the width.
 CHANNELSTRIP_INLINE Lanes<4> low_half(Lanes<8> x) {
   return __builtin_shufflevector(x, x, 0, 1, 2, 3);
 }
@@ -80,6 +88,15 @@ CHANNELSTRIP_INLINE Lanes<4> high_half(Lanes<8> x) {
 }
 CHANNELSTRIP_INLINE Lanes<8> join(Lanes<4> low, Lanes<4> high) {
   return __builtin_shufflevector(low, high, 0, 1, 2, 3, 4, 5, 6, 7);
+}
+CHANNELSTRIP_INLINE Lanes<8> low_half(Lanes<16> x) {
+  return __builtin_shufflevector(x, x, 0, 1, 2, 3, 4, 5, 6, 7);
+}
+CHANNELSTRIP_INLINE Lanes<8> high_half(Lanes<16> x) {
+  return __builtin_shufflevector(x, x, 8, 9, 10, 11, 12, 13, 14, 15);
+}
+CHANNELSTRIP_INLINE Lanes<16> join(Lanes<8> low, Lanes<8> high) {
+  return __builtin_shufflevector(low, high, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
 }
 
 // a b + c, rounded once where the target has a fused multiply-add.
@@ -91,6 +108,9 @@ CHANNELSTRIP_INLINE V fused(V a, V b, V c) {
 #if defined(__FMA__)
   if constexpr (kWidth<V> == 4) return _mm_fmadd_ps(a, b, c);
   if constexpr (kWidth<V> == 8) return _mm256_fmadd_ps(a, b, c);
+#if defined(CHANNELSTRIP_AVX512)
+  if constexpr (kWidth<V> == 16) return _mm512_fmadd_ps(a, b, c);
+#endif
 #elif defined(__ARM_FEATURE_FMA)
   if constexpr (kWidth<V> == 4) {
     return vfmaq_f32(c, a, b);
@@ -115,9 +135,12 @@ CHANNELSTRIP_INLINE T select(M mask, T a, T b) {
   if constexpr (sizeof(T) == 32) {
     return (T)_mm256_blendv_ps((__m256)b, (__m256)a, (__m256)mask);
   }
-#else
-  return mask ? a : b;
 #endif
+  // GCC 12 would select between masks of 512 bits lane by lane.
+  if constexpr (sizeof(T) == 64 && !__is_same(T, Lanes<16>)) {
+    return (T)((mask & (M)a) | (~mask & (M)b));
+  }
+  return mask ? a : b;
 }
 
 // Whether any bit of any lane is set.
@@ -156,6 +179,9 @@ CHANNELSTRIP_INLINE float maximum(float held, float value) {
 }
 template <typename V>
 CHANNELSTRIP_INLINE V maximum(V held, V value) {
+#if defined(CHANNELSTRIP_AVX512)
+  if constexpr (kWidth<V> == 16) return _mm512_maskz_max_ps(0xFFFF, value, held);
+#endif
 #if defined(__AVX__)
   if constexpr (kWidth<V> == 8) return _mm256_max_ps(value, held);
   if constexpr (kWidth<V> == 4) return _mm_max_ps(value, held);
@@ -166,33 +192,14 @@ CHANNELSTRIP_INLINE V maximum(V held, V value) {
 // The running minimum, likewise.
 template <typename V>
 CHANNELSTRIP_INLINE V minimum(V held, V value) {
+#if defined(CHANNELSTRIP_AVX512)
+  if constexpr (kWidth<V> == 16) return _mm512_maskz_min_ps(0xFFFF, value, held);
+#endif
 #if defined(__AVX__)
   if constexpr (kWidth<V> == 8) return _mm256_min_ps(value, held);
   if constexpr (kWidth<V> == 4) return _mm_min_ps(value, held);
 #endif
   return value < held ? value : held;
-}
-
-// to[i] = from[index[i]]. `index` holds as many numbers as the wider of the two types has lanes.
-template <typename To, typename From>
-CHANNELSTRIP_INLINE To pick_lanes(From from, const int32_t* index) {
-#if defined(__AVX2__)
-  typename LaneTypes<(kWidth<To> > kWidth<From> ? kWidth<To> : kWidth<From>)>::Ints at;
-  __builtin_memcpy(&at, index, sizeof at);
-  if constexpr (kWidth<From> == 4 && kWidth<To> == 4) {
-    return _mm_permutevar_ps(from, (__m128i)at);
-  } else {
-    Lanes<8> wide;
-    if constexpr (kWidth<From> == 4) wide = join(from, from);
-    if constexpr (kWidth<From> == 8) wide = from;
-    const Lanes<8> picked = _mm256_permutevar8x32_ps(wide, (__m256i)at);
-    if constexpr (kWidth<To> == 4) return low_half(picked);
-    if constexpr (kWidth<To> == 8) return picked;
-  }
-#endif
-  To picked;
-  for (int i = 0; i < kWidth<To>; ++i) picked[i] = from[index[i]];
-  return picked;
 }
 
 }  // namespace channelstrip

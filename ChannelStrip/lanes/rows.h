@@ -1,6 +1,6 @@
-// The quad of every link group: four rows, one per sample, each the Stride low lanes of a V. Rows
-// are packed without gaps, so that stages without state from sample to sample (map) process them in
-// full registers, whatever Stride is; stages with state go row by row.
+// One or two quads of every link group: four or eight rows, one per sample, each the Stride low
+// lanes of a V. Rows are packed without gaps, so that stages without state from sample to sample
+// (map) process them in full registers, whatever Stride is; stages with state go row by row.
 //
 // A row is loaded and stored as a whole V, which reaches past its end into the next rows. Rows are
 // therefore set in ascending order. Reading a row right after map wrote it with another width, or
@@ -17,50 +17,64 @@ namespace channelstrip {
 template <int Count>
 struct Used {};
 
-template <typename V, int Stride>
+// The narrowest register that holds as many numbers, but of Widest lanes at most.
+template <int Numbers, int Widest>
+using Covering = Lanes<(Numbers <= 4       ? 4
+                        : Numbers < Widest ? power_of_two_from(Numbers)
+                                           : Widest)>;
+
+template <typename V, int Stride, int Widest, int Count = 4>
 class Rows {
  public:
   // Loading the last row reads the floats behind it too.
   CHANNELSTRIP_INLINE Rows() {
-    for (int i = kCount; i < kRoom; ++i) numbers_[i] = 0.0f;
+    for (int i = Count * Stride; i < kRoom; ++i) numbers_[i] = 0.0f;
   }
 
   CHANNELSTRIP_INLINE V row(int k) const { return load<V>(numbers_ + k * Stride); }
   CHANNELSTRIP_INLINE void set_row(int k, V x) { store(numbers_ + k * Stride, x); }
 
-  // Sets every number to `function` of the numbers at the same place in `from`, in full registers.
-  template <typename Function, typename... From>
-  CHANNELSTRIP_INLINE void map(Function function, const From&... from) {
-    constexpr int kWhole = kCount / kLanes * kLanes;
-    for (int i = 0; i < kWhole; i += kLanes) {
-      store(numbers_ + i, function(Used<kLanes>{}, from.at(i)...));
+  // Sets the numbers of `Many` rows from `First` on to `function` of the numbers of the first rows
+  // of `from`, in full registers.
+  template <int First = 0, int Many = Count, typename Function, typename From>
+  CHANNELSTRIP_INLINE void map(Function function, const From& from) {
+    constexpr int kMapped = Many * Stride;
+    using Wide = Covering<kMapped, Widest>;
+    constexpr int kWhole = kMapped / kWidth<Wide> * kWidth<Wide>;
+    float* const to = numbers_ + First * Stride;
+    for (int i = 0; i < kWhole; i += kWidth<Wide>) {
+      store(to + i, function(Used<kWidth<Wide>>{}, from.template at<Wide>(i)));
     }
-    if constexpr (kWhole < kCount) {
-      store(numbers_ + kWhole, function(Used<kCount - kWhole>{}, from.at(kWhole)...));
+    if constexpr (kWhole < kMapped) {
+      store(to + kWhole, function(Used<kMapped - kWhole>{}, from.template at<Wide>(kWhole)));
     }
   }
-  CHANNELSTRIP_INLINE Lanes<kLanes> at(int i) const { return load<Lanes<kLanes>>(numbers_ + i); }
+  template <typename Wide>
+  CHANNELSTRIP_INLINE Wide at(int i) const {
+    return load<Wide>(numbers_ + i);
+  }
 
  private:
-  static constexpr int kCount = 4 * Stride;
-  static constexpr int kRoom = (3 * Stride + kWidth<V> + kLanes - 1) / kLanes * kLanes;
-  alignas(4 * kLanes) float numbers_[kRoom];
+  // A row's load, and a map of the last four rows, end up to a register's width behind the numbers.
+  static constexpr int kBehind = kWidth<V> > Widest ? kWidth<V> : Widest;
+  static constexpr int kRoom = (Count * Stride + kBehind) / kBehind * kBehind;
+  alignas(4 * Widest) float numbers_[kRoom];
 };
 
 // A row is a single float, processed by itself: the scalar strip.
-template <>
-class Rows<float, 1> {
+template <int Count>
+class Rows<float, 1, 1, Count> {
  public:
   CHANNELSTRIP_INLINE float row(int k) const { return numbers_[k]; }
   CHANNELSTRIP_INLINE void set_row(int k, float x) { numbers_[k] = x; }
 
-  template <typename Function, typename... From>
-  CHANNELSTRIP_INLINE void map(Function function, const From&... from) {
-    for (int k = 0; k < 4; ++k) numbers_[k] = function(Used<1>{}, from.row(k)...);
+  template <int First = 0, int Many = Count, typename Function, typename From>
+  CHANNELSTRIP_INLINE void map(Function function, const From& from) {
+    for (int k = 0; k < Many; ++k) numbers_[First + k] = function(Used<1>{}, from.row(k));
   }
 
  private:
-  float numbers_[4];
+  float numbers_[Count];
 };
 
 }  // namespace channelstrip

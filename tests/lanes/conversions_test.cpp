@@ -52,7 +52,7 @@ Floats specials() {
   Floats numbers;
   append(numbers, {0.0f, kDenormal, 0x1p-126f, 1.0f, 2.0f, INFINITY, NAN});
   const Floats once = numbers;
-  for (int i = 0; i < 7; ++i) numbers.insert(numbers.end(), once.begin() + i, once.end());
+  for (int i = 0; i < 15; ++i) numbers.insert(numbers.end(), once.begin() + i, once.end());
   return numbers;
 }
 
@@ -99,6 +99,7 @@ TEST(LevelsToDbInLanes, AreThoseOfEachAlone) {
        {specials(), floats_of_all_sizes(), every_table_entry_at_every_exponent()}) {
     expect_equal<4>(numbers, kLevelToDb, LevelToDb);
     expect_equal<8>(numbers, kLevelToDb, LevelToDb);
+    if constexpr (kLanes == 16) expect_equal<16>(numbers, kLevelToDb, LevelToDb);
   }
 }
 
@@ -106,6 +107,7 @@ TEST(DbToGainsInLanes, AreThoseOfEachAlone) {
   for (const Floats& numbers : {specials(), floats_of_all_sizes(), every_step()}) {
     expect_equal<4>(numbers, kDbToGain, DbToGain);
     expect_equal<8>(numbers, kDbToGain, DbToGain);
+    if constexpr (kLanes == 16) expect_equal<16>(numbers, kDbToGain, DbToGain);
   }
 }
 

@@ -32,6 +32,7 @@ template <typename Check>
 void for_every_width(Check check) {
   check(std::integral_constant<size_t, 4>{});
   check(std::integral_constant<size_t, 8>{});
+  if constexpr (kLanes == 16) check(std::integral_constant<size_t, 16>{});
 }
 
 const std::vector<float>& numbers() {
@@ -151,16 +152,41 @@ TEST(PickLanes, TakesAnyLaneToAnyOther) {
   expect_picks<4, 8>();
   expect_picks<8, 4>();
   expect_picks<8, 8>();
+  if constexpr (kLanes == 16) {
+    expect_picks<4, 16>();
+    expect_picks<16, 4>();
+    expect_picks<8, 16>();
+    expect_picks<16, 8>();
+    expect_picks<16, 16>();
+  }
 }
 
-TEST(Transpose, MakesRowsColumns) {
-  float square[4][4], turned[4][4];
-  for (size_t i = 0; i < 16; ++i) square[i / 4][i % 4] = numbers()[i];
-  Lanes<4> rows[4];
-  for (int i = 0; i < 4; ++i) rows[i] = load<Lanes<4>>(square[i]);
-  transpose(rows);
-  for (int i = 0; i < 4; ++i) store(turned[i], rows[i]);
-  for (int i = 0; i < 16; ++i) EXPECT_EQ(bits(turned[i / 4][i % 4]), bits(square[i % 4][i / 4]));
+TEST(Halves, AreJoinedInTheirOrder) {
+  for_every_width([](auto width) {
+    if constexpr (width > 4) {
+      const auto x = load<Lanes<width>>(numbers().data());
+      EXPECT_EQ(plain(low_half(x)), plain(load<Lanes<width / 2>>(numbers().data())));
+      EXPECT_EQ(plain(join(high_half(x), low_half(x))),
+                plain(join(load<Lanes<width / 2>>(numbers().data() + width / 2),
+                           load<Lanes<width / 2>>(numbers().data()))));
+    }
+  });
+}
+
+TEST(Transpose, MakesRowsColumnsInEveryBlockOfFour) {
+  for_every_width([](auto width) {
+    float rows[4][width], turned[4][width];
+    for (size_t i = 0; i < 4 * width; ++i) rows[i / width][i % width] = static_cast<float>(i);
+    Lanes<width> registers[4];
+    for (int i = 0; i < 4; ++i) registers[i] = load<Lanes<width>>(rows[i]);
+    transpose(registers);
+    for (int i = 0; i < 4; ++i) store(turned[i], registers[i]);
+    for (size_t i = 0; i < 4; ++i) {
+      for (size_t lane = 0; lane < width; ++lane) {
+        EXPECT_EQ(turned[i][lane], rows[lane % 4][lane / 4 * 4 + i]);
+      }
+    }
+  });
 }
 
 // Buffers with any alignment; every third lane is not stored.

@@ -8,15 +8,15 @@
 namespace channelstrip::rows_test {
 namespace {
 
-template <int Width, int Stride>
+template <int Width, int Stride, int Widest>
 class Quad {
  public:
-  static constexpr int kNumbers = 4 * Stride;
+  static constexpr int kStride = Stride, kNumbers = 4 * Stride;
   using Numbers = std::array<float, kNumbers>;
 
   // Unused lanes hold -1e9, which must never show in a result.
-  static Rows<Lanes<Width>, Stride> rows(const Numbers& numbers) {
-    Rows<Lanes<Width>, Stride> result;
+  static Rows<Lanes<Width>, Stride, Widest> rows(const Numbers& numbers) {
+    Rows<Lanes<Width>, Stride, Widest> result;
     for (int k = 0; k < 4; ++k) {
       float row[Width];
       for (int i = 0; i < Width; ++i) {
@@ -27,7 +27,9 @@ class Quad {
     return result;
   }
 
-  static Numbers numbers(const Rows<Lanes<Width>, Stride>& rows) {
+  static Rows<Lanes<Width>, Stride, Widest, 8> two() { return {}; }
+
+  static Numbers numbers(const Rows<Lanes<Width>, Stride, Widest>& rows) {
     Numbers result;
     for (int k = 0; k < 4; ++k) {
       float row[Width];
@@ -44,16 +46,19 @@ class Quad {
   }
 };
 
-// Calls check with every stride from 1 to Stride.
-template <int Width, int Stride, typename Check>
+// Calls check with every stride from 1 to Stride, mapped in registers of up to Widest lanes.
+template <int Width, int Widest, int Stride = Width, typename Check>
 void for_every_stride(Check check) {
-  check(Quad<Width, Stride>{});
-  if constexpr (Stride > 1) for_every_stride<Width, Stride - 1>(check);
+  check(Quad<Width, Stride, Widest>{});
+  if constexpr (Stride > 1) for_every_stride<Width, Widest, Stride - 1>(check);
 }
 template <typename Check>
 void for_every_shape(Check check) {
   for_every_stride<4, 4>(check);
+  for_every_stride<8, 4>(check);
   for_every_stride<8, 8>(check);
+  for_every_stride<8, kLanes>(check);
+  for_every_stride<kLanes, kLanes>(check);
 }
 
 TEST(Rows, KeepTheirLanes) {
@@ -63,15 +68,32 @@ TEST(Rows, KeepTheirLanes) {
   });
 }
 
-TEST(Rows, MapWorksOnEveryNumberOfAllItsSources) {
+TEST(Rows, MapWorksOnEveryNumberOfItsSource) {
   for_every_shape([](auto quad) {
-    const auto a = quad.counting_from(1), b = quad.counting_from(1000);
-    const auto x = quad.rows(a), y = quad.rows(b);
-    auto z = quad.rows(b);
+    const auto a = quad.counting_from(1);
+    const auto x = quad.rows(a);
+    auto y = quad.rows(quad.counting_from(1000));
     auto expected = a;
-    for (size_t i = 0; i < a.size(); ++i) expected[i] = b[i] - 2 * a[i];
-    z.map([](auto, auto p, auto q) { return q - 2.0f * p; }, x, y);
-    EXPECT_EQ(quad.numbers(z), expected);
+    for (size_t i = 0; i < a.size(); ++i) expected[i] = 3 - 2 * a[i];
+    y.map([](auto, auto p) { return 3.0f - 2.0f * p; }, x);
+    EXPECT_EQ(quad.numbers(y), expected);
+  });
+}
+
+TEST(Rows, OfTwoQuadsAreMappedFromOneQuadEach) {
+  for_every_shape([](auto quad) {
+    const auto a = quad.counting_from(1);
+    const auto x = quad.rows(a);
+    auto both = quad.two();
+    both.template map<0, 4>([](auto, auto p) { return p + 100.0f; }, x);
+    both.template map<4, 4>([](auto, auto p) { return p + 200.0f; }, x);
+    both.map([](auto, auto p) { return -p; }, both);
+    for (int k = 0; k < 8; ++k) {
+      for (int i = 0; i < quad.kStride; ++i) {
+        const float number = a[static_cast<size_t>(k % 4 * quad.kStride + i)];
+        EXPECT_EQ(both.row(k)[i], -(number + (k < 4 ? 100.0f : 200.0f)));
+      }
+    }
   });
 }
 
