@@ -48,10 +48,10 @@ CHANNELSTRIP_INLINE void transpose(V (&m)[4]) {
   m[3] = shuffle_blocks<2, 3, 6, 7>(c, d);
 }
 
-CHANNELSTRIP_INLINE Lanes<8> widened(Lanes<4> x) {
+CHANNELSTRIP_INLINE Lanes<8> extended(Lanes<4> x) {
   return __builtin_shufflevector(x, x, 0, 1, 2, 3, -1, -1, -1, -1);
 }
-CHANNELSTRIP_INLINE Lanes<16> widened(Lanes<8> x) {
+CHANNELSTRIP_INLINE Lanes<16> extended(Lanes<8> x) {
   return __builtin_shufflevector(x, x, 0, 1, 2, 3, 4, 5, 6, 7, -1, -1, -1, -1, -1, -1, -1, -1);
 }
 
@@ -60,7 +60,7 @@ CHANNELSTRIP_INLINE Lanes<16> widened(Lanes<8> x) {
 template <typename To, typename From>
 CHANNELSTRIP_INLINE To resized(From x) {
   if constexpr (kWidth<To> == kWidth<From>) return x;
-  if constexpr (kWidth < To >> kWidth<From>) return resized<To>(widened(x));
+  if constexpr (kWidth < To >> kWidth<From>) return resized<To>(extended(x));
   if constexpr (kWidth<To> < kWidth<From>) return resized<To>(low_half(x));
 }
 
