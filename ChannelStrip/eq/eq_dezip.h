@@ -8,23 +8,19 @@
 
 #pragma once
 
-#include "../lanes/lanes.h"
+#include "../lanes/doubles.h"
 #include "eq_records.h"
 
 namespace channelstrip {
 
-// The running values of four coefficients, and integers of the same width.
-typedef double Doubles __attribute__((vector_size(32)));
-typedef int64_t Longs __attribute__((vector_size(32)));
-
 // One step of one coefficient, or of one per lane: a subtraction and a product, each rounded to
 // single; nothing is fused.
-template <typename V, typename Double>
-CHANNELSTRIP_INLINE void glide(V& coef, Double& smoothed, V target, V rate) {
+template <typename V>
+CHANNELSTRIP_INLINE void glide(V& coef, DoublesOf<V>& smoothed, V target, V rate) {
   const V distance = target - coef;
   const V step = distance * rate;
-  smoothed = smoothed + convert<Double>(step);
-  coef = convert<V>(smoothed);
+  smoothed = smoothed + widened(step);
+  coef = narrowed<V>(smoothed);
 }
 
 // One step of every coefficient of every band, whether a pass runs the band or not.
@@ -37,7 +33,7 @@ inline void eq_dezip_step(EQ_SDezipCoefs* dezip, const EQ_SCoefs* targets, float
 // Sets coefs to the rounded running values again, even if something else wrote coefs alone.
 inline void eq_resynchronise(EQ_SDezipCoefs* dezip) {
   for (int i = 0; i < CHANNELSTRIP_EQ_COEFS; ++i) {
-    dezip->coefs[i] = convert<float>(dezip->smoothedCoefs[i]);
+    dezip->coefs[i] = narrowed<float>(dezip->smoothedCoefs[i]);
   }
 }
 

@@ -5,27 +5,51 @@
 #include "../frame/context.h"
 #include "../lanes/layout.h"
 #include "../lanes/section.h"
+#include "../lanes/transpose.h"
 #include "eq_dezip.h"
 
 namespace channelstrip {
 
-// Whether the next glide step changes any bit. If not, no further step of the call will: targets
-// and rate are constant for the length of a call.
-CHANNELSTRIP_INLINE bool eq_moves(const SChannelStrip_Alg_Context& strip) {
-  const EQ_SDezipCoefs& dezip = *strip.eqDezipCoefs;
-  const auto rate = broadcast<Lanes<4>>(strip.dynState[0].dezipRate);
-  IntsOf<Lanes<4>> changed{};
-  Longs changed_smoothed{};
-  for (int i = 0; i < CHANNELSTRIP_EQ_COEFS; i += 4) {
-    const auto coef_before = load<Lanes<4>>(dezip.coefs + i);
-    const auto smoothed_before = load<Doubles>(dezip.smoothedCoefs + i);
-    Lanes<4> coef = coef_before;
-    Doubles smoothed = smoothed_before;
-    glide(coef, smoothed, load<Lanes<4>>(strip.eqTargetCoefs->targetCoefs + i), rate);
-    changed |= (IntsOf<Lanes<4>>)coef ^ (IntsOf<Lanes<4>>)coef_before;
-    changed_smoothed |= (Longs)smoothed ^ (Longs)smoothed_before;
+// Whether a glide step changed any bit. If not, no further step of the call will: targets and rate
+// are constant for the length of a call.
+template <typename V>
+class GlideChange {
+ public:
+  CHANNELSTRIP_INLINE void add(V coefs, V new_coefs, DoublesOf<V> smoothed,
+                               DoublesOf<V> new_smoothed) {
+    coefs_ |= (IntsOf<V>)coefs ^ (IntsOf<V>)new_coefs;
+    smoothed_ |= (LongsOf<V>)smoothed ^ (LongsOf<V>)new_smoothed;
   }
-  return any_bit(changed) || any_bit(changed_smoothed);
+  CHANNELSTRIP_INLINE bool any() const { return any_bit(coefs_) || any_bit(smoothed_); }
+
+ private:
+  IntsOf<V> coefs_{};
+  LongsOf<V> smoothed_{};
+};
+
+// Adds the change that the strip's next step would make.
+template <typename V>
+CHANNELSTRIP_INLINE void add_next_step(GlideChange<V>& change,
+                                       const SChannelStrip_Alg_Context& strip) {
+  const EQ_SDezipCoefs& dezip = *strip.eqDezipCoefs;
+  const V rate = broadcast<V>(strip.dynState[0].dezipRate);
+  for (int i = 0; i < CHANNELSTRIP_EQ_COEFS; i += kWidth<V>) {
+    const auto coefs = load<V>(dezip.coefs + i);
+    const auto smoothed = load<DoublesOf<V>>(dezip.smoothedCoefs + i);
+    V new_coefs = coefs;
+    DoublesOf<V> new_smoothed = smoothed;
+    glide(new_coefs, new_smoothed, load<V>(strip.eqTargetCoefs->targetCoefs + i), rate);
+    change.add(coefs, new_coefs, smoothed, new_smoothed);
+  }
+}
+
+// The lanes of one glide step. At 256 bits, eight doubles at a time are slower than four.
+constexpr int kGlideLanes = kLanes > 8 ? 8 : 4;
+
+CHANNELSTRIP_INLINE bool eq_moves(const SChannelStrip_Alg_Context& strip) {
+  GlideChange<Lanes<kGlideLanes>> change;
+  add_next_step(change, strip);
+  return change.any();
 }
 
 // Keeps the coefficients of the last History quads, as the pipeline runs the second pass of a quad
@@ -40,37 +64,26 @@ class EqLanes {
       first_band_[pass] = strips[0]->eqTargetCoefs->firstBand[pass];
       end_band_[pass] = strips[0]->eqTargetCoefs->endBand[pass];
     }
-    for (int s = 0; s < Layout::kStrips; ++s) moves_ |= eq_moves(*strips[s]);
-    for (int lane = 0; lane < kCoefLanes; ++lane) {
-      const SChannelStrip_Alg_Context& strip = *strips[Layout::strip_of_channel_lane(lane)];
-      for (int i = 0; i < kBandCoefs; ++i) {
-        coefs_[History - 1][i * kCoefLanes + lane] = strip.eqDezipCoefs->coefs[i];
-      }
-      if (moves_) load_glide(strip, lane);
+    GlideChange<Lanes<kGlideLanes>> change;
+    for (int s = 0; s < Layout::kStrips; ++s) add_next_step(change, *strips[s]);
+    moves_ = moved_ = change.any();
+    load_coefs(coefs_[History - 1], [&](int lane) { return dezip_of(strips, lane)->coefs; });
+    if (moves_) load_glide(strips);
+    for (int band = 0; band < CHANNELSTRIP_EQ_BANDS; band += 4) {
+      load_memory(z1_, band, [&](int lane) { return state_of(strips, lane).z1; });
+      load_memory(z2_, band, [&](int lane) { return state_of(strips, lane).z2; });
     }
-    for_each_band([&](int band) {
-      const auto state = [&](int lane) -> const EQ_SState& {
-        return strips[Layout::strip_of_channel_lane(lane)]->eqState[Layout::channel_of(lane)];
-      };
-      z1_[band] = fill<V>([&](int lane) { return state(lane).z1[band]; });
-      z2_[band] = fill<V>([&](int lane) { return state(lane).z2[band]; });
-    });
   }
 
   // Glides the coefficients by the step that precedes quad q.
   CHANNELSTRIP_INLINE void glide_before(int32_t q) {
     if (!moves_) return;
-    const float* const from = coefs_[static_cast<uint32_t>(q + History - 1) % History];
-    float* const to = coefs_[static_cast<uint32_t>(q) % History];
-    for (int i = 0; i < kCoefs; i += 4) {
-      const auto rate = kCoefLanes == 1 ? broadcast<Lanes<4>>(rates_[0])
-                                        : load<Lanes<4>>(rates_ + i % kCoefLanes);
-      auto coef = load<Lanes<4>>(from + i);
-      auto smoothed = load<Doubles>(smoothed_ + i);
-      glide(coef, smoothed, load<Lanes<4>>(targets_ + i), rate);
-      channelstrip::store(to + i, coef);
-      channelstrip::store(smoothed_ + i, smoothed);
+    if (q % kWatched != kWatched - 1) {
+      step<false>(q);
+    } else if (!step<true>(q)) {
+      last_step_ = q + History - 1;
     }
+    if (q == last_step_) moves_ = false;
   }
 
   // Runs the pass before (0) or after (1) the dynamics over quad q.
@@ -87,20 +100,10 @@ class EqLanes {
   }
 
   CHANNELSTRIP_INLINE void store(const SChannelStrip_Alg_Context* const* strips) const {
-    for (int s = 0; s < Layout::kStrips && moves_; ++s) {
-      const int lane = kCoefLanes == 1 ? 0 : s * Layout::kChannelStride;
-      EQ_SDezipCoefs* const to = strips[s]->eqDezipCoefs;
-      for (int i = 0; i < kBandCoefs; ++i) to->smoothedCoefs[i] = smoothed_[i * kCoefLanes + lane];
-      eq_resynchronise(to);
-    }
-    for (int lane = 0; lane < kWidth<V>; ++lane) {
-      if (!Layout::is_channel(lane)) continue;
-      EQ_SState& to =
-          strips[Layout::strip_of_channel_lane(lane)]->eqState[Layout::channel_of(lane)];
-      for_each_band([&](int band) {
-        to.z1[band] = z1_[band][lane];
-        to.z2[band] = z2_[band][lane];
-      });
+    if (moved_) store_glide(strips);
+    for (int band = 0; band < CHANNELSTRIP_EQ_BANDS; band += 4) {
+      store_memory(z1_, band, [&](int lane) { return state_of(strips, lane).z1; });
+      store_memory(z2_, band, [&](int lane) { return state_of(strips, lane).z2; });
     }
   }
 
@@ -110,23 +113,111 @@ class EqLanes {
   static constexpr int kCoefLanes = Layout::kStrips == 1 ? 1 : kWidth<V>;
   static constexpr int kCoefs = kBandCoefs * kCoefLanes;
 
-  // Visits the bands that a pass runs. The state of all others must stay untouched.
-  template <typename Function>
-  CHANNELSTRIP_INLINE void for_each_band(Function visit) const {
-    for (int pass = 0; pass < 2; ++pass) {
-      for (int band = first_band_[pass]; band < end_band_[pass]; ++band) visit(band);
+  // Every so many quads, a step finds out whether the glide has come to rest.
+  static constexpr int kWatched = 32;
+
+  // Returns whether the step changed anything, if that is watched.
+  template <bool Watched>
+  CHANNELSTRIP_INLINE bool step(int32_t q) {
+    constexpr int kPart = kCoefLanes == 4 ? 4 : kGlideLanes;
+    using Part = Lanes<kPart>;
+    const float* const from = coefs_[static_cast<uint32_t>(q + History - 1) % History];
+    float* const to = coefs_[static_cast<uint32_t>(q) % History];
+    GlideChange<Part> change;
+    for (int i = 0; i < kCoefs; i += kPart) {
+      const auto rate =
+          kCoefLanes == 1 ? broadcast<Part>(rates_[0]) : load<Part>(rates_ + i % kCoefLanes);
+      const auto coef = load<Part>(from + i);
+      const auto smoothed = load<DoublesOf<Part>>(smoothed_ + i);
+      Part new_coef = coef;
+      DoublesOf<Part> new_smoothed = smoothed;
+      glide(new_coef, new_smoothed, load<Part>(targets_ + i), rate);
+      channelstrip::store(to + i, new_coef);
+      channelstrip::store(smoothed_ + i, new_smoothed);
+      if constexpr (Watched) change.add(coef, new_coef, smoothed, new_smoothed);
+    }
+    return !Watched || change.any();
+  }
+
+  CHANNELSTRIP_INLINE static EQ_SDezipCoefs* dezip_of(
+      const SChannelStrip_Alg_Context* const* strips, int lane) {
+    return strips[Layout::strip_of_channel_lane(lane)]->eqDezipCoefs;
+  }
+  CHANNELSTRIP_INLINE static EQ_SState& state_of(const SChannelStrip_Alg_Context* const* strips,
+                                                 int lane) {
+    return strips[Layout::strip_of_channel_lane(lane)]->eqState[Layout::channel_of(lane)];
+  }
+
+  CHANNELSTRIP_INLINE bool runs(int band) const {
+    return (band >= first_band_[0] && band < end_band_[0]) ||
+           (band >= first_band_[1] && band < end_band_[1]);
+  }
+
+  // One number per coefficient and lane, from an array per lane.
+  template <typename From>
+  CHANNELSTRIP_INLINE static void load_coefs(float* to, From from) {
+    for (int i = 0; i < kBandCoefs; i += 4) {
+      if constexpr (kCoefLanes == 1) {
+        channelstrip::store(to + i, load<Lanes<4>>(from(0) + i));
+      } else {
+        V columns[4];
+        load_columns(columns, [&](int lane) { return from(lane) + i; });
+        for (int k = 0; k < 4; ++k) channelstrip::store(to + (i + k) * kCoefLanes, columns[k]);
+      }
     }
   }
 
-  CHANNELSTRIP_INLINE void load_glide(const SChannelStrip_Alg_Context& strip, int lane) {
-    rates_[lane] = strip.dynState[0].dezipRate;
-    for (int i = 0; i < kBandCoefs; ++i) {
-      targets_[i * kCoefLanes + lane] = strip.eqTargetCoefs->targetCoefs[i];
-      smoothed_[i * kCoefLanes + lane] = strip.eqDezipCoefs->smoothedCoefs[i];
+  CHANNELSTRIP_INLINE void load_glide(const SChannelStrip_Alg_Context* const* strips) {
+    const auto strip = [&](int lane) -> const SChannelStrip_Alg_Context& {
+      return *strips[Layout::strip_of_channel_lane(lane)];
+    };
+    load_coefs(targets_, [&](int lane) { return strip(lane).eqTargetCoefs->targetCoefs; });
+    for (int lane = 0; lane < kCoefLanes; ++lane) {
+      rates_[lane] = strip(lane).dynState[0].dezipRate;
+      for (int i = 0; i < kBandCoefs; ++i) {
+        smoothed_[i * kCoefLanes + lane] = strip(lane).eqDezipCoefs->smoothedCoefs[i];
+      }
     }
   }
 
-  bool moves_ = false;  // if not, the last row of coefs_ serves all quads
+  CHANNELSTRIP_INLINE void store_glide(const SChannelStrip_Alg_Context* const* strips) const {
+    for (int s = 0; s < Layout::kStrips; ++s) {
+      const int lane = kCoefLanes == 1 ? 0 : s * Layout::kChannelStride;
+      EQ_SDezipCoefs* const to = strips[s]->eqDezipCoefs;
+      for (int i = 0; i < kBandCoefs; ++i) to->smoothedCoefs[i] = smoothed_[i * kCoefLanes + lane];
+      eq_resynchronise(to);
+    }
+  }
+
+  // One delay element of four bands.
+  template <typename Of>
+  CHANNELSTRIP_INLINE static void load_memory(V* z, int band, Of of) {
+    V four[4];
+    load_columns(four, [&](int lane) { return of(lane) + band; });
+    for (int k = 0; k < 4; ++k) z[band + k] = four[k];
+  }
+
+  // A band that no pass runs must stay untouched.
+  template <typename Of>
+  CHANNELSTRIP_INLINE void store_memory(const V* z, int band, Of of) const {
+    if (runs(band) && runs(band + 1) && runs(band + 2) && runs(band + 3)) {
+      const V four[4] = {z[band], z[band + 1], z[band + 2], z[band + 3]};
+      store_columns(four, [&](int lane) -> float* {
+        return Layout::is_channel(lane) ? of(lane) + band : nullptr;
+      });
+      return;
+    }
+    for (int k = band; k < band + 4; ++k) {
+      if (!runs(k)) continue;
+      for (int lane = 0; lane < kWidth<V>; ++lane) {
+        if (Layout::is_channel(lane)) of(lane)[k] = z[k][lane];
+      }
+    }
+  }
+
+  bool moves_;                     // if not, the last row of coefs_ serves all quads
+  bool moved_;                     // in this call
+  int32_t last_step_ = INT32_MAX;  // after which every row holds the coefficients at rest
   int32_t first_band_[2], end_band_[2];
   V z1_[CHANNELSTRIP_EQ_BANDS], z2_[CHANNELSTRIP_EQ_BANDS];
   alignas(64) float coefs_[History][kCoefs];  // row q % History is quad q's

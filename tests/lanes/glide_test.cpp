@@ -89,6 +89,21 @@ TEST_P(GlidesBeside, MayComeToRestWithinACall) {
   expect_the_models_with_one(wire);
 }
 
+// The glides end after 1 to 33 quads of 100.
+TEST_P(GlidesBeside, MayComeToRestAtAnyQuadOfALongCall) {
+  for (int bit = 0; bit < 23; ++bit) {
+    const auto wire = [=](Rack& rack) {
+      rest_all(rack);
+      for (std::size_t i = 0; i < rack.size(); ++i) {
+        stand_off(rack, i, 1 << bit >> i % 2);
+        rate(rack, i) = 0.4f;
+      }
+    };
+    EXPECT_EQ(difference_from_model(GetParam(), enough_instances(GetParam()), 400, 1, wire), "")
+        << bit;
+  }
+}
+
 // A twentieth of the last bit per quad: the running value alone moves, and the coefficient follows
 // after ten quads; in a call of one block, not at all.
 TEST_P(GlidesBeside, MayMoveInTheRunningValuesAlone) {

@@ -1,7 +1,9 @@
 // Operations on lanes against a plain loop over the lanes, for every kind of number.
 
 #include <ChannelStrip/lanes/buffers.h>
+#include <ChannelStrip/lanes/doubles.h>
 #include <ChannelStrip/lanes/layout.h>
+#include <ChannelStrip/lanes/transpose.h>
 #include <gtest/gtest.h>
 #include <tests/support/compare.h>
 
@@ -211,6 +213,57 @@ TEST(Lanes, QuadsGoFromBuffersToBuffers) {
     }
     store_lanes(quad, outputs, kOffset);
     EXPECT_EQ(out, expected);
+  });
+}
+
+// Record l holds 10 l, 10 l + 1, ...
+template <size_t Width>
+std::array<std::array<float, 6>, Width> records() {
+  std::array<std::array<float, 6>, Width> result;
+  for (size_t lane = 0; lane < Width; ++lane) {
+    for (size_t i = 0; i < 6; ++i) result[lane][i] = static_cast<float>(10 * lane + i);
+  }
+  return result;
+}
+
+TEST(Lanes, ColumnsHoldOneNumberOfEveryRecord) {
+  for_every_width([](auto width) {
+    const auto from = records<width>();
+    Lanes<width> columns[4];
+    load_columns(columns, [&](int lane) { return from[static_cast<size_t>(lane)].data() + 1; });
+    for (size_t i = 0; i < 4; ++i) {
+      const auto column = plain(columns[i]);
+      for (size_t lane = 0; lane < width; ++lane) ASSERT_EQ(column[lane], from[lane][i + 1]);
+    }
+  });
+}
+
+TEST(Lanes, ColumnsAreStoredInTheRecordsThatAreNotNull) {
+  for_every_width([](auto width) {
+    const auto from = records<width>();
+    Lanes<width> columns[4];
+    load_columns(columns, [&](int lane) { return from[static_cast<size_t>(lane)].data(); });
+    std::array<std::array<float, 6>, width> to{};
+    store_columns(columns, [&](int lane) {
+      return lane == 2 ? nullptr : to[static_cast<size_t>(lane)].data() + 1;
+    });
+    for (size_t lane = 0; lane < width; ++lane) {
+      for (size_t i = 0; i < 6; ++i) {
+        const bool stored = lane != 2 && i > 0 && i < 5;
+        ASSERT_EQ(to[lane][i], stored ? from[lane][i - 1] : 0.0f) << lane << ' ' << i;
+      }
+    }
+  });
+}
+
+TEST(Lanes, WidenedNumbersAreExactAndNarrowedOnesRounded) {
+  for_every_three([](const auto& a, const auto& b, const auto&) {
+    const auto sum = widened(lanes(a)) + widened(lanes(b)) * 0x1p-30;
+    const auto result = plain(narrowed<Lanes<std::tuple_size_v<std::decay_t<decltype(a)>>>>(sum));
+    for (size_t i = 0; i < a.size(); ++i) {
+      const double expected = static_cast<double>(a[i]) + static_cast<double>(b[i]) * 0x1p-30;
+      ASSERT_TRUE(same_number(result[i], static_cast<float>(expected))) << a[i] << ' ' << b[i];
+    }
   });
 }
 
