@@ -43,11 +43,8 @@ CHANNELSTRIP_INLINE void add_next_step(GlideChange<V>& change,
   }
 }
 
-// The lanes of one glide step. At 256 bits, eight doubles at a time are slower than four.
-constexpr int kGlideLanes = kLanes > 8 ? 8 : 4;
-
 CHANNELSTRIP_INLINE bool eq_moves(const SChannelStrip_Alg_Context& strip) {
-  GlideChange<Lanes<kGlideLanes>> change;
+  GlideChange<Lanes<4>> change;
   add_next_step(change, strip);
   return change.any();
 }
@@ -59,16 +56,21 @@ class EqLanes {
  public:
   using V = typename Layout::Channel;
 
+  // Strips whose coefficients move may not stand in sixteen lanes: that would take 10 KB of stack.
+  static constexpr bool kMayMove = kWidth<V> < 16;
+
   CHANNELSTRIP_INLINE explicit EqLanes(const SChannelStrip_Alg_Context* const* strips) {
     for (int pass = 0; pass < 2; ++pass) {
       first_band_[pass] = strips[0]->eqTargetCoefs->firstBand[pass];
       end_band_[pass] = strips[0]->eqTargetCoefs->endBand[pass];
     }
-    GlideChange<Lanes<kGlideLanes>> change;
-    for (int s = 0; s < Layout::kStrips; ++s) add_next_step(change, *strips[s]);
-    moves_ = moved_ = change.any();
-    load_coefs(coefs_[History - 1], [&](int lane) { return dezip_of(strips, lane)->coefs; });
-    if (moves_) load_glide(strips);
+    load_coefs(coefs_[kRows - 1], [&](int lane) { return dezip_of(strips, lane)->coefs; });
+    if constexpr (kMayMove) {
+      GlideChange<Lanes<4>> change;
+      for (int s = 0; s < Layout::kStrips; ++s) add_next_step(change, *strips[s]);
+      moves_ = moved_ = change.any();
+      if (moves_) load_glide(strips);
+    }
     for (int band = 0; band < CHANNELSTRIP_EQ_BANDS; band += 4) {
       load_memory(z1_, band, [&](int lane) { return state_of(strips, lane).z1; });
       load_memory(z2_, band, [&](int lane) { return state_of(strips, lane).z2; });
@@ -77,18 +79,18 @@ class EqLanes {
 
   // Glides the coefficients by the step that precedes quad q.
   CHANNELSTRIP_INLINE void glide_before(int32_t q) {
-    if (!moves_) return;
+    if (!kMayMove || !moves_) return;
     if (q % kWatched != kWatched - 1) {
       step<false>(q);
     } else if (!step<true>(q)) {
-      last_step_ = q + History - 1;
+      last_step_ = q + kRows - 1;
     }
     if (q == last_step_) moves_ = false;
   }
 
   // Runs the pass before (0) or after (1) the dynamics over quad q.
   CHANNELSTRIP_INLINE void run(int pass, int32_t q, V (&samples)[4]) {
-    const float* const coefs = coefs_[moves_ ? static_cast<uint32_t>(q) % History : History - 1];
+    const float* const coefs = coefs_[moves_ ? static_cast<uint32_t>(q) % kRows : kRows - 1];
     for (int32_t band = first_band_[pass]; band < end_band_[pass]; ++band) {
       V section[5];
       for (int i = 0; i < 5; ++i) {
@@ -100,7 +102,7 @@ class EqLanes {
   }
 
   CHANNELSTRIP_INLINE void store(const SChannelStrip_Alg_Context* const* strips) const {
-    if (moved_) store_glide(strips);
+    if (kMayMove && moved_) store_glide(strips);
     for (int band = 0; band < CHANNELSTRIP_EQ_BANDS; band += 4) {
       store_memory(z1_, band, [&](int lane) { return state_of(strips, lane).z1; });
       store_memory(z2_, band, [&](int lane) { return state_of(strips, lane).z2; });
@@ -112,6 +114,8 @@ class EqLanes {
   // All channels of one strip share its coefficients.
   static constexpr int kCoefLanes = Layout::kStrips == 1 ? 1 : kWidth<V>;
   static constexpr int kCoefs = kBandCoefs * kCoefLanes;
+  static constexpr int kRows = kMayMove ? History : 1;
+  static constexpr int kMoving = kMayMove ? kCoefs : 1;
 
   // Every so many quads, a step finds out whether the glide has come to rest.
   static constexpr int kWatched = 32;
@@ -119,12 +123,11 @@ class EqLanes {
   // Returns whether the step changed anything, if that is watched.
   template <bool Watched>
   CHANNELSTRIP_INLINE bool step(int32_t q) {
-    constexpr int kPart = kCoefLanes == 4 ? 4 : kGlideLanes;
-    using Part = Lanes<kPart>;
-    const float* const from = coefs_[static_cast<uint32_t>(q + History - 1) % History];
-    float* const to = coefs_[static_cast<uint32_t>(q) % History];
+    using Part = Lanes<4>;
+    const float* const from = coefs_[static_cast<uint32_t>(q + kRows - 1) % kRows];
+    float* const to = coefs_[static_cast<uint32_t>(q) % kRows];
     GlideChange<Part> change;
-    for (int i = 0; i < kCoefs; i += kPart) {
+    for (int i = 0; i < kCoefs; i += 4) {
       const auto rate =
           kCoefLanes == 1 ? broadcast<Part>(rates_[0]) : load<Part>(rates_ + i % kCoefLanes);
       const auto coef = load<Part>(from + i);
@@ -215,14 +218,14 @@ class EqLanes {
     }
   }
 
-  bool moves_;                     // if not, the last row of coefs_ serves all quads
-  bool moved_;                     // in this call
+  bool moves_ = false;             // if not, the last row of coefs_ serves all quads
+  bool moved_ = false;             // in this call
   int32_t last_step_ = INT32_MAX;  // after which every row holds the coefficients at rest
   int32_t first_band_[2], end_band_[2];
   V z1_[CHANNELSTRIP_EQ_BANDS], z2_[CHANNELSTRIP_EQ_BANDS];
-  alignas(64) float coefs_[History][kCoefs];  // row q % History is quad q's
-  alignas(64) float targets_[kCoefs];
-  alignas(64) double smoothed_[kCoefs];
+  alignas(64) float coefs_[kRows][kCoefs];  // row q % kRows is quad q's
+  alignas(64) float targets_[kMoving];
+  alignas(64) double smoothed_[kMoving];
   float rates_[kCoefLanes];
 };
 

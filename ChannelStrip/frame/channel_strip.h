@@ -68,7 +68,7 @@ constexpr uint32_t kMostInLanes = 1 << 30;
 // Whether instances can be processed side by side in lanes: with equal counts and band ranges, and
 // independent of each other. A band that runs in both passes prevents it: it hands its state from
 // one pass to the other within a quad, but in lanes the passes work on different quads at a time.
-template <int Channels, int Strips>
+template <int Channels, int Groups, int Strips>
 bool fit_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
   const int32_t count = *strips[0]->sampleCount;
   const EQ_SCoefs& eq = *strips[0]->eqTargetCoefs;
@@ -83,7 +83,13 @@ bool fit_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
   }
   const bool shared_band = (eq.firstBand[0] < eq.endBand[1]) & (eq.firstBand[1] < eq.endBand[0]) &
                            (eq.firstBand[0] < eq.endBand[0]) & (eq.firstBand[1] < eq.endBand[1]);
-  return !shared_band && are_independent<Channels, Strips>(strips, whole_blocks(count));
+  if (shared_band) return false;
+  if constexpr (!EqLanes<Layout<Channels, Groups, Strips>, 1>::kMayMove) {
+    for (int s = 0; s < Strips; ++s) {
+      if (eq_moves(*strips[s])) return false;
+    }
+  }
+  return are_independent<Channels, Strips>(strips, whole_blocks(count));
 }
 
 template <int Channels, int Groups, int Strips>
@@ -108,7 +114,7 @@ void process_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
 template <int Channels, int Groups, int Strips>
 CHANNELSTRIP_INLINE int process_first(const SChannelStrip_Alg_Context* const* strips,
                                       int64_t count) {
-  if (count >= Strips && fit_in_lanes<Channels, Strips>(strips)) {
+  if (count >= Strips && fit_in_lanes<Channels, Groups, Strips>(strips)) {
     process_in_lanes<Channels, Groups, Strips>(strips);
     return Strips;
   }

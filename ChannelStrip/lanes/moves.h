@@ -1,4 +1,4 @@
-// Loads, stores and transposition of vectors.
+// Loads and stores of vectors, vectors of another width, and lanes picked by number.
 
 #pragma once
 
@@ -16,36 +16,6 @@ CHANNELSTRIP_INLINE V load(const void* from) {
 template <typename V>
 CHANNELSTRIP_INLINE void store(void* to, V x) {
   __builtin_memcpy(to, &x, sizeof x);
-}
-
-// Lanes A to D of every block of four lanes; from 4 on they are those of b's block.
-template <int A, int B, int C, int D, typename V>
-CHANNELSTRIP_INLINE V shuffle_blocks(V a, V b) {
-  constexpr int kW = kWidth<V>;
-  constexpr auto at = [](int block, int i) { return 4 * block + (i < 4 ? i : i - 4 + kW); };
-#define CHANNELSTRIP_BLOCK(i) at(i, A), at(i, B), at(i, C), at(i, D)
-  if constexpr (kW == 4) return __builtin_shufflevector(a, b, CHANNELSTRIP_BLOCK(0));
-  if constexpr (kW == 8) {
-    return __builtin_shufflevector(a, b, CHANNELSTRIP_BLOCK(0), CHANNELSTRIP_BLOCK(1));
-  }
-  if constexpr (kW == 16) {
-    return __builtin_shufflevector(a, b, CHANNELSTRIP_BLOCK(0), CHANNELSTRIP_BLOCK(1),
-                                   CHANNELSTRIP_BLOCK(2), CHANNELSTRIP_BLOCK(3));
-  }
-#undef CHANNELSTRIP_BLOCK
-}
-
-// Four vectors: in every block of four lanes, rows become columns.
-template <typename V>
-CHANNELSTRIP_INLINE void transpose(V (&m)[4]) {
-  const V a = shuffle_blocks<0, 4, 1, 5>(m[0], m[1]);
-  const V b = shuffle_blocks<0, 4, 1, 5>(m[2], m[3]);
-  const V c = shuffle_blocks<2, 6, 3, 7>(m[0], m[1]);
-  const V d = shuffle_blocks<2, 6, 3, 7>(m[2], m[3]);
-  m[0] = shuffle_blocks<0, 1, 4, 5>(a, b);
-  m[1] = shuffle_blocks<2, 3, 6, 7>(a, b);
-  m[2] = shuffle_blocks<0, 1, 4, 5>(c, d);
-  m[3] = shuffle_blocks<2, 3, 6, 7>(c, d);
 }
 
 CHANNELSTRIP_INLINE Lanes<8> extended(Lanes<4> x) {

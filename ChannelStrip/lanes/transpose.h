@@ -1,4 +1,5 @@
-// Moves neighbouring numbers of many records between memory and lanes, one lane per record.
+// Moves neighbouring numbers of many records or buffers between memory and lanes, one lane per
+// record.
 
 #pragma once
 
@@ -6,78 +7,79 @@
 
 namespace channelstrip {
 
-// The four lanes that begin at lane 4 Part.
-template <int Part, typename V>
-CHANNELSTRIP_INLINE Lanes<4> part_of(V x) {
-  return __builtin_shufflevector(x, x, 4 * Part, 4 * Part + 1, 4 * Part + 2, 4 * Part + 3);
+// Lanes A to D of every block of four lanes; from 4 on they are those of b's block.
+template <int A, int B, int C, int D, typename V>
+CHANNELSTRIP_INLINE V shuffle_blocks(V a, V b) {
+  constexpr int kW = kWidth<V>;
+  constexpr auto at = [](int block, int i) { return 4 * block + (i < 4 ? i : i - 4 + kW); };
+#define CHANNELSTRIP_BLOCK(i) at(i, A), at(i, B), at(i, C), at(i, D)
+  if constexpr (kW == 4) return __builtin_shufflevector(a, b, CHANNELSTRIP_BLOCK(0));
+  if constexpr (kW == 8) {
+    return __builtin_shufflevector(a, b, CHANNELSTRIP_BLOCK(0), CHANNELSTRIP_BLOCK(1));
+  }
+  if constexpr (kW == 16) {
+    return __builtin_shufflevector(a, b, CHANNELSTRIP_BLOCK(0), CHANNELSTRIP_BLOCK(1),
+                                   CHANNELSTRIP_BLOCK(2), CHANNELSTRIP_BLOCK(3));
+  }
+#undef CHANNELSTRIP_BLOCK
 }
 
-// transpose() in every four lanes by themselves.
-CHANNELSTRIP_INLINE void transpose_parts(Lanes<4> (&m)[4]) {
-  transpose(m);
+// Four vectors: in every block of four lanes, rows become columns.
+template <typename V>
+CHANNELSTRIP_INLINE void transpose(V (&m)[4]) {
+  const V a = shuffle_blocks<0, 4, 1, 5>(m[0], m[1]);
+  const V b = shuffle_blocks<0, 4, 1, 5>(m[2], m[3]);
+  const V c = shuffle_blocks<2, 6, 3, 7>(m[0], m[1]);
+  const V d = shuffle_blocks<2, 6, 3, 7>(m[2], m[3]);
+  m[0] = shuffle_blocks<0, 1, 4, 5>(a, b);
+  m[1] = shuffle_blocks<2, 3, 6, 7>(a, b);
+  m[2] = shuffle_blocks<0, 1, 4, 5>(c, d);
+  m[3] = shuffle_blocks<2, 3, 6, 7>(c, d);
 }
-CHANNELSTRIP_INLINE void transpose_parts(Lanes<8> (&m)[4]) {
-  const Lanes<8> a = __builtin_shufflevector(m[0], m[1], 0, 8, 1, 9, 4, 12, 5, 13);
-  const Lanes<8> b = __builtin_shufflevector(m[2], m[3], 0, 8, 1, 9, 4, 12, 5, 13);
-  const Lanes<8> c = __builtin_shufflevector(m[0], m[1], 2, 10, 3, 11, 6, 14, 7, 15);
-  const Lanes<8> d = __builtin_shufflevector(m[2], m[3], 2, 10, 3, 11, 6, 14, 7, 15);
-  m[0] = __builtin_shufflevector(a, b, 0, 1, 8, 9, 4, 5, 12, 13);
-  m[1] = __builtin_shufflevector(a, b, 2, 3, 10, 11, 6, 7, 14, 15);
-  m[2] = __builtin_shufflevector(c, d, 0, 1, 8, 9, 4, 5, 12, 13);
-  m[3] = __builtin_shufflevector(c, d, 2, 3, 10, 11, 6, 7, 14, 15);
+
+// The blocks of four lanes that a register consists of.
+template <typename V>
+CHANNELSTRIP_INLINE V join_blocks(const Lanes<4>* blocks) {
+  if constexpr (kWidth<V> == 4) {
+    return blocks[0];
+  } else {
+    using Half = Lanes<kWidth<V> / 2>;
+    return join(join_blocks<Half>(blocks), join_blocks<Half>(blocks + kWidth<Half> / 4));
+  }
 }
-CHANNELSTRIP_INLINE void transpose_parts(Lanes<16> (&m)[4]) {
-  using V = Lanes<16>;
-  const auto low = [](V x, V y) {
-    return __builtin_shufflevector(x, y, 0, 16, 1, 17, 4, 20, 5, 21, 8, 24, 9, 25, 12, 28, 13, 29);
-  };
-  const auto high = [](V x, V y) {
-    return __builtin_shufflevector(x, y, 2, 18, 3, 19, 6, 22, 7, 23, 10, 26, 11, 27, 14, 30, 15,
-                                   31);
-  };
-  const auto low_pairs = [](V x, V y) {
-    return __builtin_shufflevector(x, y, 0, 1, 16, 17, 4, 5, 20, 21, 8, 9, 24, 25, 12, 13, 28, 29);
-  };
-  const auto high_pairs = [](V x, V y) {
-    return __builtin_shufflevector(x, y, 2, 3, 18, 19, 6, 7, 22, 23, 10, 11, 26, 27, 14, 15, 30,
-                                   31);
-  };
-  const V a = low(m[0], m[1]), b = low(m[2], m[3]), c = high(m[0], m[1]), d = high(m[2], m[3]);
-  m[0] = low_pairs(a, b);
-  m[1] = high_pairs(a, b);
-  m[2] = low_pairs(c, d);
-  m[3] = high_pairs(c, d);
+template <typename V>
+CHANNELSTRIP_INLINE void split_blocks(V x, Lanes<4>* blocks) {
+  if constexpr (kWidth<V> == 4) {
+    blocks[0] = x;
+  } else {
+    split_blocks(low_half(x), blocks);
+    split_blocks(high_half(x), blocks + kWidth<V> / 8);
+  }
 }
 
 // columns[i] = number i of every lane's record, for four numbers from at(lane) on.
 template <typename V, typename At>
 CHANNELSTRIP_INLINE void load_columns(V (&columns)[4], At at) {
-  for (int i = 0; i < 4; ++i) {
-    const auto row = [&](int lane) { return load<Lanes<4>>(at(lane)); };
-    if constexpr (kWidth<V> == 4) columns[i] = row(i);
-    if constexpr (kWidth<V> == 8) columns[i] = join(row(i), row(i + 4));
-    if constexpr (kWidth<V> == 16) {
-      columns[i] = join(join(row(i), row(i + 4)), join(row(i + 8), row(i + 12)));
+  for (int row = 0; row < 4; ++row) {
+    Lanes<4> blocks[kWidth<V> / 4];
+    for (int block = 0; block < kWidth<V> / 4; ++block) {
+      blocks[block] = load<Lanes<4>>(at(4 * block + row));
     }
+    columns[row] = join_blocks<V>(blocks);
   }
-  transpose_parts(columns);
+  transpose(columns);
 }
 
 // The reverse. A lane for which at(lane) is null isn't stored.
 template <typename V, typename At>
 CHANNELSTRIP_INLINE void store_columns(const V (&columns)[4], At at) {
-  V rows[4];
-  for (int i = 0; i < 4; ++i) rows[i] = columns[i];
-  transpose_parts(rows);
-  for (int i = 0; i < 4; ++i) {
-    const auto store_row = [&](int lane, Lanes<4> row) {
-      if (float* const to = at(lane)) store(to, row);
-    };
-    store_row(i, part_of<0>(rows[i]));
-    if constexpr (kWidth < V >> 4) store_row(i + 4, part_of<1>(rows[i]));
-    if constexpr (kWidth < V >> 8) {
-      store_row(i + 8, part_of<2>(rows[i]));
-      store_row(i + 12, part_of<3>(rows[i]));
+  V rows[4] = {columns[0], columns[1], columns[2], columns[3]};
+  transpose(rows);
+  for (int row = 0; row < 4; ++row) {
+    Lanes<4> blocks[kWidth<V> / 4];
+    split_blocks(rows[row], blocks);
+    for (int block = 0; block < kWidth<V> / 4; ++block) {
+      if (float* const to = at(4 * block + row)) store(to, blocks[block]);
     }
   }
 }
