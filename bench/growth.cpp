@@ -31,7 +31,7 @@ struct Panel {
 };
 
 constexpr Workload one_strip(std::string_view format, int samples = 512) {
-  return {format, 1, samples, Variant::kUsual, 0};
+  return {format, 1, samples};
 }
 
 std::vector<Panel> panels() {
@@ -53,7 +53,7 @@ std::vector<Panel> panels() {
     wide_bands.points.back().workload.bands = count;
   }
   for (const int count : {1, 2, 4, 7, 8, 12, 15, 16, 32, 64}) {
-    instances.points.push_back({count, {"Mono", count, 128, Variant::kUsual, 0}});
+    instances.points.push_back({count, {"Mono", count, 128}});
   }
   for (const int count : {16, 32, 64, 128, 256, 512, 1024}) {
     samples.points.push_back({count, one_strip("Mono", count)});

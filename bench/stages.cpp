@@ -68,13 +68,13 @@ std::vector<Stage> stages_of(const SChannelStrip_Alg_Context& strip) {
 
 template <int Channels, int Groups>
 void measure_plain(std::string_view format) {
-  const Console console({format, 1, kSamples, Variant::kUsual, 0}, 0);
+  const Console console({format, 1, kSamples}, 0);
   measure(format, stages_of<Channels, Groups>(*console.context()));
 }
 
 template <int Channels, int Groups, int Strips>
 void measure_in_lanes(std::string_view title, std::string_view format) {
-  const Console console({format, Strips, kSamples, Variant::kUsual, 0}, 0);
+  const Console console({format, Strips, kSamples}, 0);
   measure(title, stages_in_lanes<Channels, Groups, Strips>(console.contexts()));
 }
 
