@@ -38,17 +38,17 @@ std::size_t turns_of(const Report& report) {
   return report.rows.front().nanoseconds.size();
 }
 
-// The geometric mean over all rows of what one rival took in each turn.
-std::vector<double> means(const Report& report, std::size_t rival) {
-  std::vector<double> logarithms(turns_of(report));
-  for (const Row& row : report.rows) {
-    for (std::size_t turn = 0; turn < logarithms.size(); ++turn) {
-      logarithms[turn] += std::log(row.rivals[rival].ratios[turn]);
-    }
+// The geometric means over all rows of what one rival took: of the medians and of both quartiles.
+Spread mean(const std::vector<Row>& rows, std::size_t rival) {
+  Spread sum = {0, 0, 0};
+  for (const Row& row : rows) {
+    const Spread ratios = spread(row.rivals[rival].ratios);
+    sum.low += std::log(ratios.low);
+    sum.median += std::log(ratios.median);
+    sum.high += std::log(ratios.high);
   }
-  const auto count = static_cast<double>(report.rows.size());
-  for (double& value : logarithms) value = std::exp(value / count);
-  return logarithms;
+  const auto count = static_cast<double>(rows.size());
+  return {std::exp(sum.low / count), std::exp(sum.median / count), std::exp(sum.high / count)};
 }
 
 std::string text_of(const Spread& value) {
@@ -90,7 +90,7 @@ std::string as_table(const Report& report) {
   }
   text += fmt::format("\n{:36}", "geometric mean");
   for (std::size_t rival = 0; rival < report.rivals.size(); ++rival) {
-    text += fmt::format("{:>26}", text_of(spread(means(report, rival))));
+    text += fmt::format("{:>26}", text_of(mean(report.rows, rival)));
   }
   return text + '\n';
 }
@@ -115,7 +115,7 @@ std::string as_json(const Report& report) {
                             {"same_bits", same_bits}});
   }
   for (std::size_t i = 0; i < report.rivals.size(); ++i) {
-    json["geometric_mean"][report.rivals[i]] = json_of(spread(means(report, i)));
+    json["geometric_mean"][report.rivals[i]] = json_of(mean(report.rows, i));
   }
   return json.dump(2) + '\n';
 }

@@ -42,7 +42,9 @@ std::vector<Rival> plain_strips() {
       return plain_strip(format.channels, format.groups).*entry;
     };
   };
-  return {{"memory", plain(&PlainStrip::in_memory)}, {"model", plain(&PlainStrip::model)}};
+  return {{"plain loops", plain(&PlainStrip::loops)},
+          {"memory", plain(&PlainStrip::in_memory)},
+          {"model", plain(&PlainStrip::model)}};
 }
 
 std::vector<std::string> names_of(const std::vector<Rival>& rivals) {
