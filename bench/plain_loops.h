@@ -58,7 +58,8 @@ class PlainLoops {
     Dyn_SState& state = strip_.dynState[c];
     float z1 = state.keyZ1, z2 = state.keyZ2;
     Block& levels = levels_[coefs_.linkGroup[c]];
-    PlainDetector detector = groups_[0].detector();
+    PlainGroup& group = groups_[coefs_.linkGroup[c]];
+    PlainDetector detector = group.detector();
     const auto source = [&](int i) CHANNELSTRIP_INLINE_LAMBDA { return from[i]; };
     const auto sink = [&](int i, float y) CHANNELSTRIP_INLINE_LAMBDA {
       float detection = key != nullptr ? key[i] : y;
@@ -68,7 +69,7 @@ class PlainLoops {
       if constexpr (Channels == 1) levels[i] = detector.detect(levels[i]);
     };
     eq_.run(0, c, source, sink);
-    if constexpr (Channels == 1) groups_[0].set(detector);
+    if constexpr (Channels == 1) group.set(detector);
     state.keyZ1 = z1;
     state.keyZ2 = z2;
   }
