@@ -51,8 +51,9 @@ Spread mean(const std::vector<Row>& rows, std::size_t rival) {
   return {std::exp(sum.low / count), std::exp(sum.median / count), std::exp(sum.high / count)};
 }
 
-std::string text_of(const Spread& value) {
-  return fmt::format("{:.3f} ({:.3f} to {:.3f})", value.median, value.low, value.high);
+std::string text_of(const Spread& value, int digits) {
+  return fmt::format("{0:.{3}f} ({1:.{3}f} to {2:.{3}f})", value.median, value.low, value.high,
+                     digits);
 }
 
 nlohmann::ordered_json json_of(const Spread& value) {
@@ -76,21 +77,21 @@ std::string as_table(const Report& report) {
       "medians and quartiles of {} turns\n\n",
       processor(), CHANNELSTRIP_COMPILER, CHANNELSTRIP_FLAGS, report.library, report.against,
       turns_of(report));
-  text += fmt::format("{:28}{:>8}", "strips, samples per call", "ns");
+  text += fmt::format("{:24}{:>24}", "strips, samples per call", "ns");
   for (const std::string& rival : report.rivals) text += fmt::format("{:>26}", rival);
   text += '\n';
   for (const Row& row : report.rows) {
-    text += fmt::format("{:28}{:8.2f}", row.workload.name(), spread(row.nanoseconds).median);
+    text += fmt::format("{:24}{:>24}", row.workload.name(), text_of(spread(row.nanoseconds), 2));
     bool same_bits = true;
     for (const Row::Rival& rival : row.rivals) {
-      text += fmt::format("{:>26}", text_of(spread(rival.ratios)));
+      text += fmt::format("{:>26}", text_of(spread(rival.ratios), 3));
       same_bits = same_bits && rival.same_bits;
     }
     text += same_bits ? "\n" : "  other bits\n";
   }
-  text += fmt::format("\n{:36}", "geometric mean");
+  text += fmt::format("\n{:48}", "geometric mean");
   for (std::size_t rival = 0; rival < report.rivals.size(); ++rival) {
-    text += fmt::format("{:>26}", text_of(mean(report.rows, rival)));
+    text += fmt::format("{:>26}", text_of(mean(report.rows, rival), 3));
   }
   return text + '\n';
 }
