@@ -1,5 +1,5 @@
-// How the cost of a strip grows: nanoseconds per frame and strip of the library and of the tests'
-// model, in turns, as lines "panel<TAB>x<TAB>library<TAB>model"; panels are two blank lines
+// How the cost of a strip grows: nanoseconds per frame and strip of the library and of plain
+// loops, in turns, as lines "panel<TAB>x<TAB>library<TAB>loops"; panels are two blank lines
 // apart.
 //
 //   growth LIBRARY
@@ -31,7 +31,7 @@ struct Panel {
 };
 
 constexpr Workload one_strip(std::string_view format, int samples = 512) {
-  return {format, 1, samples, Variant::kUsual, 0};
+  return {format, 1, samples};
 }
 
 std::vector<Panel> panels() {
@@ -53,7 +53,7 @@ std::vector<Panel> panels() {
     wide_bands.points.back().workload.bands = count;
   }
   for (const int count : {1, 2, 4, 7, 8, 12, 15, 16, 32, 64}) {
-    instances.points.push_back({count, {"Mono", count, 128, Variant::kUsual, 0}});
+    instances.points.push_back({count, {"Mono", count, 128}});
   }
   for (const int count : {16, 32, 64, 128, 256, 512, 1024}) {
     samples.points.push_back({count, one_strip("Mono", count)});
@@ -62,15 +62,15 @@ std::vector<Panel> panels() {
 }
 
 struct Times {
-  std::vector<double> library, model;
+  std::vector<double> library, loops;
 };
 
-// Library and model take turns in going first.
+// Both take turns in going first.
 void take_turns(const host::Library& library, const Workload& workload, unsigned layout,
                 Times& times) {
   const host::StemFormat& format = *host::find_stem_format(workload.format);
   AlgEntry_16_Stem* const ours = library.entry_point(format);
-  AlgEntry_16_Stem* const plain = plain_strip(format.channels, format.groups).model;
+  AlgEntry_16_Stem* const plain = plain_strip(format.channels, format.groups).loops;
   Console console(workload, layout);
   const double unit = console.frames() * workload.strips;
   const auto time = [&](AlgEntry_16_Stem* entry) {
@@ -80,7 +80,7 @@ void take_turns(const host::Library& library, const Workload& workload, unsigned
   time(plain);
   for (int turn = 0; turn < kTurns; ++turn) {
     if (turn % 2 == 0) times.library.push_back(time(ours));
-    times.model.push_back(time(plain));
+    times.loops.push_back(time(plain));
     if (turn % 2 == 1) times.library.push_back(time(ours));
   }
 }
@@ -95,7 +95,7 @@ void measure(const host::Library& library) {
         take_turns(library, point.workload, layout, times);
       }
       fmt::print("{}\t{}\t{:.2f}\t{:.2f}\n", panel.name, point.x, median(times.library),
-                 median(times.model));
+                 median(times.loops));
     }
     fmt::print("\n\n");
   }

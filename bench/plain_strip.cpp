@@ -23,8 +23,8 @@ void in_memory(const SChannelStrip_Alg_Context* const* begin, const void* end) {
 }
 
 template <int Channels, int Groups>
-constexpr PlainStrip kStrip = {Channels, Groups, by_model<Channels, Groups>,
-                               in_memory<Channels, Groups>};
+constexpr PlainStrip kStrip = {Channels, Groups, process_by_loops<Channels, Groups>,
+                               by_model<Channels, Groups>, in_memory<Channels, Groups>};
 
 constexpr PlainStrip kStrips[] = {
     kStrip<1, 1>, kStrip<2, 1>, kStrip<3, 2>, kStrip<4, 2>, kStrip<4, 3>,

@@ -2,11 +2,12 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <fstream>
 #include <nlohmann/json.hpp>
-#include <optional>
+
+#include "spread.h"
 
 namespace channelstrip::bench {
 namespace {
@@ -33,26 +34,30 @@ std::string processor() {
   return "unknown";
 }
 
-// Geometric means and least ratios of the rows that have a target.
-struct Sum {
-  double mean, least, mean_to_memory, least_to_memory;
-};
+std::size_t turns_of(const Report& report) {
+  return report.rows.front().nanoseconds.size();
+}
 
-std::optional<Sum> sum(const std::vector<Row>& rows) {
-  double count = 0;
-  Sum sum = {0, HUGE_VAL, 0, HUGE_VAL};
+// The geometric means over all rows of what one rival took: of the medians and of both quartiles.
+Spread mean(const std::vector<Row>& rows, std::size_t rival) {
+  Spread sum = {0, 0, 0};
   for (const Row& row : rows) {
-    if (row.workload.target == 0) continue;
-    sum.mean += std::log(row.ratio);
-    sum.mean_to_memory += std::log(row.ratio_to_memory);
-    sum.least = std::min(sum.least, row.ratio);
-    sum.least_to_memory = std::min(sum.least_to_memory, row.ratio_to_memory);
-    ++count;
+    const Spread ratios = spread(row.rivals[rival].ratios);
+    sum.low += std::log(ratios.low);
+    sum.median += std::log(ratios.median);
+    sum.high += std::log(ratios.high);
   }
-  if (count == 0) return std::nullopt;
-  sum.mean = std::exp(sum.mean / count);
-  sum.mean_to_memory = std::exp(sum.mean_to_memory / count);
-  return sum;
+  const auto count = static_cast<double>(rows.size());
+  return {std::exp(sum.low / count), std::exp(sum.median / count), std::exp(sum.high / count)};
+}
+
+std::string text_of(const Spread& value, int digits) {
+  return fmt::format("{0:.{3}f} ({1:.{3}f} to {2:.{3}f})", value.median, value.low, value.high,
+                     digits);
+}
+
+nlohmann::ordered_json json_of(const Spread& value) {
+  return {{"median", value.median}, {"low", value.low}, {"high", value.high}};
 }
 
 }  // namespace
@@ -68,54 +73,50 @@ std::string Workload::name() const {
 std::string as_table(const Report& report) {
   std::string text = fmt::format(
       "Processor  {}\nCompiler   {}\nFlags      {}\nLibrary    {}\n\n"
-      "Nanoseconds per frame and strip, and how many times faster the library is than the plain\n"
-      "loops of the tests' model and than its own way through memory, all compiled with the same\n"
-      "flags; medians of {} turns\n\n",
-      processor(), CHANNELSTRIP_COMPILER, CHANNELSTRIP_FLAGS, report.library, report.turns);
-  text += fmt::format("{:28}{:>9}{:>9}{:>9}{:>9}\n", "strips, samples per call", "ns", "model",
-                      "target", "memory");
-  const auto target = [](double value) { return value > 0 ? fmt::format("{:.1f}", value) : ""; };
+      "Nanoseconds that the library takes per frame and strip, and how many times as long\n{}; "
+      "medians and quartiles of {} turns\n\n",
+      processor(), CHANNELSTRIP_COMPILER, CHANNELSTRIP_FLAGS, report.library, report.against,
+      turns_of(report));
+  text += fmt::format("{:24}{:>24}", "strips, samples per call", "ns");
+  for (const std::string& rival : report.rivals) text += fmt::format("{:>26}", rival);
+  text += '\n';
   for (const Row& row : report.rows) {
-    text += fmt::format("{:28}{:9.2f}{:9.2f}{:>9}{:9.2f}\n", row.workload.name(), row.nanoseconds,
-                        row.ratio, target(row.workload.target), row.ratio_to_memory);
+    text += fmt::format("{:24}{:>24}", row.workload.name(), text_of(spread(row.nanoseconds), 2));
+    bool same_bits = true;
+    for (const Row::Rival& rival : row.rivals) {
+      text += fmt::format("{:>26}", text_of(spread(rival.ratios), 3));
+      same_bits = same_bits && rival.same_bits;
+    }
+    text += same_bits ? "\n" : "  other bits\n";
   }
-  if (const auto total = sum(report.rows)) {
-    constexpr const char* kLine = "{:37}{:9.2f}{:>9}{:9.2f}\n";
-    text += '\n' + fmt::format(kLine, "geometric mean with a target", total->mean,
-                               target(kMeanTarget), total->mean_to_memory);
-    text += fmt::format(kLine, "least of them", total->least, target(kLeastTarget),
-                        total->least_to_memory);
+  text += fmt::format("\n{:48}", "geometric mean");
+  for (std::size_t rival = 0; rival < report.rivals.size(); ++rival) {
+    text += fmt::format("{:>26}", text_of(mean(report.rows, rival), 3));
   }
-  return text;
+  return text + '\n';
 }
 
 std::string as_json(const Report& report) {
-  nlohmann::ordered_json json = {{"processor", processor()},
-                                 {"compiler", CHANNELSTRIP_COMPILER},
-                                 {"flags", CHANNELSTRIP_FLAGS},
-                                 {"library", report.library},
-                                 {"turns", report.turns}};
-  const auto target = [](double value) {
-    return value > 0 ? nlohmann::ordered_json(value) : nlohmann::ordered_json();
-  };
+  nlohmann::ordered_json json = {{"processor", processor()},    {"compiler", CHANNELSTRIP_COMPILER},
+                                 {"flags", CHANNELSTRIP_FLAGS}, {"library", report.library},
+                                 {"against", report.against},   {"turns", turns_of(report)}};
   for (const Row& row : report.rows) {
+    nlohmann::ordered_json ratios, same_bits;
+    for (std::size_t i = 0; i < row.rivals.size(); ++i) {
+      ratios[report.rivals[i]] = json_of(spread(row.rivals[i].ratios));
+      same_bits[report.rivals[i]] = row.rivals[i].same_bits;
+    }
     json["rows"].push_back({{"name", row.workload.name()},
                             {"format", row.workload.format},
                             {"strips", row.workload.strips},
                             {"samples", row.workload.samples},
                             {"variant", variant_name(row.workload.variant)},
-                            {"ns", row.nanoseconds},
-                            {"ratio", row.ratio},
-                            {"ratio_to_memory", row.ratio_to_memory},
-                            {"target", target(row.workload.target)}});
+                            {"ns", json_of(spread(row.nanoseconds))},
+                            {"ratios", ratios},
+                            {"same_bits", same_bits}});
   }
-  if (const auto total = sum(report.rows)) {
-    json["geometric_mean"] = {{"ratio", total->mean},
-                              {"target", kMeanTarget},
-                              {"ratio_to_memory", total->mean_to_memory}};
-    json["least"] = {{"ratio", total->least},
-                     {"target", kLeastTarget},
-                     {"ratio_to_memory", total->least_to_memory}};
+  for (std::size_t i = 0; i < report.rivals.size(); ++i) {
+    json["geometric_mean"][report.rivals[i]] = json_of(mean(report.rows, i));
   }
   return json.dump(2) + '\n';
 }

@@ -10,17 +10,21 @@
 namespace channelstrip::bench {
 
 struct Row {
+  struct Rival {
+    bool same_bits = true;            // as the library
+    std::vector<double> ratios = {};  // how many times as long as the library it took in each turn
+  };
+
   Workload workload;
-  double nanoseconds = 0;  // the library's per frame and strip
-  // How many times as long the others take: medians of the turns' ratios.
-  double ratio = 0;            // the tests' model
-  double ratio_to_memory = 0;  // the library's route for instances that may not go in lanes
+  std::vector<double> nanoseconds = {};  // the library's per frame and strip, in each turn
+  std::vector<Rival> rivals = {};
 };
 
 struct Report {
   std::string library;  // path
-  int turns;
-  std::vector<Row> rows;
+  std::string against;  // what the library is compared with, in a sentence
+  std::vector<std::string> rivals;
+  std::vector<Row> rows;  // at least one, all of the same number of turns
 };
 
 std::string as_table(const Report& report);

@@ -1,4 +1,4 @@
-// How much of a strip's time each stage takes, as plain loops and in lanes: every stage alone over
+// How much of a strip's time each stage takes, through memory and in lanes: every stage alone over
 // the same programme, in turns with the whole strip.
 //
 //   stages
@@ -68,13 +68,13 @@ std::vector<Stage> stages_of(const SChannelStrip_Alg_Context& strip) {
 
 template <int Channels, int Groups>
 void measure_plain(std::string_view format) {
-  const Console console({format, 1, kSamples, Variant::kUsual, 0}, 0);
+  const Console console({format, 1, kSamples}, 0);
   measure(format, stages_of<Channels, Groups>(*console.context()));
 }
 
 template <int Channels, int Groups, int Strips>
 void measure_in_lanes(std::string_view title, std::string_view format) {
-  const Console console({format, Strips, kSamples, Variant::kUsual, 0}, 0);
+  const Console console({format, Strips, kSamples}, 0);
   measure(title, stages_in_lanes<Channels, Groups, Strips>(console.contexts()));
 }
 
@@ -85,7 +85,7 @@ int main() try {
   const channelstrip::host::FlushDenormals flushed;
   channelstrip::bench::stay_on_this_processor();
   fmt::print("Nanoseconds per quad of four samples of all channels, and the part of the whole\n\n");
-  fmt::print("{:40}{:>8}{:>9}\n", "plain loops", "ns", "part");
+  fmt::print("{:40}{:>8}{:>9}\n", "through memory", "ns", "part");
   channelstrip::bench::measure_plain<1, 1>("Mono");
   channelstrip::bench::measure_plain<8, 5>("7.1");
   fmt::print("\n{:40}{:>8}{:>9}\n", "in lanes", "ns", "part");

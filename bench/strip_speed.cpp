@@ -1,8 +1,8 @@
-// How many times faster the library is than the strip as plain loops. All process the same strips
-// in the same memory, in turns; the memory's layout changes seven times over the turns. Before that
-// the library's results are compared with the model's, bit for bit.
+// How many times faster the library is than the strip as plain loops, or than another library. All
+// process the same strips in the same memory, in turns; the memory's layout changes seven times
+// over the turns. Before that the results are compared, bit for bit.
 //
-//   strip_speed LIBRARY [--filter WORD]... [--turns N] [--json FILE]
+//   strip_speed LIBRARY [--against OTHER] [--filter WORD]... [--turns N] [--json FILE]
 
 #include <control/library/library.h>
 #include <control/strip/denormals.h>
@@ -10,13 +10,16 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cstddef>
 #include <exception>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "console.h"
+#include "contest.h"
 #include "json_file.h"
 #include "plain_strip.h"
 #include "report.h"
@@ -27,78 +30,57 @@ namespace {
 
 constexpr int kLayouts = 8;
 
-struct Contest {
-  Row row;
-  AlgEntry_16_Stem* library;
-  PlainStrip plain;
-  std::vector<double> times = {}, to_model = {}, to_memory = {};
+// A library that stays loaded as long as the rival lives.
+Rival library_at(std::string name, const std::string& path) {
+  const auto library = std::make_shared<host::Library>(path);
+  return {std::move(name),
+          [=](const host::StemFormat& format) { return library->entry_point(format); }};
+}
 
-  void compare() const {
-    Console ours(row.workload, 0), theirs(row.workload, 0);
-    for (int call = 0; call < ours.calls(); ++call) {
-      ours.call(library, call);
-      theirs.call(plain.model, call);
-      if (!ours.equals(theirs)) {
-        throw std::runtime_error(
-            fmt::format("{}: the library's results are not those of the model, call {}",
-                        row.workload.name(), call));
-      }
-    }
-  }
-
-  // All take turns in going first, as the others find in the caches what the first has left there.
-  void take_turns(unsigned layout, int turns) {
-    Console console(row.workload, layout);
-    const bool in_place = row.workload.variant == Variant::kInPlace;
-    const double unit = console.frames() * row.workload.strips;
-    const auto time = [&](AlgEntry_16_Stem* entry) {
-      if (in_place) console.rewind();
-      return nanoseconds([&] { console.play(entry); }) / unit;
+std::vector<Rival> plain_strips() {
+  const auto plain = [](AlgEntry_16_Stem* PlainStrip::*entry) {
+    return [=](const host::StemFormat& format) {
+      return plain_strip(format.channels, format.groups).*entry;
     };
-    AlgEntry_16_Stem* const all[] = {library, plain.model, plain.in_memory};
-    for (AlgEntry_16_Stem* entry : all) time(entry);
-    for (int turn = 0; turn < turns; ++turn) {
-      double taken[3];
-      for (int i = 0; i < 3; ++i) taken[(turn + i) % 3] = time(all[(turn + i) % 3]);
-      times.push_back(taken[0]);
-      to_model.push_back(taken[1] / taken[0]);
-      to_memory.push_back(taken[2] / taken[0]);
-    }
-  }
+  };
+  return {{"plain loops", plain(&PlainStrip::loops)},
+          {"memory", plain(&PlainStrip::in_memory)},
+          {"model", plain(&PlainStrip::model)}};
+}
 
-  Row result() const {
-    Row measured = row;
-    measured.nanoseconds = median(times);
-    measured.ratio = median(to_model);
-    measured.ratio_to_memory = median(to_memory);
-    return measured;
-  }
-};
+std::vector<std::string> names_of(const std::vector<Rival>& rivals) {
+  std::vector<std::string> names;
+  for (const Rival& rival : rivals) names.push_back(rival.name);
+  return names;
+}
 
-std::vector<Contest> contests(const host::Library& library,
+std::vector<Contest> contests(const Rival& library, const std::vector<Rival>& rivals,
                               const std::vector<std::string>& filters) {
   std::vector<Contest> selected;
   for (const Workload& workload : kWorkloads) {
     const std::string name = workload.name();
-    if (!std::ranges::all_of(filters, [&](const std::string& word) {
+    if (std::ranges::all_of(filters, [&](const std::string& word) {
           return name.find(word) != std::string::npos;
         })) {
-      continue;
+      selected.emplace_back(workload, library, rivals);
     }
-    const host::StemFormat& format = *host::find_stem_format(workload.format);
-    selected.push_back({.row = {.workload = workload},
-                        .library = library.entry_point(format),
-                        .plain = plain_strip(format.channels, format.groups)});
   }
   if (selected.empty()) throw std::runtime_error("no row has all words of the filter");
   return selected;
 }
 
+void demand_same_bits(const Row& row, const std::vector<Rival>& rivals) {
+  for (std::size_t i = 0; i < rivals.size(); ++i) {
+    if (!row.rivals[i].same_bits) {
+      throw std::runtime_error(fmt::format("{}: the library's results are not those of \"{}\"",
+                                           row.workload.name(), rivals[i].name));
+    }
+  }
+}
+
 std::vector<Row> measure(std::vector<Contest> all, int turns) {
-  const host::FlushDenormals flushed;
   stay_on_this_processor();
   const bool terminal = isatty(STDERR_FILENO) != 0;
-  for (const Contest& contest : all) contest.compare();
   for (int layout = 0; layout < kLayouts; ++layout) {
     if (terminal) fmt::print(stderr, "\rlayout {} of {}", layout + 1, kLayouts);
     for (Contest& contest : all) {
@@ -107,18 +89,19 @@ std::vector<Row> measure(std::vector<Contest> all, int turns) {
   }
   if (terminal) fmt::print(stderr, "\r{:20}\r", "");
 
-  std::vector<Row> rows(all.size());
-  std::ranges::transform(all, rows.begin(), &Contest::result);
+  std::vector<Row> rows;
+  for (const Contest& contest : all) rows.push_back(contest.row());
   return rows;
 }
 
 int run(int argc, char** argv) {
-  CLI::App program("Times the library against plain loops", "strip_speed");
-  std::string path;
+  CLI::App program("Times the library against plain loops or another library", "strip_speed");
+  std::string path, other;
   std::optional<std::string> json;
   std::vector<std::string> filters;
   int turns = 200;
   program.add_option("LIBRARY", path, "path of libChannelStrip.so")->required();
+  program.add_option("--against", other, "path of another library, to compare with instead");
   program.add_option("--filter", filters, "only rows that have this word; may be repeated")
       ->allow_extra_args(false);
   program.add_option("--turns", turns, "turns per row")->check(CLI::Range(1, 1000000));
@@ -129,10 +112,22 @@ int run(int argc, char** argv) {
     return program.exit(help);
   }
 
-  const host::Library library(path);
+  const bool plain = other.empty();
+  const Rival library = library_at("library", path);
+  const std::vector<Rival> rivals =
+      plain ? plain_strips() : std::vector{library_at("other", other)};
   JsonFile file(json);
-  const Report report{
-      .library = path, .turns = turns, .rows = measure(contests(library, filters), turns)};
+  const host::FlushDenormals flushed;
+  std::vector<Contest> all = contests(library, rivals, filters);
+  for (Contest& contest : all) {
+    contest.compare();
+    if (plain) demand_same_bits(contest.row(), rivals);
+  }
+  const Report report{.library = path,
+                      .against = plain ? "plain loops, the way through memory and the model take"
+                                       : other + " takes",
+                      .rivals = names_of(rivals),
+                      .rows = measure(std::move(all), turns)};
   fmt::print("{}", as_table(report));
   file.write(as_json(report));
   return 0;

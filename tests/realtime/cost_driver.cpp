@@ -1,27 +1,16 @@
 // Calls every entry point block by block, with several settings and kinds of audio, and prints a
-// line for each call: "Mono worst silence". The program that runs it counts the instructions, from
-// the first of counted_call to its last.
+// line for each call: "Mono worst silence". script/realtime-cost counts the instructions.
 //
 //   cost_driver LIBRARY
 
 #include <tests/support/busy_strip.h>
+#include <tests/support/counted_call.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <exception>
 #include <string_view>
-
-extern "C" {
-
-[[gnu::noinline]] void counted_call(AlgEntry_16_Stem* entry,
-                                    const SChannelStrip_Alg_Context* const* begin,
-                                    const void* end) {
-  entry(begin, end);
-  asm volatile("");  // keeps the call from becoming a tail jump, which would not return here
-}
-
-}  // extern "C"
 
 namespace channelstrip::test {
 namespace {
