@@ -3,7 +3,7 @@
 // In every step each pass takes in its next sample. The pass's first band filters that sample;
 // every other band filters what the band before it put out in the previous step. So a band lags
 // behind the input by as many samples as bands precede it in its pass, at most 7, and a quad is
-// complete kDelay quads after it went in.
+// complete up to two quads after it went in.
 
 #pragma once
 
@@ -16,11 +16,13 @@ namespace channelstrip {
 
 class EqCascade {
  public:
-  static constexpr int kDelay = 2;
-  // When the pass before the dynamics takes quad q, the pass after it takes quad q - kPostDelay.
-  static constexpr int kPostDelay = 8;
+  static constexpr int kMostDelay = 2;
 
-  CHANNELSTRIP_INLINE EqCascade(const SChannelStrip_Alg_Context& strip, int32_t quads)
+  // When the pass before the dynamics has put out a quad, `between` more quads go in before the
+  // pass after it takes that quad.
+
+  CHANNELSTRIP_INLINE EqCascade(const SChannelStrip_Alg_Context& strip, int32_t quads,
+                                int32_t between)
       : quads_(quads), moves_(eq_moves(strip)), rate_(strip.dynState[0].dezipRate) {
     const EQ_SCoefs& targets = *strip.eqTargetCoefs;
     const EQ_SDezipCoefs& dezip = *strip.eqDezipCoefs;
@@ -39,38 +41,48 @@ class EqCascade {
       const int end = targets.endBand[pass];
       first[pass] = targets.firstBand[pass];
       is_empty_[pass] = first[pass] >= end;
+      last_[pass] = static_cast<uint32_t>(end - 1);
+      late_[pass] = is_empty_[pass] ? 0 : static_cast<uint32_t>(end - 1 - first[pass]);
+      post_delay_ = delay(0) + between;
       if (is_empty_[pass]) first[pass] = kNever;
       for (int band = first[pass]; band < end; ++band) {
-        begin[band] = 4 * kPostDelay * pass + band - first[pass];
+        begin[band] = 4 * post_delay_ * pass + band - first[pass];
       }
-      last_[pass] = static_cast<uint32_t>(end - 1);
-      late_[pass] = static_cast<uint32_t>(end - 1 - first[pass]);
     }
     const auto runs = [&](int band) { return begin[band] != kNever; };
     const auto quad_of = [&](int band) { return runs(band) ? begin[band] / 4 : 0; };
     begin_ = load<IntsOf<V>>(begin);
     begin_quad_ = fill<IntsOf<V>>(quad_of);
-    is_first_ = fill_mask<V>([&](int band) { return band == first[0] || band == first[1]; });
+    const auto is_first = [&](int band) { return band == first[0] || band == first[1]; };
+    is_first_ = fill_mask<V>(is_first);
     for (int step = 0; step < 4; ++step) {
       enters_quad_[step] = fill_mask<V>([&](int band) { return begin[band] % 4 == step; });
-      for (int band = 0; band < kBands; ++band) fed_[step][band] = step + 4 * (band == first[1]);
+      for (int band = 0; band < kBands; ++band) {
+        const int input = kBands + step + 4 * (band == first[1]);
+        fed_[step][band] = is_first(band) ? input : (band + kBands - 1) % kBands;
+      }
     }
     z1_ = fill<V>([&](int band) { return runs(band) ? strip.eqState[0].z1[band] : 0.0f; });
     z2_ = fill<V>([&](int band) { return runs(band) ? strip.eqState[0].z2[band] : 0.0f; });
     y_ = V{};
   }
 
-  // Takes quad q into the pass before the dynamics and quad q - kPostDelay into the pass after
+  // How many quads after quad q the pass must have taken before it has put out all of quad q.
+  CHANNELSTRIP_INLINE int32_t delay(int pass) const {
+    return static_cast<int32_t>(late_[pass] + 3) / 4;
+  }
+
+  // Takes quad q into the pass before the dynamics and quad q - post_delay_ into the pass after
   // it. A quad outside the call may hold anything.
   CHANNELSTRIP_INLINE void take(int32_t q, Lanes<4> before, Lanes<4> after) {
     if (moves_) glide(q);
     const auto number = static_cast<uint32_t>(q);
     const V both = taken_[number % kTaken] = join(before, after);
     V* const given = given_ + 4 * number % kSteps;
-    const bool all_at_work = q >= kPostDelay + kBands / 4 && q < quads_;
+    const bool all_at_work = q >= post_delay_ + kMostDelay && q < quads_;
     V y = y_, z1 = z1_, z2 = z2_;
     for (int step = 0; step < 4; ++step) {
-      y = select(is_first_, pick_lanes<V>(both, fed_[step]), shifted(y));
+      y = pick_either(y, both, fed_[step], is_first_);
       V new_z1 = z1, new_z2 = z2;
       run_section<1>(now_[moves_ ? step : 3], new_z1, new_z2, &y);
       if (!all_at_work) {
@@ -87,9 +99,9 @@ class EqCascade {
     z2_ = z2;
   }
 
-  // Quad q as a pass put it out; may be asked for once quad q + kDelay has gone in.
+  // Quad q as a pass put it out; may be asked for once quad q + delay(pass) has gone in.
   CHANNELSTRIP_INLINE Lanes<4> given(int pass, int32_t q) const {
-    const auto taken = static_cast<uint32_t>(q + kPostDelay * pass);
+    const auto taken = static_cast<uint32_t>(q + post_delay_ * pass);
     if (is_empty_[pass]) {
       const V both = taken_[taken % kTaken];
       return pass == 0 ? low_half(both) : high_half(both);
@@ -117,7 +129,8 @@ class EqCascade {
  private:
   static constexpr int kBands = CHANNELSTRIP_EQ_BANDS;
   using V = Lanes<kBands>;
-  static constexpr int kTaken = kDelay + 2;  // quads kept, from the newest to the next to be given
+  static constexpr int kTaken =
+      kMostDelay + 2;  // quads kept, from the newest to the next to be given
   static constexpr int kSteps = 4 * kTaken;
   static constexpr int32_t kNever = INT32_MAX;
 
@@ -149,19 +162,17 @@ class EqCascade {
     }
   }
 
-  CHANNELSTRIP_INLINE static V shifted(V y) {
-    return __builtin_shufflevector(y, y, 0, 0, 1, 2, 3, 4, 5, 6);
-  }
-
   int32_t quads_;
+  int32_t post_delay_;  // when one pass takes quad q, the other takes quad q - post_delay_
   bool moves_;
   float rate_;
   bool is_empty_[2];
   uint32_t late_[2], last_[2];  // of each pass: how many steps the last band lags, and its number
   MaskOf<V> is_first_, enters_quad_[4];  // the latter by step
-  alignas(64) int32_t fed_[4][kBands];   // by step: which lane of both quads a first band takes
-  IntsOf<V> begin_, begin_quad_;         // step and quad in which a band takes its first sample
-  V now_[4][5];                          // coefficients by step; at rest the last serves all steps
+  // By step, the lane that a band takes: of the bands' outputs, or from kBands on of both quads.
+  alignas(64) int32_t fed_[4][kBands];
+  IntsOf<V> begin_, begin_quad_;  // step and quad in which a band takes its first sample
+  V now_[4][5];                   // coefficients by step; at rest the last serves all steps
   V targets_[5];
   Doubles smoothed_[5][2];
   V z1_, z2_, y_;

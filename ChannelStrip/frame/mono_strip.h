@@ -19,7 +19,7 @@ class MonoStrip {
   CHANNELSTRIP_INLINE MonoStrip(const SChannelStrip_Alg_Context* const* strip, int32_t quads)
       : strip_(strip),
         quads_(quads),
-        eq_(**strip, quads),
+        eq_(**strip, quads, kGains + 1),
         key_(strip),
         links_(strip),
         readouts_(strip, links_),
@@ -36,16 +36,21 @@ class MonoStrip {
   // The stages are pipelined: in one iteration each works on another quad, so that the dependency
   // chain of one from sample to sample overlaps with the arithmetic of the others.
   CHANNELSTRIP_INLINE void process() {
-    for (int32_t q = 0; q < quads_ + kLeave; ++q) {
-      if (is_quad(q - kLeave)) leave(q - kLeave);
-      if (is_quad(q - kGains)) find_gains(passing(q - kGains).gain);
-      if (is_quad(q - kSmooth)) {
-        smooth_terms(groups_, group_state_, rate_, passing(q - kSmooth).gain);
+    // How many quads each stage lags behind the input.
+    const int32_t key_lag = eq_.delay(0) + 1, gains_lag = key_lag + kGains;
+    const int32_t detect_lag = key_lag + kDetect, targets_lag = key_lag + kTargets;
+    const int32_t smooth_lag = key_lag + kSmooth;
+    const int32_t leave_lag = gains_lag + eq_.delay(1) + 1;
+    for (int32_t q = 0; q < quads_ + leave_lag; ++q) {
+      if (is_quad(q - leave_lag)) leave(q - leave_lag);
+      if (is_quad(q - gains_lag)) find_gains(passing(q - gains_lag).gain);
+      if (is_quad(q - smooth_lag)) {
+        smooth_terms(groups_, group_state_, rate_, passing(q - smooth_lag).gain);
       }
-      if (is_quad(q - kTargets)) find_targets(curves_, passing(q - kTargets).gain);
-      if (is_quad(q - kDetect)) detect_levels(q - kDetect);
-      if (is_quad(q - kKey)) filter_key(q - kKey);
-      equalise(q);
+      if (is_quad(q - targets_lag)) find_targets(curves_, passing(q - targets_lag).gain);
+      if (is_quad(q - detect_lag)) detect_levels(q - detect_lag);
+      if (is_quad(q - key_lag)) filter_key(q - key_lag);
+      equalise(q, q - gains_lag);
     }
   }
 
@@ -62,11 +67,10 @@ class MonoStrip {
   using Mono = Layout<1, 1, 1>;
   using V = Lanes<kQuad>;
 
-  // How many quads each stage lags behind the input.
-  static constexpr int kKey = 3, kDetect = 4, kTargets = 5, kSmooth = 6, kGains = 7,
-                       kGained = EqCascade::kPostDelay, kLeave = 11;
-  static constexpr int kPassing = 16;  // a power of two above kLeave
-  static_assert(kKey > EqCascade::kDelay && kLeave > kGained + EqCascade::kDelay);
+  // How many quads these stages lag behind the key filter. The equaliser takes up gains at once.
+  static constexpr int kDetect = 1, kTargets = 2, kSmooth = 3, kGains = 4;
+  static constexpr int kPassing = 16;  // a power of two above the greatest lag
+  static_assert(kPassing > 2 * (EqCascade::kMostDelay + 1) + kGains);
 
   // A quad on its way through the strip.
   struct Passing {
@@ -83,11 +87,11 @@ class MonoStrip {
   }
 
   // Feeds both passes: one with the input, the other with an earlier quad, its gain applied.
-  CHANNELSTRIP_INLINE void equalise(int32_t q) {
+  CHANNELSTRIP_INLINE void equalise(int32_t q, int32_t gained) {
     V before{}, after{};
     if (is_quad(q)) before = passing(q).input = load<V>((*strip_)->inputs[0] + q * kQuad);
-    if (is_quad(q - kGained)) {
-      const Passing& quad = passing(q - kGained);
+    if (is_quad(gained)) {
+      const Passing& quad = passing(gained);
       after = quad.audio * (quad.gain.makeup * quad.gain.gain(0));
       if (coefs_.keyListen != 0) {
         after = V{quad.detection[0][0], quad.detection[1][0], quad.detection[2][0],

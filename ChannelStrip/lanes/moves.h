@@ -56,6 +56,21 @@ CHANNELSTRIP_INLINE To pick_lanes(From from, const int32_t* index) {
   return picked;
 }
 
+// to[i] = index[i] < 8 ? a[index[i]] : b[index[i] - 8], where `from_b` marks the latter.
+CHANNELSTRIP_INLINE Lanes<8> pick_either(Lanes<8> a, Lanes<8> b, const int32_t* index,
+                                         MaskOf<Lanes<8>> from_b) {
+#if defined(CHANNELSTRIP_AVX512)
+  (void)from_b;
+  return _mm256_permutex2var_ps(a, load<__m256i>(index), b);
+#elif defined(__AVX2__)
+  return select(from_b, pick_lanes<Lanes<8>>(b, index), pick_lanes<Lanes<8>>(a, index));
+#else
+  Lanes<8> picked;
+  for (int i = 0; i < 8; ++i) picked[i] = from_b[i] ? b[index[i] - 8] : a[index[i]];
+  return picked;
+#endif
+}
+
 #if defined(CHANNELSTRIP_AVX512)
 // table[index] of every lane, from a table of 16 or 32 numbers that stands in registers. Only the
 // low four or five bits of an index count.
