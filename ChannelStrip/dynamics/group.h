@@ -1,4 +1,7 @@
 // The gain computer's coefficients and state: of one link group, or of one group per lane.
+//
+// The structures here begin like the records, with a V in the place of every word, so that words
+// are loaded and stored by their position.
 
 #pragma once
 
@@ -8,19 +11,28 @@
 
 namespace channelstrip {
 
-// The fields of Dyn_SCoefsBlock that the static curves use.
-struct CurveCoefs {
-  using V = Lanes<kLanes>;
+// The words of Dyn_SCoefsBlock before linkGroup.
+template <typename V>
+struct DynCoefs {
   V compSlope, compKneeA, compKneeB, compKneeC, compThreshold, compKneeHigh, compKneeLow;
-  V expSlope, expKneeA, expKneeB, expKneeC, expThreshold, expKneeHigh, expKneeLow;
+  V compRange, makeupGain, compAttack, compRelease, reserved12;
+  V expSlope, expKneeA, expKneeB, expKneeC, expThreshold;
+  V gateOpenThreshold, gateCloseThreshold, expKneeHigh, expKneeLow;
+  V expRange, expAttack, expRelease, expHoldSamples;
+  V peakDecay, keyFilter[5], detectorFilter[5];
+};
+static_assert(sizeof(DynCoefs<float>) == __builtin_offsetof(Dyn_SCoefsBlock, linkGroup));
+static_assert(__builtin_offsetof(DynCoefs<float>, expRange) ==
+              __builtin_offsetof(Dyn_SCoefsBlock, expRange));
+
+// What the static curves use.
+struct CurveCoefs : DynCoefs<Lanes<kLanes>> {
+  using V = Lanes<kLanes>;
 };
 
-// The fields of Dyn_SCoefsBlock that detection and ballistics use.
+// What detection and ballistics use.
 template <typename V>
-struct GroupCoefs {
-  V compRange, makeupGain, compAttack, compRelease;
-  V gateOpenThreshold, gateCloseThreshold, expRange, expAttack, expRelease;
-  V peakDecay, detectorFilter[5];
+struct GroupCoefs : DynCoefs<V> {
   WordsOf<V> hold;     // samples
   MaskOf<V> smoothed;  // detectorMode above 0
 };
@@ -38,39 +50,38 @@ CHANNELSTRIP_INLINE bool detects_smoothed(const Dyn_SCoefsBlock& coefs) {
   return coefs.detectorMode > 0;
 }
 
-// The fields of Dyn_SState that the gain computer loads and stores.
+// The words of Dyn_SState before gateOpen, but for the key filter's.
 template <typename V>
-struct GroupState {
-  V compGain, expGain, detZ1, detZ2, peakLevel, smoothLevel, curMakeupGain, curCompRange;
-  V curExpRange;
+struct GroupNumbers {
+  V compGain, expGain;
+  V of_channel[2];
+  V detZ1, detZ2, peakLevel, smoothLevel;
+  V curMakeupGain, curCompRange, curExpRange;
+};
+static_assert(sizeof(GroupNumbers<float>) == __builtin_offsetof(Dyn_SState, gateOpen));
+static_assert(__builtin_offsetof(GroupNumbers<float>, detZ1) ==
+              __builtin_offsetof(Dyn_SState, detZ1));
+
+// What the gain computer loads and stores.
+template <typename V>
+struct GroupState : GroupNumbers<V> {
   MaskOf<V> open;
   WordsOf<V> hold;
 };
 
 inline GroupState<float> group_state(const Dyn_SState& from) {
-  return {from.compGain,
-          from.expGain,
-          from.detZ1,
-          from.detZ2,
-          from.peakLevel,
-          0.0f,  // smoothLevel is only written
-          from.curMakeupGain,
-          from.curCompRange,
-          from.curExpRange,
-          from.gateOpen > 0,
-          static_cast<uint32_t>(from.holdCount)};
+  GroupState<float> state;
+  __builtin_memcpy(&state, &from, sizeof(GroupNumbers<float>));
+  state.open = from.gateOpen > 0;
+  state.hold = static_cast<uint32_t>(from.holdCount);
+  return state;
 }
 
 inline void store_group_state(Dyn_SState& to, const GroupState<float>& from) {
-  to.compGain = from.compGain;
-  to.expGain = from.expGain;
-  to.detZ1 = from.detZ1;
-  to.detZ2 = from.detZ2;
-  to.peakLevel = from.peakLevel;
-  to.smoothLevel = from.smoothLevel;
-  to.curMakeupGain = from.curMakeupGain;
-  to.curCompRange = from.curCompRange;
-  to.curExpRange = from.curExpRange;
+  constexpr auto kKeyZ1 = __builtin_offsetof(Dyn_SState, keyZ1),
+                 kDetZ1 = __builtin_offsetof(Dyn_SState, detZ1);
+  __builtin_memcpy(&to, &from, kKeyZ1);
+  __builtin_memcpy(&to.detZ1, &from.detZ1, sizeof(GroupNumbers<float>) - kDetZ1);
   to.gateOpen = from.open ? 1 : 0;
   to.holdCount = static_cast<int32_t>(from.hold);
 }

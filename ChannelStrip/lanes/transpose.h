@@ -63,15 +63,21 @@ CHANNELSTRIP_INLINE void load_columns(V (&columns)[4], At at) {
   transpose_parts(columns);
 }
 
-// The reverse. A lane for which at(lane) is null isn't stored.
-template <typename V, typename At>
+// The same for a record that all lanes share.
+template <typename V>
+CHANNELSTRIP_INLINE void load_shared_columns(V (&columns)[4], const float* record) {
+  for (int i = 0; i < 4; ++i) columns[i] = broadcast<V>(record[i]);
+}
+
+// The reverse, for the first Count numbers. A lane for which at(lane) is null isn't stored.
+template <int Count = 4, typename V, typename At>
 CHANNELSTRIP_INLINE void store_columns(const V (&columns)[4], At at) {
   V rows[4];
   for (int i = 0; i < 4; ++i) rows[i] = columns[i];
   transpose_parts(rows);
   for (int i = 0; i < 4; ++i) {
     const auto store_row = [&](int lane, Lanes<4> row) {
-      if (float* const to = at(lane)) store(to, row);
+      if (float* const to = at(lane)) __builtin_memcpy(to, &row, Count * sizeof(float));
     };
     store_row(i, part_of<0>(rows[i]));
     if constexpr (kWidth < V >> 4) store_row(i + 4, part_of<1>(rows[i]));
