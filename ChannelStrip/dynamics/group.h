@@ -1,7 +1,7 @@
 // The gain computer's coefficients and state: of one link group, or of one group per lane.
 //
-// The structures here begin like the records, with a V in the place of every word, so that words
-// are loaded and stored by their position.
+// They are made of sections of the host's records, with a V in the place of every word, so that
+// words are loaded and stored by their position.
 
 #pragma once
 
@@ -11,28 +11,62 @@
 
 namespace channelstrip {
 
-// The words of Dyn_SCoefsBlock before linkGroup.
+// Sections of Dyn_SCoefsBlock, each with the place of its first word.
 template <typename V>
-struct DynCoefs {
+struct CompressorCurve {
+  static constexpr int kFirst = 0;
   V compSlope, compKneeA, compKneeB, compKneeC, compThreshold, compKneeHigh, compKneeLow;
-  V compRange, makeupGain, compAttack, compRelease, reserved12;
-  V expSlope, expKneeA, expKneeB, expKneeC, expThreshold;
-  V gateOpenThreshold, gateCloseThreshold, expKneeHigh, expKneeLow;
-  V expRange, expAttack, expRelease, expHoldSamples;
-  V peakDecay, keyFilter[5], detectorFilter[5];
 };
-static_assert(sizeof(DynCoefs<float>) == __builtin_offsetof(Dyn_SCoefsBlock, linkGroup));
-static_assert(__builtin_offsetof(DynCoefs<float>, expRange) ==
-              __builtin_offsetof(Dyn_SCoefsBlock, expRange));
+template <typename V>
+struct CompressorMotion {
+  static constexpr int kFirst = 7;
+  V compRange, makeupGain, compAttack, compRelease;
+};
+template <typename V>
+struct ExpanderCurve {
+  static constexpr int kFirst = 12;
+  V expSlope, expKneeA, expKneeB, expKneeC, expThreshold;
+};
+template <typename V>
+struct GateThresholds {
+  static constexpr int kFirst = 17;
+  V gateOpenThreshold, gateCloseThreshold;
+};
+template <typename V>
+struct ExpanderKnee {
+  static constexpr int kFirst = 19;
+  V expKneeHigh, expKneeLow;
+};
+template <typename V>
+struct ExpanderMotion {
+  static constexpr int kFirst = 21;
+  V expRange, expAttack, expRelease, expHoldSamples, peakDecay;
+};
+template <typename V>
+struct Detector {
+  static constexpr int kFirst = 31;
+  V detectorFilter[5];
+};
+
+static_assert(__builtin_offsetof(Dyn_SCoefsBlock, compRange) ==
+              4 * CompressorMotion<float>::kFirst);
+static_assert(__builtin_offsetof(Dyn_SCoefsBlock, expSlope) == 4 * ExpanderCurve<float>::kFirst);
+static_assert(__builtin_offsetof(Dyn_SCoefsBlock, gateOpenThreshold) ==
+              4 * GateThresholds<float>::kFirst);
+static_assert(__builtin_offsetof(Dyn_SCoefsBlock, expKneeHigh) == 4 * ExpanderKnee<float>::kFirst);
+static_assert(__builtin_offsetof(Dyn_SCoefsBlock, expRange) == 4 * ExpanderMotion<float>::kFirst);
+static_assert(__builtin_offsetof(Dyn_SCoefsBlock, detectorFilter) == 4 * Detector<float>::kFirst);
 
 // What the static curves use.
-struct CurveCoefs : DynCoefs<Lanes<kLanes>> {
+struct CurveCoefs : CompressorCurve<Lanes<kLanes>>,
+                    ExpanderCurve<Lanes<kLanes>>,
+                    ExpanderKnee<Lanes<kLanes>> {
   using V = Lanes<kLanes>;
 };
 
 // What detection and ballistics use.
 template <typename V>
-struct GroupCoefs : DynCoefs<V> {
+struct GroupCoefs : CompressorMotion<V>, GateThresholds<V>, ExpanderMotion<V>, Detector<V> {
   WordsOf<V> hold;     // samples
   MaskOf<V> smoothed;  // detectorMode above 0
 };

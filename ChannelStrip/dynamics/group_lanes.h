@@ -16,38 +16,38 @@ CHANNELSTRIP_INLINE void set_words(void* structure, int word, const V (&four)[4]
   for (int i = 0; i < 4; ++i) store(static_cast<V*>(structure) + word + i, four[i]);
 }
 
-// The words of Dyn_SCoefsBlock from `first` up to `end`, in every lane those of the lane's strip.
-template <typename Layout, typename V>
-CHANNELSTRIP_INLINE void load_words(DynCoefs<V>& coefs,
-                                    const SChannelStrip_Alg_Context* const* strips, int first,
-                                    int end) {
-  for (int next = first; next < end; next += 4) {
-    const int word = next + 4 < end ? next : end - 4;
+// A section of Dyn_SCoefsBlock, in every lane that of the lane's strip.
+template <typename Layout, template <typename> typename Section, typename V>
+CHANNELSTRIP_INLINE void load_section(Section<V>& section,
+                                      const SChannelStrip_Alg_Context* const* strips) {
+  constexpr int kWords = sizeof(Section<V>) / sizeof(V);
+  V* const words = reinterpret_cast<V*>(&section);
+  for (int next = 0; next < kWords; next += 4) {
+    const int word = kWords < 4 || next + 4 < kWords ? next : kWords - 4;
     V four[4];
     load_coefs<Layout>(
-        four, strips, [](int lane) { return Layout::strip_of_group_lane(lane); }, word);
-    set_words(&coefs, word, four);
+        four, strips, [](int lane) { return Layout::strip_of_group_lane(lane); },
+        Section<V>::kFirst + word);
+    for (int i = 0; i < 4 && word + i < kWords; ++i) store(words + word + i, four[i]);
   }
 }
 
 template <typename Layout>
 CHANNELSTRIP_INLINE void load_curve_coefs(CurveCoefs& coefs,
                                           const SChannelStrip_Alg_Context* const* strips) {
-  load_words<Layout>(coefs, strips, 0, CHANNELSTRIP_WORD_OF(Dyn_SCoefsBlock, compRange));
-  load_words<Layout>(coefs, strips, CHANNELSTRIP_WORD_OF(Dyn_SCoefsBlock, expSlope),
-                     CHANNELSTRIP_WORD_OF(Dyn_SCoefsBlock, expRange));
+  load_section<Layout, CompressorCurve>(coefs, strips);
+  load_section<Layout, ExpanderCurve>(coefs, strips);
+  load_section<Layout, ExpanderKnee>(coefs, strips);
 }
 
 template <typename Layout>
 CHANNELSTRIP_INLINE void load_group_coefs(GroupCoefs<typename Layout::Group>& coefs,
                                           const SChannelStrip_Alg_Context* const* strips) {
   using V = typename Layout::Group;
-  load_words<Layout>(coefs, strips, CHANNELSTRIP_WORD_OF(Dyn_SCoefsBlock, compRange),
-                     CHANNELSTRIP_WORD_OF(Dyn_SCoefsBlock, reserved12));
-  load_words<Layout>(coefs, strips, CHANNELSTRIP_WORD_OF(Dyn_SCoefsBlock, gateOpenThreshold),
-                     CHANNELSTRIP_WORD_OF(Dyn_SCoefsBlock, keyFilter));
-  load_words<Layout>(coefs, strips, CHANNELSTRIP_WORD_OF(Dyn_SCoefsBlock, detectorFilter),
-                     CHANNELSTRIP_WORD_OF(Dyn_SCoefsBlock, linkGroup));
+  load_section<Layout, CompressorMotion>(coefs, strips);
+  load_section<Layout, GateThresholds>(coefs, strips);
+  load_section<Layout, ExpanderMotion>(coefs, strips);
+  load_section<Layout, Detector>(coefs, strips);
   coefs.hold = fill<WordsOf<V>>(
       [&](int lane) { return hold_samples(*strips[Layout::strip_of_group_lane(lane)]->dynCoefs); });
   V modes[4];
