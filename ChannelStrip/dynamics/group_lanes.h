@@ -3,67 +3,58 @@
 
 #pragma once
 
+#include "../lanes/layout.h"
+#include "../lanes/records.h"
 #include "group.h"
 #include "link_lanes.h"
 
 namespace channelstrip {
 
-// A field of Dyn_SCoefsBlock, in every lane that of the lane's strip.
-template <typename V, typename Layout>
-CHANNELSTRIP_INLINE V coefs_of_lanes(const SChannelStrip_Alg_Context* const* strips,
-                                     float Dyn_SCoefsBlock::*field) {
-  if constexpr (Layout::kStrips == 1) return broadcast<V>(strips[0]->dynCoefs->*field);
-  return fill<V>(
-      [&](int lane) { return strips[Layout::strip_of_group_lane(lane)]->dynCoefs->*field; });
+// Four words of a structure that begins like the record, at the same place as in the record.
+template <typename V>
+CHANNELSTRIP_INLINE void set_words(void* structure, int word, const V (&four)[4]) {
+  for (int i = 0; i < 4; ++i) store(static_cast<V*>(structure) + word + i, four[i]);
+}
+
+// A section of Dyn_SCoefsBlock, in every lane that of the lane's strip.
+template <typename Layout, template <typename> typename Section, typename V>
+CHANNELSTRIP_INLINE void load_section(Section<V>& section,
+                                      const SChannelStrip_Alg_Context* const* strips) {
+  constexpr int kWords = sizeof(Section<V>) / sizeof(V);
+  V* const words = reinterpret_cast<V*>(&section);
+  for (int next = 0; next < kWords; next += 4) {
+    const int word = kWords < 4 || next + 4 < kWords ? next : kWords - 4;
+    V four[4];
+    load_coefs<Layout>(
+        four, strips, [](int lane) { return Layout::strip_of_group_lane(lane); },
+        Section<V>::kFirst + word);
+    for (int i = 0; i < 4 && word + i < kWords; ++i) store(words + word + i, four[i]);
+  }
 }
 
 template <typename Layout, typename V>
 CHANNELSTRIP_INLINE void load_curve_coefs(CurveCoefs<V>& coefs,
                                           const SChannelStrip_Alg_Context* const* strips) {
-  const auto number = [&](float Dyn_SCoefsBlock::*field) {
-    return coefs_of_lanes<V, Layout>(strips, field);
-  };
-  coefs.compSlope = number(&Dyn_SCoefsBlock::compSlope);
-  coefs.compKneeA = number(&Dyn_SCoefsBlock::compKneeA);
-  coefs.compKneeB = number(&Dyn_SCoefsBlock::compKneeB);
-  coefs.compKneeC = number(&Dyn_SCoefsBlock::compKneeC);
-  coefs.compThreshold = number(&Dyn_SCoefsBlock::compThreshold);
-  coefs.compKneeHigh = number(&Dyn_SCoefsBlock::compKneeHigh);
-  coefs.compKneeLow = number(&Dyn_SCoefsBlock::compKneeLow);
-  coefs.expSlope = number(&Dyn_SCoefsBlock::expSlope);
-  coefs.expKneeA = number(&Dyn_SCoefsBlock::expKneeA);
-  coefs.expKneeB = number(&Dyn_SCoefsBlock::expKneeB);
-  coefs.expKneeC = number(&Dyn_SCoefsBlock::expKneeC);
-  coefs.expThreshold = number(&Dyn_SCoefsBlock::expThreshold);
-  coefs.expKneeHigh = number(&Dyn_SCoefsBlock::expKneeHigh);
-  coefs.expKneeLow = number(&Dyn_SCoefsBlock::expKneeLow);
+  load_section<Layout, CompressorCurve>(coefs, strips);
+  load_section<Layout, ExpanderCurve>(coefs, strips);
+  load_section<Layout, ExpanderKnee>(coefs, strips);
 }
 
 template <typename Layout>
 CHANNELSTRIP_INLINE void load_group_coefs(GroupCoefs<typename Layout::Group>& coefs,
                                           const SChannelStrip_Alg_Context* const* strips) {
   using V = typename Layout::Group;
-  const auto of_lane = [&](int lane) -> const Dyn_SCoefsBlock& {
-    return *strips[Layout::strip_of_group_lane(lane)]->dynCoefs;
-  };
-  const auto number = [&](float Dyn_SCoefsBlock::*field) {
-    return coefs_of_lanes<V, Layout>(strips, field);
-  };
-  coefs.compRange = number(&Dyn_SCoefsBlock::compRange);
-  coefs.makeupGain = number(&Dyn_SCoefsBlock::makeupGain);
-  coefs.compAttack = number(&Dyn_SCoefsBlock::compAttack);
-  coefs.compRelease = number(&Dyn_SCoefsBlock::compRelease);
-  coefs.gateOpenThreshold = number(&Dyn_SCoefsBlock::gateOpenThreshold);
-  coefs.gateCloseThreshold = number(&Dyn_SCoefsBlock::gateCloseThreshold);
-  coefs.expRange = number(&Dyn_SCoefsBlock::expRange);
-  coefs.expAttack = number(&Dyn_SCoefsBlock::expAttack);
-  coefs.expRelease = number(&Dyn_SCoefsBlock::expRelease);
-  coefs.peakDecay = number(&Dyn_SCoefsBlock::peakDecay);
-  for (int i = 0; i < 5; ++i) {
-    coefs.detectorFilter[i] = fill<V>([&](int lane) { return of_lane(lane).detectorFilter[i]; });
-  }
-  coefs.hold = fill<WordsOf<V>>([&](int lane) { return hold_samples(of_lane(lane)); });
-  coefs.smoothed = fill_mask<V>([&](int lane) { return detects_smoothed(of_lane(lane)); });
+  load_section<Layout, CompressorMotion>(coefs, strips);
+  load_section<Layout, GateThresholds>(coefs, strips);
+  load_section<Layout, ExpanderMotion>(coefs, strips);
+  load_section<Layout, Detector>(coefs, strips);
+  coefs.hold = fill<WordsOf<V>>(
+      [&](int lane) { return hold_samples(*strips[Layout::strip_of_group_lane(lane)]->dynCoefs); });
+  V modes[4];
+  load_coefs<Layout>(
+      modes, strips, [](int lane) { return Layout::strip_of_group_lane(lane); },
+      CHANNELSTRIP_WORD_OF(Dyn_SCoefsBlock, detectorMode));
+  coefs.smoothed = (IntsOf<V>)modes[0] > 0;
 }
 
 // Each group's state from its leader's record; a group that no channel uses takes record 0.
@@ -72,43 +63,53 @@ CHANNELSTRIP_INLINE void load_group_states(GroupState<typename Layout::Group>& s
                                            const SChannelStrip_Alg_Context* const* strips,
                                            const LinkLanes<Layout>& links) {
   using V = typename Layout::Group;
-  const auto of_lane = [&](int lane) -> const Dyn_SState& {
+  const Dyn_SState* records[kWidth<V>];
+  for (int lane = 0; lane < kWidth<V>; ++lane) {
     const int leader = links.leader(lane);
-    return strips[Layout::strip_of_group_lane(lane)]->dynState[leader < 0 ? 0 : leader];
+    records[lane] = &strips[Layout::strip_of_group_lane(lane)]->dynState[leader < 0 ? 0 : leader];
+  }
+  V four[4];
+  const auto load_four = [&](int word) {
+    if constexpr (Layout::kStrips * Layout::kGroups == 1) {
+      load_shared_columns(four, word_at(*records[0], word));
+    } else {
+      load_columns(four, [&](int lane) { return word_at(*records[lane], word); });
+    }
   };
-  const auto number = [&](float Dyn_SState::*field) {
-    return fill<V>([&](int lane) { return of_lane(lane).*field; });
-  };
-  state.compGain = number(&Dyn_SState::compGain);
-  state.expGain = number(&Dyn_SState::expGain);
-  state.detZ1 = number(&Dyn_SState::detZ1);
-  state.detZ2 = number(&Dyn_SState::detZ2);
-  state.peakLevel = number(&Dyn_SState::peakLevel);
-  state.smoothLevel = V{};  // only written
-  state.curMakeupGain = number(&Dyn_SState::curMakeupGain);
-  state.curCompRange = number(&Dyn_SState::curCompRange);
-  state.curExpRange = number(&Dyn_SState::curExpRange);
-  state.open = fill_mask<V>([&](int lane) { return of_lane(lane).gateOpen > 0; });
-  state.hold =
-      fill<WordsOf<V>>([&](int lane) { return static_cast<uint32_t>(of_lane(lane).holdCount); });
+  constexpr int kFours[] = {0, CHANNELSTRIP_WORD_OF(Dyn_SState, detZ1),
+                            CHANNELSTRIP_WORD_OF(Dyn_SState, smoothLevel)};
+  for (const int word : kFours) {
+    load_four(word);
+    set_words(&state, word, four);
+  }
+  load_four(CHANNELSTRIP_WORD_OF(Dyn_SState, gateOpen));
+  state.open = (IntsOf<V>)four[0] > 0;
+  state.hold = (WordsOf<V>)four[1];
 }
 
 template <typename Layout>
 CHANNELSTRIP_INLINE void store_group_states(const SChannelStrip_Alg_Context* const* strips,
                                             const LinkLanes<Layout>& links,
                                             const GroupState<typename Layout::Group>& state) {
-  for (int lane = 0; lane < kWidth<typename Layout::Group>; ++lane) {
+  using V = typename Layout::Group;
+  Dyn_SState* records[kWidth<V>];
+  for (int lane = 0; lane < kWidth<V>; ++lane) {
     const int leader = links.leader(lane);
-    if (leader < 0) continue;
-    const GroupState<float> of_lane = {
-        lane_of(state.compGain, lane),      lane_of(state.expGain, lane),
-        lane_of(state.detZ1, lane),         lane_of(state.detZ2, lane),
-        lane_of(state.peakLevel, lane),     lane_of(state.smoothLevel, lane),
-        lane_of(state.curMakeupGain, lane), lane_of(state.curCompRange, lane),
-        lane_of(state.curExpRange, lane),   lane_of(state.open, lane) != 0,
-        lane_of(state.hold, lane)};
-    store_group_state(strips[Layout::strip_of_group_lane(lane)]->dynState[leader], of_lane);
+    records[lane] =
+        leader < 0 ? nullptr : &strips[Layout::strip_of_group_lane(lane)]->dynState[leader];
   }
+  const auto at = [&](int word) {
+    return [&records, word](int lane) -> float* {
+      return records[lane] == nullptr ? nullptr : word_at(*records[lane], word);
+    };
+  };
+  const V open = (V)(state.open & 1), hold = (V)state.hold;
+  store_columns<2>({state.compGain, state.expGain, V{}, V{}}, at(0));
+  store_columns({state.detZ1, state.detZ2, state.peakLevel, state.smoothLevel},
+                at(CHANNELSTRIP_WORD_OF(Dyn_SState, detZ1)));
+  store_columns({state.curMakeupGain, state.curCompRange, state.curExpRange, open},
+                at(CHANNELSTRIP_WORD_OF(Dyn_SState, curMakeupGain)));
+  store_columns<1>({hold, V{}, V{}, V{}}, at(CHANNELSTRIP_WORD_OF(Dyn_SState, holdCount)));
 }
 
 }  // namespace channelstrip

@@ -6,8 +6,8 @@
 #include "../frame/context.h"
 #include "../lanes/buffers.h"
 #include "../lanes/layout.h"
+#include "../lanes/records.h"
 #include "../lanes/section.h"
-#include "dyn_records.h"
 
 namespace channelstrip {
 
@@ -20,22 +20,29 @@ class KeyLanes {
     const auto strip = [&](int lane) -> const SChannelStrip_Alg_Context& {
       return *strips[Layout::strip_of_channel_lane(lane)];
     };
-    const auto is_keyed = [&](int lane) {
-      return *strip(lane).keyInputIndex != 0 && strip(lane).dynCoefs->keyEnable == 1;
+    V switches[4], filter[4], memory[4];
+    load_switches<Layout>(switches, strips);
+    const auto enabled = (IntsOf<V>)switches[0] == 1;
+    const auto index =
+        fill<IntsOf<V>>([&](int lane) { return *strip(lane).keyInputIndex; }) & enabled;
+    keyed_ = index != 0;
+    any_keyed_ = any_bit(keyed_);
+    for (int lane = 0; lane < kWidth<V>; ++lane) keys_[lane] = strip(lane).inputs[index[lane]];
+
+    const auto load_filter = [&](int first) {
+      load_coefs<Layout>(
+          filter, strips, [](int lane) { return Layout::strip_of_channel_lane(lane); },
+          CHANNELSTRIP_WORD_OF(Dyn_SCoefsBlock, keyFilter) + first);
+      for (int i = 0; i < 4; ++i) filter_[first + i] = filter[i];
     };
-    for (int lane = 0; lane < kWidth<V>; ++lane) {
-      any_keyed_ |= is_keyed(lane);
-      keys_[lane] = strip(lane).inputs[is_keyed(lane) ? *strip(lane).keyInputIndex : 0];
-    }
-    keyed_ = fill_mask<V>(is_keyed);
-    const auto state = [&](int lane) -> const Dyn_SState& {
-      return strip(lane).dynState[Layout::channel_of(lane)];
-    };
-    z1_ = fill<V>([&](int lane) { return state(lane).keyZ1; });
-    z2_ = fill<V>([&](int lane) { return state(lane).keyZ2; });
-    for (int i = 0; i < 5; ++i) {
-      filter_[i] = fill<V>([&](int lane) { return strip(lane).dynCoefs->keyFilter[i]; });
-    }
+    load_filter(0);
+    load_filter(1);
+    load_columns(memory, [&](int lane) {
+      return word_at(strip(lane).dynState[Layout::channel_of(lane)],
+                     CHANNELSTRIP_WORD_OF(Dyn_SState, keyZ1));
+    });
+    z1_ = memory[0];
+    z2_ = memory[1];
   }
 
   CHANNELSTRIP_INLINE void detect(const V (&audio)[kQuad], int32_t offset, V (&detection)[kQuad]) {
@@ -49,13 +56,12 @@ class KeyLanes {
   }
 
   CHANNELSTRIP_INLINE void store(const SChannelStrip_Alg_Context* const* strips) const {
-    for (int lane = 0; lane < kWidth<V>; ++lane) {
-      if (!Layout::is_channel(lane)) continue;
+    store_columns<2>({z1_, z2_, V{}, V{}}, [&](int lane) -> float* {
+      if (!Layout::is_channel(lane)) return nullptr;
       Dyn_SState& to =
           strips[Layout::strip_of_channel_lane(lane)]->dynState[Layout::channel_of(lane)];
-      to.keyZ1 = z1_[lane];
-      to.keyZ2 = z2_[lane];
-    }
+      return word_at(to, CHANNELSTRIP_WORD_OF(Dyn_SState, keyZ1));
+    });
   }
 
  private:

@@ -5,7 +5,7 @@
 
 #include "../frame/context.h"
 #include "../lanes/layout.h"
-#include "dyn_records.h"
+#include "../lanes/records.h"
 
 namespace channelstrip {
 
@@ -39,13 +39,16 @@ class LinkLanes {
       ++size_[group];
       if (size_[group] > rounds_) rounds_ = size_[group];
     }
-    listens_ = fill_mask<Channel>([&](int lane) {
-      return strips[Layout::strip_of_channel_lane(lane)]->dynCoefs->keyListen != 0;
-    });
+    Channel switches[4];
+    load_switches<Layout>(switches, strips);
+    listens_ = (IntsOf<Channel>)switches[1] != 0;
   }
 
   // The lowest channel of a group, or -1 if no channel uses it.
-  CHANNELSTRIP_INLINE int leader(int group_lane) const { return leader_[group_lane]; }
+  CHANNELSTRIP_INLINE int leader(int group_lane) const {
+    if (group_lane >= Layout::kStrips * Layout::kGroupStride) return -1;
+    return Layout::kGroups == 1 ? 0 : leader_[group_lane];
+  }
   CHANNELSTRIP_INLINE int group_lane(int channel_lane) const { return group_of_[channel_lane]; }
 
   // The greatest magnitude among the group's channels.

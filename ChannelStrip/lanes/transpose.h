@@ -70,8 +70,14 @@ CHANNELSTRIP_INLINE void load_columns(V (&columns)[4], At at) {
   transpose(columns);
 }
 
-// The reverse. A lane for which at(lane) is null isn't stored.
-template <typename V, typename At>
+// The same for a record that all lanes share.
+template <typename V>
+CHANNELSTRIP_INLINE void load_shared_columns(V (&columns)[4], const float* record) {
+  for (int i = 0; i < 4; ++i) columns[i] = broadcast<V>(record[i]);
+}
+
+// The reverse, for the first Count numbers. A lane for which at(lane) is null isn't stored.
+template <int Count = 4, typename V, typename At>
 CHANNELSTRIP_INLINE void store_columns(const V (&columns)[4], At at) {
   V rows[4] = {columns[0], columns[1], columns[2], columns[3]};
   transpose(rows);
@@ -79,7 +85,9 @@ CHANNELSTRIP_INLINE void store_columns(const V (&columns)[4], At at) {
     Lanes<4> blocks[kWidth<V> / 4];
     split_blocks(rows[row], blocks);
     for (int block = 0; block < kWidth<V> / 4; ++block) {
-      if (float* const to = at(4 * block + row)) store(to, blocks[block]);
+      if (float* const to = at(4 * block + row)) {
+        __builtin_memcpy(to, &blocks[block], Count * sizeof(float));
+      }
     }
   }
 }

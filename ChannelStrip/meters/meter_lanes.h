@@ -5,6 +5,7 @@
 #include "../frame/context.h"
 #include "../lanes/layout.h"
 #include "../lanes/quad.h"
+#include "../lanes/records.h"
 #include "output_meters.h"
 
 namespace channelstrip {
@@ -18,15 +19,22 @@ class MeterLanes {
     const auto strip = [&](int lane) -> const SChannelStrip_Alg_Context& {
       return *strips[Layout::strip_of_channel_lane(lane)];
     };
-    input_gain_ = fill<V>([&](int lane) { return strip(lane).dynCoefs->inputMeterGain; });
-    bypassed_ = fill_mask<V>([&](int lane) { return strip(lane).dynCoefs->bypass > 0; });
+    V switches[4], peaks[4];
+    load_switches<Layout>(switches, strips);
+    input_gain_ = switches[2];
+    bypassed_ = (IntsOf<V>)switches[3] > 0;
     in_place_ = fill_mask<V>([&](int lane) {
       const int channel = Layout::channel_of(lane);
       return strip(lane).outputs[channel] == strip(lane).inputs[channel];
     });
-    input_peak_ = fill<V>([&](int lane) { return peaks(strip(lane))[Layout::channel_of(lane)]; });
-    output_peak_ = fill<V>(
-        [&](int lane) { return peaks(strip(lane))[Layout::kChannels + Layout::channel_of(lane)]; });
+    const auto load_peaks = [&](int first) {
+      load_columns(peaks, [&](int lane) {
+        return peaks_of(strip(lane)) + first + Layout::channel_of(lane);
+      });
+      return peaks[0];
+    };
+    input_peak_ = load_peaks(0);
+    output_peak_ = load_peaks(Layout::kChannels);
   }
 
   // Metering comes last: in place, the input is by then the processed audio.
@@ -41,14 +49,14 @@ class MeterLanes {
   CHANNELSTRIP_INLINE void store(const SChannelStrip_Alg_Context* const* strips) const {
     for (int lane = 0; lane < kWidth<V>; ++lane) {
       if (!Layout::is_channel(lane)) continue;
-      float* const to = peaks(*strips[Layout::strip_of_channel_lane(lane)]);
+      float* const to = peaks_of(*strips[Layout::strip_of_channel_lane(lane)]);
       to[Layout::channel_of(lane)] = input_peak_[lane];
       to[Layout::kChannels + Layout::channel_of(lane)] = output_peak_[lane];
     }
   }
 
  private:
-  CHANNELSTRIP_INLINE static float* peaks(const SChannelStrip_Alg_Context& strip) {
+  CHANNELSTRIP_INLINE static float* peaks_of(const SChannelStrip_Alg_Context& strip) {
     return *strip.meterOutputs;
   }
 
