@@ -20,50 +20,38 @@ class EqCascade {
 
   // When the pass before the dynamics has put out a quad, `between` more quads go in before the
   // pass after it takes that quad.
-
   CHANNELSTRIP_INLINE EqCascade(const SChannelStrip_Alg_Context& strip, int32_t quads,
                                 int32_t between)
       : quads_(quads), moves_(eq_moves(strip)), rate_(strip.dynState[0].dezipRate) {
     const EQ_SCoefs& targets = *strip.eqTargetCoefs;
-    const EQ_SDezipCoefs& dezip = *strip.eqDezipCoefs;
-    for (int i = 0; i < 5; ++i) {
-      now_[3][i] = fill<V>([&](int band) { return dezip.coefs[5 * band + i]; });
-      targets_[i] = fill<V>([&](int band) { return targets.targetCoefs[5 * band + i]; });
-      for (int half = 0; half < 2; ++half) {
-        smoothed_[i][half] =
-            fill<Doubles>([&](int lane) { return dezip.smoothedCoefs[5 * (4 * half + lane) + i]; });
-      }
+    load_coefs(now_[3], strip.eqDezipCoefs->coefs);
+    if (moves_) {
+      load_coefs(targets_, targets.targetCoefs);
+      load_smoothed(strip.eqDezipCoefs->smoothedCoefs);
     }
-
-    int32_t begin[kBands], first[2];
-    for (int32_t& step : begin) step = kNever;
+    const Ints band{0, 1, 2, 3, 4, 5, 6, 7};
+    MaskOf<V> is_first[2];
+    begin_ = Ints{} + kNever;
     for (int pass = 0; pass < 2; ++pass) {
-      const int end = targets.endBand[pass];
-      first[pass] = targets.firstBand[pass];
-      is_empty_[pass] = first[pass] >= end;
+      const int32_t first = targets.firstBand[pass], end = targets.endBand[pass];
+      is_empty_[pass] = first >= end;
       last_[pass] = static_cast<uint32_t>(end - 1);
-      late_[pass] = is_empty_[pass] ? 0 : static_cast<uint32_t>(end - 1 - first[pass]);
+      late_[pass] = is_empty_[pass] ? 0 : static_cast<uint32_t>(end - 1 - first);
       post_delay_ = delay(0) + between;
-      if (is_empty_[pass]) first[pass] = kNever;
-      for (int band = first[pass]; band < end; ++band) {
-        begin[band] = 4 * post_delay_ * pass + band - first[pass];
-      }
+      const Ints begin = band - first + 4 * post_delay_ * pass;
+      begin_ = select((band >= first) & (band < end), begin, begin_);
+      is_first[pass] = (band == first) & (band < end);
     }
-    const auto runs = [&](int band) { return begin[band] != kNever; };
-    const auto quad_of = [&](int band) { return runs(band) ? begin[band] / 4 : 0; };
-    begin_ = load<IntsOf<V>>(begin);
-    begin_quad_ = fill<IntsOf<V>>(quad_of);
-    const auto is_first = [&](int band) { return band == first[0] || band == first[1]; };
-    is_first_ = fill_mask<V>(is_first);
+    const MaskOf<V> runs = begin_ != kNever;
+    begin_quad_ = runs & (begin_ >> 2);
+    is_first_ = is_first[0] | is_first[1];
     for (int step = 0; step < 4; ++step) {
-      enters_quad_[step] = fill_mask<V>([&](int band) { return begin[band] % 4 == step; });
-      for (int band = 0; band < kBands; ++band) {
-        const int input = kBands + step + 4 * (band == first[1]);
-        fed_[step][band] = is_first(band) ? input : (band + kBands - 1) % kBands;
-      }
+      enters_quad_[step] = (begin_ & 3) == step;
+      const Ints input = kBands + step + (is_first[1] & 4);
+      channelstrip::store(fed_[step], select(is_first_, input, (band - 1) & (kBands - 1)));
     }
-    z1_ = fill<V>([&](int band) { return runs(band) ? strip.eqState[0].z1[band] : 0.0f; });
-    z2_ = fill<V>([&](int band) { return runs(band) ? strip.eqState[0].z2[band] : 0.0f; });
+    z1_ = (V)((Ints)load<V>(strip.eqState[0].z1) & runs);
+    z2_ = (V)((Ints)load<V>(strip.eqState[0].z2) & runs);
     y_ = V{};
   }
 
@@ -129,13 +117,31 @@ class EqCascade {
  private:
   static constexpr int kBands = CHANNELSTRIP_EQ_BANDS;
   using V = Lanes<kBands>;
-  static constexpr int kTaken =
-      kMostDelay + 2;  // quads kept, from the newest to the next to be given
+  using Ints = IntsOf<V>;
+  // Quads kept, from the newest to the next to be given.
+  static constexpr int kTaken = kMostDelay + 2;
   static constexpr int kSteps = 4 * kTaken;
   static constexpr int32_t kNever = INT32_MAX;
 
   CHANNELSTRIP_INLINE static MaskOf<V> in_call(IntsOf<V> at, int32_t count) {
     return (at >= 0) & (at < count);
+  }
+
+  // The five coefficients of every band.
+  CHANNELSTRIP_INLINE static void load_coefs(V (&coefs)[5], const float* from) {
+    V last[4];
+    load_columns(last, [=](int band) { return from + 5 * band + 1; });
+    coefs[4] = last[3];
+    for (int i = 1; i < 4; ++i) coefs[i] = last[i - 1];
+    coefs[0] = fill<V>([=](int band) { return from[5 * band]; });
+  }
+  CHANNELSTRIP_INLINE void load_smoothed(const double* from) {
+    for (int i = 0; i < 5; ++i) {
+      for (int half = 0; half < 2; ++half) {
+        smoothed_[i][half] =
+            fill<Doubles>([=](int lane) { return from[5 * (4 * half + lane) + i]; });
+      }
+    }
   }
 
   // Every band enters its next quad at one of the coming four steps. Glides the coefficients of
