@@ -102,18 +102,17 @@ CHANNELSTRIP_INLINE V level_to_db(Used<Count>, V level) {
   return select(level > 0.0f, db, broadcast<V>(-140.0f));
 }
 
-// gmPowTableH[n]. Where registers hold sixteen numbers, it is put together from small tables that
-// stand in registers, which takes a fifth of the instructions that sixteen loads do.
+// gmPowTableH[n]. With AVX-512 it is put together from small tables that stand in registers.
 template <int Count, typename V>
 CHANNELSTRIP_INLINE V high_factor(IntsOf<V> n) {
 #if defined(CHANNELSTRIP_AVX512)
-  const V coarse = entry_of_32<V>(gmPowCoarse, n >> 4);
-  return coarse +
-         fused(coarse, entry_of_16<V>(gmPowFine, n & 15), entry_of_32<V>(gmPowRest, n >> 4));
-#else
+  if constexpr (kWidth<V> >= 8) {
+    const V coarse = entry_of_32<V>(gmPowCoarse, n >> 4), fine = entry_of_16<V>(gmPowFine, n & 15);
+    return coarse + fused(coarse, fine, entry_of_32<V>(gmPowRest, n >> 4));
+  }
+#endif
   const Indices<kWidth<V>> i(n);
   return pick<Count, V>(gmPowTableH, i.of);
-#endif
 }
 
 // The fraction bits of gmPowTableL[n], computed rather than looked up: this integer parabola gives

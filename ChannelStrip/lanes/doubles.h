@@ -34,9 +34,6 @@ CHANNELSTRIP_INLINE DoublesOf<V> widened(V x) {
 #if defined(__AVX__)
     if constexpr (kWidth<V> == 4) return (DoublesOf<V>)_mm256_cvtps_pd(x);
 #endif
-#if defined(__AVX512F__)
-    if constexpr (kWidth<V> == 8) return (DoublesOf<V>)_mm512_cvtps_pd(x);
-#endif
     return __builtin_convertvector(x, DoublesOf<V>);
   }
 }
@@ -49,9 +46,6 @@ CHANNELSTRIP_INLINE V narrowed(DoublesOf<V> x) {
   } else {
 #if defined(__AVX__)
     if constexpr (kWidth<V> == 4) return (V)_mm256_cvtpd_ps(x);
-#endif
-#if defined(__AVX512F__)
-    if constexpr (kWidth<V> == 8) return (V)_mm512_cvtpd_ps(x);
 #endif
     return __builtin_convertvector(x, V);
   }

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <initializer_list>
 #include <stdexcept>
 #include <string>
@@ -24,8 +25,10 @@ inline const host::StemFormat& format_named(std::string_view name) {
   return *format;
 }
 
+// The library that is built beside the tests, or another one that the environment names.
 inline AlgEntry_16_Stem* entry_point(const host::StemFormat& format) {
-  static const host::Library library(CHANNELSTRIP_LIBRARY);
+  const char* const other = std::getenv("CHANNELSTRIP_TESTED_LIBRARY");
+  static const host::Library library(other ? other : CHANNELSTRIP_LIBRARY);
   return library.entry_point(format);
 }
 
