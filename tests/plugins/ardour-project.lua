@@ -1,13 +1,13 @@
 -- Makes an Ardour project with the plugin on a track, or tells what a saved one holds.
 --
---   ardour7-lua ardour-project.lua make FOLDER URI CHANNELS PRESET PARAMETER VALUE BEGIN END [key]
+--   ardour7-lua ardour-project.lua make FOLDER URI CHANNELS PRESET PARAMETER VALUE LATER FRAME [key]
 --   ardour7-lua ardour-project.lua tell FOLDER
 --
--- PARAMETER, by its place among the control ports, is VALUE until frame BEGIN and falls by 20 until END.
+-- PARAMETER, by its place among the control ports, is VALUE, and LATER from FRAME on.
 -- With "key" a track of that name feeds the plugin's side-chain.
 local todo, folder, uri = arg[1], arg[2], arg[3]
 local channels, preset, parameter, value = tonumber(arg[4]), arg[5], tonumber(arg[6]), tonumber(arg[7])
-local fall_begin, fall_end = tonumber(arg[8]), tonumber(arg[9])
+local later, frame = tonumber(arg[8]), tonumber(arg[9])
 AudioEngine:set_backend("None (Dummy)", "", "")
 local project = load_session(folder, "project")
 assert(project, "no project")
@@ -45,9 +45,10 @@ local function make()
     if not route:panner_shell():isnil() then route:panner_shell():set_bypassed(true) end
   end
   local _, curve = ARDOUR.LuaAPI.plugin_automation(strip, parameter)
-  for _, point in ipairs({ { 0, value }, { fall_begin, value }, { fall_end, value - 20 } }) do
+  for _, point in ipairs({ { 0, value }, { frame, later } }) do
     curve:add(Temporal.timepos_t(point[1]), point[2], false, true)
   end
+  assert(curve:set_interpolation(Evoral.InterpolationStyle.Discrete), "Ardour sets no steps")
   automation_of(strip, plugin, parameter):set_automation_state(ARDOUR.AutoState.Play)
   assert(project:save_state("") == 0, "Ardour doesn't save the project")
 end
