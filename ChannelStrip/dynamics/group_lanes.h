@@ -92,24 +92,19 @@ CHANNELSTRIP_INLINE void store_group_states(const SChannelStrip_Alg_Context* con
                                             const LinkLanes<Layout>& links,
                                             const GroupState<typename Layout::Group>& state) {
   using V = typename Layout::Group;
-  Dyn_SState* records[kWidth<V>];
+  float* records[kWidth<V>];
   for (int lane = 0; lane < kWidth<V>; ++lane) {
     const int leader = links.leader(lane);
-    records[lane] =
-        leader < 0 ? nullptr : &strips[Layout::strip_of_group_lane(lane)]->dynState[leader];
+    Dyn_SState* const states = strips[Layout::strip_of_group_lane(lane)]->dynState;
+    records[lane] = leader < 0 ? nullptr : word_at(states[leader], 0);
   }
-  const auto at = [&](int word) {
-    return [&records, word](int lane) -> float* {
-      return records[lane] == nullptr ? nullptr : word_at(*records[lane], word);
-    };
-  };
   const V open = (V)(state.open & 1), hold = (V)state.hold;
-  store_columns<2>({state.compGain, state.expGain, V{}, V{}}, at(0));
-  store_columns({state.detZ1, state.detZ2, state.peakLevel, state.smoothLevel},
-                at(CHANNELSTRIP_WORD_OF(Dyn_SState, detZ1)));
-  store_columns({state.curMakeupGain, state.curCompRange, state.curExpRange, open},
-                at(CHANNELSTRIP_WORD_OF(Dyn_SState, curMakeupGain)));
-  store_columns<1>({hold, V{}, V{}, V{}}, at(CHANNELSTRIP_WORD_OF(Dyn_SState, holdCount)));
+  store_columns<2>({state.compGain, state.expGain, V{}, V{}}, records, 0);
+  store_columns({state.detZ1, state.detZ2, state.peakLevel, state.smoothLevel}, records,
+                CHANNELSTRIP_WORD_OF(Dyn_SState, detZ1));
+  store_columns({state.curMakeupGain, state.curCompRange, state.curExpRange, open}, records,
+                CHANNELSTRIP_WORD_OF(Dyn_SState, curMakeupGain));
+  store_columns<1>({hold, V{}, V{}, V{}}, records, CHANNELSTRIP_WORD_OF(Dyn_SState, holdCount));
 }
 
 }  // namespace channelstrip

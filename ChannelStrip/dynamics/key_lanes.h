@@ -56,12 +56,13 @@ class KeyLanes {
   }
 
   CHANNELSTRIP_INLINE void store(const SChannelStrip_Alg_Context* const* strips) const {
-    store_columns<2>({z1_, z2_, V{}, V{}}, [&](int lane) -> float* {
-      if (!Layout::is_channel(lane)) return nullptr;
-      Dyn_SState& to =
-          strips[Layout::strip_of_channel_lane(lane)]->dynState[Layout::channel_of(lane)];
-      return word_at(to, CHANNELSTRIP_WORD_OF(Dyn_SState, keyZ1));
-    });
+    float* records[kWidth<V>];
+    for (int lane = 0; lane < kWidth<V>; ++lane) {
+      Dyn_SState* const states = strips[Layout::strip_of_channel_lane(lane)]->dynState;
+      records[lane] =
+          Layout::is_channel(lane) ? word_at(states[Layout::channel_of(lane)], 0) : nullptr;
+    }
+    store_columns<2>({z1_, z2_, V{}, V{}}, records, CHANNELSTRIP_WORD_OF(Dyn_SState, keyZ1));
   }
 
  private:

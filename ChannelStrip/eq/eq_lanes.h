@@ -103,9 +103,14 @@ class EqLanes {
 
   CHANNELSTRIP_INLINE void store(const SChannelStrip_Alg_Context* const* strips) const {
     if (kMayMove && moved_) store_glide(strips);
+    float *z1[kWidth<V>], *z2[kWidth<V>];
+    for (int lane = 0; lane < kWidth<V>; ++lane) {
+      z1[lane] = Layout::is_channel(lane) ? state_of(strips, lane).z1 : nullptr;
+      z2[lane] = Layout::is_channel(lane) ? state_of(strips, lane).z2 : nullptr;
+    }
     for (int band = 0; band < CHANNELSTRIP_EQ_BANDS; band += 4) {
-      store_memory(z1_, band, [&](int lane) { return state_of(strips, lane).z1; });
-      store_memory(z2_, band, [&](int lane) { return state_of(strips, lane).z2; });
+      store_memory(z1_, band, z1);
+      store_memory(z2_, band, z2);
     }
   }
 
@@ -201,19 +206,15 @@ class EqLanes {
   }
 
   // A band that no pass runs must stay untouched.
-  template <typename Of>
-  CHANNELSTRIP_INLINE void store_memory(const V* z, int band, Of of) const {
+  CHANNELSTRIP_INLINE void store_memory(const V* z, int band, float* const* to) const {
     if (runs(band) && runs(band + 1) && runs(band + 2) && runs(band + 3)) {
-      const V four[4] = {z[band], z[band + 1], z[band + 2], z[band + 3]};
-      store_columns(four, [&](int lane) -> float* {
-        return Layout::is_channel(lane) ? of(lane) + band : nullptr;
-      });
+      store_columns({z[band], z[band + 1], z[band + 2], z[band + 3]}, to, band);
       return;
     }
     for (int k = band; k < band + 4; ++k) {
       if (!runs(k)) continue;
       for (int lane = 0; lane < kWidth<V>; ++lane) {
-        if (Layout::is_channel(lane)) of(lane)[k] = z[k][lane];
+        if (to[lane]) to[lane][k] = z[k][lane];
       }
     }
   }

@@ -15,7 +15,7 @@ CHANNELSTRIP_INLINE void load_lanes(V (&quad)[4], const float* const* buffers, i
 // The reverse. A lane whose buffer is null isn't stored.
 template <typename V>
 CHANNELSTRIP_INLINE void store_lanes(const V (&quad)[4], float* const* buffers, int32_t offset) {
-  store_columns(quad, [=](int lane) { return buffers[lane] ? buffers[lane] + offset : nullptr; });
+  store_columns(quad, buffers, offset);
 }
 
 }  // namespace channelstrip

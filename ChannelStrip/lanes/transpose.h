@@ -76,17 +76,18 @@ CHANNELSTRIP_INLINE void load_shared_columns(V (&columns)[4], const float* recor
   for (int i = 0; i < 4; ++i) columns[i] = broadcast<V>(record[i]);
 }
 
-// The reverse, for the first Count numbers. A lane for which at(lane) is null isn't stored.
-template <int Count = 4, typename V, typename At>
-CHANNELSTRIP_INLINE void store_columns(const V (&columns)[4], At at) {
+// The reverse, for the first Count numbers, from to[lane] + offset on. A lane whose to[lane] is
+// null isn't stored.
+template <int Count = 4, typename V>
+CHANNELSTRIP_INLINE void store_columns(const V (&columns)[4], float* const* to, int32_t offset) {
   V rows[4] = {columns[0], columns[1], columns[2], columns[3]};
   transpose(rows);
   for (int row = 0; row < 4; ++row) {
     Lanes<4> blocks[kWidth<V> / 4];
     split_blocks(rows[row], blocks);
     for (int block = 0; block < kWidth<V> / 4; ++block) {
-      if (float* const to = at(4 * block + row)) {
-        __builtin_memcpy(to, &blocks[block], Count * sizeof(float));
+      if (float* const lane = to[4 * block + row]) {
+        __builtin_memcpy(lane + offset, &blocks[block], Count * sizeof(float));
       }
     }
   }

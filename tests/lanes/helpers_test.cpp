@@ -244,9 +244,10 @@ TEST(Lanes, ColumnsAreStoredInTheRecordsThatAreNotNull) {
     Lanes<width> columns[4];
     load_columns(columns, [&](int lane) { return from[static_cast<size_t>(lane)].data(); });
     std::array<std::array<float, 6>, width> to{};
-    store_columns(columns, [&](int lane) {
-      return lane == 2 ? nullptr : to[static_cast<size_t>(lane)].data() + 1;
-    });
+    float* records[width];
+    for (size_t lane = 0; lane < width; ++lane)
+      records[lane] = lane == 2 ? nullptr : to[lane].data();
+    store_columns(columns, records, 1);
     for (size_t lane = 0; lane < width; ++lane) {
       for (size_t i = 0; i < 6; ++i) {
         const bool stored = lane != 2 && i > 0 && i < 5;
