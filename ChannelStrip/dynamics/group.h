@@ -100,9 +100,16 @@ struct GroupState : GroupNumbers<V> {
   WordsOf<V> hold;
 };
 
+// One number after the other: unoptimised, a copy of them all becomes a call of the C library.
+inline void copy_numbers(void* to, const void* from, uint64_t bytes) {
+  for (uint64_t i = 0; i < bytes / sizeof(float); ++i) {
+    static_cast<float*>(to)[i] = static_cast<const float*>(from)[i];
+  }
+}
+
 inline GroupState<float> group_state(const Dyn_SState& from) {
   GroupState<float> state;
-  __builtin_memcpy(&state, &from, sizeof(GroupNumbers<float>));
+  copy_numbers(&state, &from, sizeof(GroupNumbers<float>));
   state.open = from.gateOpen > 0;
   state.hold = static_cast<uint32_t>(from.holdCount);
   return state;
@@ -111,8 +118,8 @@ inline GroupState<float> group_state(const Dyn_SState& from) {
 inline void store_group_state(Dyn_SState& to, const GroupState<float>& from) {
   constexpr auto kKeyZ1 = __builtin_offsetof(Dyn_SState, keyZ1),
                  kDetZ1 = __builtin_offsetof(Dyn_SState, detZ1);
-  __builtin_memcpy(&to, &from, kKeyZ1);
-  __builtin_memcpy(&to.detZ1, &from.detZ1, sizeof(GroupNumbers<float>) - kDetZ1);
+  copy_numbers(&to, &from, kKeyZ1);
+  copy_numbers(&to.detZ1, &from.detZ1, sizeof(GroupNumbers<float>) - kDetZ1);
   to.gateOpen = from.open ? 1 : 0;
   to.holdCount = static_cast<int32_t>(from.hold);
 }

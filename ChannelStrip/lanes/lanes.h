@@ -21,6 +21,13 @@ namespace channelstrip {
 
 #define CHANNELSTRIP_INLINE inline __attribute__((always_inline))
 
+// For what is used often: unoptimised, every inlined copy takes stack of its own.
+#if defined(__OPTIMIZE__)
+#define CHANNELSTRIP_INLINE_OPTIMISED CHANNELSTRIP_INLINE
+#else
+#define CHANNELSTRIP_INLINE_OPTIMISED inline
+#endif
+
 // Floats per vector register, for which the work is laid out.
 #if defined(__AVX512VL__) && defined(__AVX512DQ__)
 #define CHANNELSTRIP_AVX512

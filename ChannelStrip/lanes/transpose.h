@@ -26,7 +26,7 @@ CHANNELSTRIP_INLINE V shuffle_blocks(V a, V b) {
 
 // Four vectors: in every block of four lanes, rows become columns.
 template <typename V>
-CHANNELSTRIP_INLINE void transpose(V (&m)[4]) {
+CHANNELSTRIP_INLINE_OPTIMISED void transpose(V (&m)[4]) {
   const V a = shuffle_blocks<0, 4, 1, 5>(m[0], m[1]);
   const V b = shuffle_blocks<0, 4, 1, 5>(m[2], m[3]);
   const V c = shuffle_blocks<2, 6, 3, 7>(m[0], m[1]);
@@ -59,7 +59,7 @@ CHANNELSTRIP_INLINE void split_blocks(V x, Lanes<4>* blocks) {
 
 // columns[i] = number i of every lane's record, for four numbers from at(lane) on.
 template <typename V, typename At>
-CHANNELSTRIP_INLINE void load_columns(V (&columns)[4], At at) {
+CHANNELSTRIP_INLINE_OPTIMISED void load_columns(V (&columns)[4], At at) {
   for (int row = 0; row < 4; ++row) {
     Lanes<4> blocks[kWidth<V> / 4];
     for (int block = 0; block < kWidth<V> / 4; ++block) {
@@ -79,7 +79,8 @@ CHANNELSTRIP_INLINE void load_shared_columns(V (&columns)[4], const float* recor
 // The reverse, for the first Count numbers, from to[lane] + offset on. A lane whose to[lane] is
 // null isn't stored.
 template <int Count = 4, typename V>
-CHANNELSTRIP_INLINE void store_columns(const V (&columns)[4], float* const* to, int32_t offset) {
+CHANNELSTRIP_INLINE_OPTIMISED void store_columns(const V (&columns)[4], float* const* to,
+                                                 int32_t offset) {
   V rows[4] = {columns[0], columns[1], columns[2], columns[3]};
   transpose(rows);
   for (int row = 0; row < 4; ++row) {
