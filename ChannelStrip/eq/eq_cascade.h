@@ -10,7 +10,8 @@
 #include "../frame/context.h"
 #include "../lanes/layout.h"
 #include "../lanes/section.h"
-#include "eq_lanes.h"
+#include "../lanes/transpose.h"
+#include "eq_moves.h"
 
 namespace channelstrip {
 

@@ -18,6 +18,7 @@ CHANNELSTRIP_INLINE void store(void* to, V x) {
   __builtin_memcpy(to, &x, sizeof x);
 }
 
+// x in the low half; what the high half holds is of no account.
 CHANNELSTRIP_INLINE Lanes<8> extended(Lanes<4> x) {
   return __builtin_shufflevector(x, x, 0, 1, 2, 3, -1, -1, -1, -1);
 }
@@ -25,13 +26,16 @@ CHANNELSTRIP_INLINE Lanes<16> extended(Lanes<8> x) {
   return __builtin_shufflevector(x, x, 0, 1, 2, 3, 4, 5, 6, 7, -1, -1, -1, -1, -1, -1, -1, -1);
 }
 
-// The first lanes of a register, and a register with `x` in its first lanes; what the others hold
-// is of no account.
+// The first lanes of a register, or a register that is extended.
 template <typename To, typename From>
 CHANNELSTRIP_INLINE To resized(From x) {
-  if constexpr (kWidth<To> == kWidth<From>) return x;
-  if constexpr (kWidth < To >> kWidth<From>) return resized<To>(extended(x));
-  if constexpr (kWidth<To> < kWidth<From>) return resized<To>(low_half(x));
+  if constexpr (kWidth<To> == kWidth<From>) {
+    return x;
+  } else if constexpr (kWidth<To> < kWidth<From>) {
+    return resized<To>(low_half(x));
+  } else {
+    return resized<To>(extended(x));
+  }
 }
 
 // to[i] = from[index[i]]. `index` holds as many numbers as the wider of the two types has lanes.
