@@ -57,7 +57,7 @@ class Rows {
  private:
   // A row's load, and a map of the last four rows, end up to a register's width behind the numbers.
   static constexpr int kBehind = kWidth<V> > Widest ? kWidth<V> : Widest;
-  static constexpr int kRoom = (Count * Stride + kBehind) / kBehind * kBehind;
+  static constexpr int kRoom = (Count * Stride + 2 * kBehind - 1) / kBehind * kBehind;
   alignas(4 * Widest) float numbers_[kRoom];
 };
 
