@@ -49,8 +49,8 @@ std::vector<Rival> plain_strips() {
 }
 
 std::vector<std::string> names_of(const std::vector<Rival>& rivals) {
-  std::vector<std::string> names;
-  for (const Rival& rival : rivals) names.push_back(rival.name);
+  std::vector<std::string> names(rivals.size());
+  std::ranges::transform(rivals, names.begin(), &Rival::name);
   return names;
 }
 

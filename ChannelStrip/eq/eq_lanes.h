@@ -51,7 +51,7 @@ class EqLanes {
 
   // Runs the pass before (0) or after (1) the dynamics over quad q.
   CHANNELSTRIP_INLINE void run(int pass, int32_t q, V (&samples)[4]) {
-    const float* const coefs = coefs_[moves_ ? static_cast<uint32_t>(q) % kRows : kRows - 1];
+    const float* const coefs = coefs_[static_cast<uint32_t>(moves_ ? q : kRows - 1) % kRows];
     for (int32_t band = first_band_[pass]; band < end_band_[pass]; ++band) {
       V section[5];
       for (int i = 0; i < 5; ++i) {
