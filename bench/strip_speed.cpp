@@ -89,8 +89,8 @@ std::vector<Row> measure(std::vector<Contest> all, int turns) {
   }
   if (terminal) fmt::print(stderr, "\r{:20}\r", "");
 
-  std::vector<Row> rows;
-  for (const Contest& contest : all) rows.push_back(contest.row());
+  std::vector<Row> rows(all.size());
+  std::ranges::transform(all, rows.begin(), &Contest::row);
   return rows;
 }
 
