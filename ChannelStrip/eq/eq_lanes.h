@@ -80,7 +80,7 @@ class EqLanes {
   // All channels of one strip share its coefficients.
   static constexpr int kCoefLanes = Layout::kStrips == 1 ? 1 : kWidth<V>;
   static constexpr int kCoefs = kBandCoefs * kCoefLanes;
-  static constexpr int kRows = kMayMove ? History : 1;
+  static constexpr int kRows = 1 + (kMayMove ? History - 1 : 0);
   static constexpr int kMoving = kMayMove ? kCoefs : 1;
 
   // Every so many quads, a step finds out whether the glide has come to rest.
