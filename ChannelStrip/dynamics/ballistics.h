@@ -15,12 +15,19 @@ CHANNELSTRIP_INLINE V approach(V x, V target, V weight) {
   return fused(target - x, weight, x);
 }
 
+// One step of a term: it rises with one weight, falls or rests with another.
+template <typename V>
+CHANNELSTRIP_INLINE V step_towards(V term, V target, MaskOf<V> rises, V rise, V fall) {
+  return approach(term, target, select(rises, rise, fall));
+}
+
 // Attack while the term falls or rests, release while it rises. The range limits the smoothed
 // term, which is where the next sample starts from.
 template <typename Coefs, typename V>
 CHANNELSTRIP_INLINE V compressor_term(const Coefs& coefs, V previous, V target, V range) {
-  const V weight = select(target <= previous, coefs.compAttack, coefs.compRelease);
-  return maximum(approach(previous, target, weight), range);
+  const MaskOf<V> rises = target > previous;
+  const V term = step_towards(previous, target, rises, coefs.compRelease, coefs.compAttack);
+  return maximum(term, range);
 }
 
 // Hysteresis: the threshold depends on the gate's own state.
@@ -42,16 +49,22 @@ inline uint32_t hold_samples(const Dyn_SCoefsBlock& coefs) {
   return static_cast<uint32_t>(static_cast<int64_t>(static_cast<float>(coefs.expHoldSamples)));
 }
 
-// While the term rises, it moves with the attack weight and the hold counter is loaded. Otherwise
-// the term is held until the counter has run down to 0, and then moves with the release weight.
-template <typename Coefs, typename V>
-CHANNELSTRIP_INLINE void expander_term(const Coefs& coefs, V& gain, WordsOf<V>& hold, V target) {
-  const MaskOf<V> rising = target > gain;
+// A rising term takes its step, and loads the hold counter. Any other stays where it is until the
+// counter has run down to 0.
+template <typename V>
+CHANNELSTRIP_INLINE void hold_term(V& term, WordsOf<V>& hold, V step, MaskOf<V> rises,
+                                   WordsOf<V> samples) {
   const MaskOf<V> released = hold == 0;
-  const MaskOf<V> moving = rising | released;
-  const V term = approach(gain, target, select(rising, coefs.expAttack, coefs.expRelease));
-  gain = select(moving, term, gain);
-  hold = select(rising, hold_samples(coefs), select(released, hold, hold - 1));
+  term = select(rises | released, step, term);
+  hold = select(rises, samples, select(released, hold, hold - 1));
+}
+
+// Attack while the term rises, then hold, then release.
+template <typename Coefs, typename V>
+CHANNELSTRIP_INLINE void expander_term(const Coefs& coefs, V& term, WordsOf<V>& hold, V target) {
+  const MaskOf<V> rises = target > term;
+  const V step = step_towards(term, target, rises, coefs.expAttack, coefs.expRelease);
+  hold_term(term, hold, step, rises, hold_samples(coefs));
 }
 
 }  // namespace channelstrip

@@ -31,9 +31,14 @@ struct GainQuad {
   CHANNELSTRIP_INLINE V gain(int k) const { return comp(k) * exp(k); }
 };
 
-// Both detectors run whatever the mode, so that a switch of the mode continues from current values.
 // A level is compared with the peak before the peak decays: one between the two values doesn't stop
 // the decay.
+template <typename V>
+CHANNELSTRIP_INLINE V peak_detector(V peak, V level, V decay) {
+  return select(level > peak, level, peak * decay);
+}
+
+// Both detectors run whatever the mode, so that a switch of the mode continues from current values.
 template <typename Coefs, typename V, typename Quad>
 CHANNELSTRIP_INLINE void detect(const Coefs& coefs, GroupState<V>& state, const V (&levels)[kQuad],
                                 Quad& quad) {
@@ -43,7 +48,7 @@ CHANNELSTRIP_INLINE void detect(const Coefs& coefs, GroupState<V>& state, const 
 
   V peak = state.peakLevel;
   for (int k = 0; k < kQuad; ++k) {
-    peak = select(levels[k] > peak, levels[k], peak * coefs.peakDecay);
+    peak = peak_detector(peak, levels[k], coefs.peakDecay);
     quad.detected.set_row(k, select(detects_smoothed(coefs), smooth[k], peak));
   }
   state.peakLevel = peak;
@@ -60,16 +65,21 @@ CHANNELSTRIP_INLINE void find_targets(const Coefs& coefs, Quad& quad) {
       [&](auto, auto level) { return expander_curve(coefs, level); }, quad.decibels);
 }
 
-// Targets to smoothed terms: the strip's longest dependency chain from sample to sample. Ranges and
-// makeup glide by one step per quad, and all its samples use the new values.
+// Ranges and makeup glide by one step per quad, and all its samples use the new values.
 template <typename Coefs, typename V, typename Quad>
-CHANNELSTRIP_INLINE void smooth_terms(const Coefs& coefs, GroupState<V>& state, V rate,
+CHANNELSTRIP_INLINE void glide_ranges(const Coefs& coefs, GroupState<V>& state, V rate,
                                       Quad& quad) {
   state.curCompRange = approach(state.curCompRange, coefs.compRange, rate);
   state.curExpRange = approach(state.curExpRange, coefs.expRange, rate);
   state.curMakeupGain = approach(state.curMakeupGain, coefs.makeupGain, rate);
   quad.makeup = state.curMakeupGain;
+}
 
+// Targets to smoothed terms: the strip's longest dependency chain from sample to sample.
+template <typename Coefs, typename V, typename Quad>
+CHANNELSTRIP_INLINE void smooth_terms(const Coefs& coefs, GroupState<V>& state, V rate,
+                                      Quad& quad) {
+  glide_ranges(coefs, state, rate, quad);
   V comp = state.compGain, exp = state.expGain;
   MaskOf<V> open = state.open;
   WordsOf<V> hold = state.hold;

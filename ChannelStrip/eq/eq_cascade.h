@@ -1,4 +1,4 @@
-// The equaliser of one mono instance, a lane per band, for the length of a call.
+// The equaliser of one instance with few channels, a lane per band, for the length of a call.
 //
 // In every step each pass takes in its next sample. The pass's first band filters that sample;
 // every other band filters what the band before it put out in the previous step. So a band lags
@@ -15,9 +15,10 @@
 
 namespace channelstrip {
 
+template <int Channels>
 class EqCascade {
  public:
-  static constexpr int kMostDelay = 2;
+  using Quad = Lanes<4>;
 
   // When the pass before the dynamics has put out a quad, `between` more quads go in before the
   // pass after it takes that quad.
@@ -31,14 +32,18 @@ class EqCascade {
       load_smoothed(strip.eqDezipCoefs->smoothedCoefs);
     }
     const Ints band{0, 1, 2, 3, 4, 5, 6, 7};
+    const MaskOf<V> high = band >= 4;
     MaskOf<V> is_first[2];
+    Ints last[2], late[2], empty[2];  // the number of the last band, how many steps it lags
     begin_ = Ints{} + kNever;
     for (int pass = 0; pass < 2; ++pass) {
       const int32_t first = targets.firstBand[pass], end = targets.endBand[pass];
-      is_empty_[pass] = first >= end;
-      last_[pass] = static_cast<uint32_t>(end - 1);
-      late_[pass] = is_empty_[pass] ? 0 : static_cast<uint32_t>(end - 1 - first);
-      post_delay_ = delay(0) + between;
+      const bool is_empty = first >= end;
+      last[pass] = Ints{} + (end - 1);
+      late[pass] = Ints{} + (is_empty ? 0 : end - 1 - first);
+      delay_[pass] = (late[pass][0] + 3) / 4;
+      empty[pass] = Ints{} - is_empty;
+      post_delay_ = delay_[0] + between;
       const Ints begin = band - first + 4 * post_delay_ * pass;
       begin_ = select((band >= first) & (band < end), begin, begin_);
       is_first[pass] = (band == first) & (band < end);
@@ -51,53 +56,43 @@ class EqCascade {
       const Ints input = kBands + step + (is_first[1] & 4);
       channelstrip::store(fed_[step], select(is_first_, input, (band - 1) & (kBands - 1)));
     }
-    z1_ = (V)((Ints)load<V>(strip.eqState[0].z1) & runs);
-    z2_ = (V)((Ints)load<V>(strip.eqState[0].z2) & runs);
-    y_ = V{};
+    channelstrip::store(last_, select(high, last[1], last[0]));
+    const Ints from = (band & 3) + 1 + ((select(high, late[1], late[0]) - 1) & 3);
+    is_of_newest_ = from >= 4;
+    channelstrip::store(from_, (from & 3) + (high & 4) + (is_of_newest_ & kBands));
+    is_empty_ = select(high, empty[1], empty[0]);
+    for (int c = 0; c < Channels; ++c) {
+      const V z1 = (V)((Ints)load<V>(strip.eqState[c].z1) & runs);
+      const V z2 = (V)((Ints)load<V>(strip.eqState[c].z2) & runs);
+      channels_[c] = Channel{z1, z2, V{}, V{}, V{}};
+    }
   }
 
   // How many quads after quad q the pass must have taken before it has put out all of quad q.
-  CHANNELSTRIP_INLINE int32_t delay(int pass) const {
-    return static_cast<int32_t>(late_[pass] + 3) / 4;
-  }
+  CHANNELSTRIP_INLINE int32_t delay(int pass) const { return delay_[pass]; }
 
-  // Takes quad q into the pass before the dynamics and quad q - post_delay_ into the pass after
-  // it. A quad outside the call may hold anything.
-  CHANNELSTRIP_INLINE void take(int32_t q, Lanes<4> before, Lanes<4> after) {
+  // Takes quad q of every channel into the pass before the dynamics and quad q - post_delay_ into
+  // the pass after it. A quad outside the call may hold anything. AllAtWork: every band takes
+  // samples of the call at every step.
+  template <bool AllAtWork>
+  CHANNELSTRIP_INLINE void take(int32_t q, const Quad (&before)[Channels],
+                                const Quad (&after)[Channels]) {
     if (moves_) glide(q);
-    const auto number = static_cast<uint32_t>(q);
-    const V both = taken_[number % kTaken] = join(before, after);
-    V* const given = given_ + 4 * number % kSteps;
-    const bool all_at_work = q >= post_delay_ + kMostDelay && q < quads_;
-    V y = y_, z1 = z1_, z2 = z2_;
-    for (int step = 0; step < 4; ++step) {
-      y = pick_either(y, both, fed_[step], is_first_);
-      V new_z1 = z1, new_z2 = z2;
-      run_section<1>(now_[moves_ ? step : 3], new_z1, new_z2, &y);
-      if (!all_at_work) {
-        const MaskOf<V> at_work = in_call(4 * q + step - begin_, 4 * quads_);
-        new_z1 = select(at_work, new_z1, z1);
-        new_z2 = select(at_work, new_z2, z2);
+    for (int c = 0; c < Channels; ++c) {
+      const V both = join(before[c], after[c]);
+      if (moves_) {
+        take_steps<AllAtWork, true>(q, both, channels_[c]);
+      } else {
+        take_steps<AllAtWork, false>(q, both, channels_[c]);
       }
-      z1 = new_z1;
-      z2 = new_z2;
-      given[step] = given[kSteps + step] = y;
     }
-    y_ = y;
-    z1_ = z1;
-    z2_ = z2;
   }
 
-  // Quad q as a pass put it out; may be asked for once quad q + delay(pass) has gone in.
-  CHANNELSTRIP_INLINE Lanes<4> given(int pass, int32_t q) const {
-    const auto taken = static_cast<uint32_t>(q + post_delay_ * pass);
-    if (is_empty_[pass]) {
-      const V both = taken_[taken % kTaken];
-      return pass == 0 ? low_half(both) : high_half(both);
-    }
-    const V* const y = given_ + (4 * taken + late_[pass]) % kSteps;
-    const uint32_t band = last_[pass];
-    return Lanes<4>{y[0][band], y[1][band], y[2][band], y[3][band]};
+  // The newest quad that a pass has put out whole: behind take(q), quad q - delay(pass) of the pass
+  // before the dynamics.
+  CHANNELSTRIP_INLINE Quad given(int pass, int channel) const {
+    const V both = channels_[channel].given;
+    return pass == 0 ? low_half(both) : high_half(both);
   }
 
   CHANNELSTRIP_INLINE void store_to(const SChannelStrip_Alg_Context& strip) const {
@@ -109,8 +104,10 @@ class EqCascade {
     if (moves_) eq_resynchronise(dezip);
     for (int pass = 0; pass < 2; ++pass) {
       for (int band = targets.firstBand[pass]; band < targets.endBand[pass]; ++band) {
-        strip.eqState[0].z1[band] = z1_[band];
-        strip.eqState[0].z2[band] = z2_[band];
+        for (int c = 0; c < Channels; ++c) {
+          strip.eqState[c].z1[band] = channels_[c].z1[band];
+          strip.eqState[c].z2[band] = channels_[c].z2[band];
+        }
       }
     }
   }
@@ -119,13 +116,38 @@ class EqCascade {
   static constexpr int kBands = CHANNELSTRIP_EQ_BANDS;
   using V = Lanes<kBands>;
   using Ints = IntsOf<V>;
-  // Quads kept, from the newest to the next to be given.
-  static constexpr int kTaken = kMostDelay + 2;
-  static constexpr int kSteps = 4 * kTaken;
   static constexpr int32_t kNever = INT32_MAX;
 
   CHANNELSTRIP_INLINE static MaskOf<V> in_call(IntsOf<V> at, int32_t count) {
     return (at >= 0) & (at < count);
+  }
+
+  // One channel on its way through the bands.
+  struct Channel {
+    V z1, z2, y;
+    V newest, given;  // both passes' newest outputs, and their newest whole quads
+  };
+
+  template <bool AllAtWork, bool Moves>
+  CHANNELSTRIP_INLINE void take_steps(int32_t q, V both, Channel& channel) const {
+    V y = channel.y, z1 = channel.z1, z2 = channel.z2, out[4];
+    for (int step = 0; step < 4; ++step) {
+      y = pick_either(y, both, fed_[step], is_first_);
+      V new_z1 = z1, new_z2 = z2;
+      run_section<1>(now_[Moves ? step : 3], new_z1, new_z2, &y);
+      if constexpr (!AllAtWork) {
+        const MaskOf<V> at_work = in_call(4 * q + step - begin_, 4 * quads_);
+        new_z1 = select(at_work, new_z1, z1);
+        new_z2 = select(at_work, new_z2, z2);
+      }
+      z1 = new_z1;
+      z2 = new_z2;
+      out[step] = pick_lanes<V>(y, last_);  // in all lanes of a half the same
+    }
+    const V newest = shuffle_blocks<0, 1, 4, 5>(shuffle_blocks<0, 4, 1, 5>(out[0], out[1]),
+                                                shuffle_blocks<0, 4, 1, 5>(out[2], out[3]));
+    const V whole = pick_either(channel.newest, newest, from_, is_of_newest_);
+    channel = Channel{z1, z2, y, newest, select(is_empty_, both, whole)};
   }
 
   // The five coefficients of every band.
@@ -173,18 +195,20 @@ class EqCascade {
   int32_t post_delay_;  // when one pass takes quad q, the other takes quad q - post_delay_
   bool moves_;
   float rate_;
-  bool is_empty_[2];
-  uint32_t late_[2], last_[2];  // of each pass: how many steps the last band lags, and its number
+  int32_t delay_[2];
   MaskOf<V> is_first_, enters_quad_[4];  // the latter by step
   // By step, the lane that a band takes: of the bands' outputs, or from kBands on of both quads.
   alignas(64) int32_t fed_[4][kBands];
+  // Both passes' outputs stand in the halves of a register, one lane per step. For every lane: its
+  // pass's last band, and the lane of the previous or (from kBands on) the newest outputs where
+  // that sample of a whole quad is.
+  alignas(64) int32_t last_[kBands], from_[kBands];
+  MaskOf<V> is_of_newest_, is_empty_;
   IntsOf<V> begin_, begin_quad_;  // step and quad in which a band takes its first sample
   V now_[4][5];                   // coefficients by step; at rest the last serves all steps
   V targets_[5];
   Doubles smoothed_[5][2];
-  V z1_, z2_, y_;
-  V taken_[kTaken];
-  V given_[2 * kSteps];  // a ring stored twice, so that any four consecutive steps are contiguous
+  Channel channels_[Channels];
 };
 
 }  // namespace channelstrip

@@ -13,7 +13,7 @@
 #include "../meters/output_meters.h"
 #include "context.h"
 #include "independence.h"
-#include "mono_strip.h"
+#include "narrow_strip.h"
 #include "wide_strip.h"
 
 namespace channelstrip {
@@ -95,12 +95,12 @@ bool fit_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
 template <int Channels, int Groups, int Strips>
 void process_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
   const auto quads = static_cast<int32_t>(whole_blocks(*strips[0]->sampleCount) / kQuad);
-  // A single block doesn't fill the mono strip's pipeline.
-  if constexpr (Strips == 1 && Channels == 1) {
+  // A single block doesn't fill the narrow strip's pipeline.
+  if constexpr (Strips == 1 && Channels <= 2) {
     if (quads > kBlock / kQuad) {
-      MonoStrip mono(strips, quads);
-      mono.process();
-      mono.store();
+      NarrowStrip<Channels> narrow(strips, quads);
+      narrow.process();
+      narrow.store();
       return;
     }
   }
