@@ -62,9 +62,10 @@ class EqCascade {
     channelstrip::store(from_, (from & 3) + (high & 4) + (is_of_newest_ & kBands));
     is_empty_ = select(high, empty[1], empty[0]);
     for (int c = 0; c < Channels; ++c) {
-      const V z1 = (V)((Ints)load<V>(strip.eqState[c].z1) & runs);
-      const V z2 = (V)((Ints)load<V>(strip.eqState[c].z2) & runs);
-      channels_[c] = Channel{z1, z2, V{}, V{}, V{}};
+      Channel& channel = channels_[c];
+      channel.z1 = (V)((Ints)load<V>(strip.eqState[c].z1) & runs);
+      channel.z2 = (V)((Ints)load<V>(strip.eqState[c].z2) & runs);
+      channel.y = channel.newest = channel.given = V{};
     }
   }
 
@@ -147,7 +148,11 @@ class EqCascade {
     const V newest = shuffle_blocks<0, 1, 4, 5>(shuffle_blocks<0, 4, 1, 5>(out[0], out[1]),
                                                 shuffle_blocks<0, 4, 1, 5>(out[2], out[3]));
     const V whole = pick_either(channel.newest, newest, from_, is_of_newest_);
-    channel = Channel{z1, z2, y, newest, select(is_empty_, both, whole)};
+    channel.given = select(is_empty_, both, whole);
+    channel.newest = newest;
+    channel.y = y;
+    channel.z1 = z1;
+    channel.z2 = z2;
   }
 
   // The five coefficients of every band.

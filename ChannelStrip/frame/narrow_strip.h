@@ -100,11 +100,11 @@ class NarrowStrip {
       }
       if (in_call(q - kTargets)) find_targets(curves_, passing(q - kTargets).gain);
       if (in_call(q) || in_call(q - 1)) detect<Full>(q);
-      V before[Channels] = {}, after[Channels] = {};
-      if (in_call(q + key_lag)) {
-        for (int c = 0; c < Channels; ++c) before[c] = input(c, q + key_lag);
+      V before[Channels], after[Channels];
+      for (int c = 0; c < Channels; ++c) {
+        before[c] = in_call(q + key_lag) ? input(c, q + key_lag) : V{};
+        after[c] = in_call(q - kGains) ? gained(c, passing(q - kGains)) : V{};
       }
-      if (in_call(q - kGains)) gain(passing(q - kGains), after);
       eq_.template take<Full>(q + key_lag, before, after);
     }
   }
@@ -128,11 +128,9 @@ class NarrowStrip {
     previous.gain.detected.set_row(0, detected);
   }
 
-  CHANNELSTRIP_INLINE void gain(const Passing& quad, V (&gained)[Channels]) const {
-    const V gain = quad.gain.makeup * quad.gain.gain(0);
-    for (int c = 0; c < Channels; ++c) {
-      gained[c] = coefs_.keyListen != 0 ? quad.detection[c] : quad.audio[c] * gain;
-    }
+  CHANNELSTRIP_INLINE V gained(int channel, const Passing& quad) const {
+    if (coefs_.keyListen != 0) return quad.detection[channel];
+    return quad.audio[channel] * (quad.gain.makeup * quad.gain.gain(0));
   }
 
   CHANNELSTRIP_INLINE void leave(int32_t q) {
