@@ -92,21 +92,29 @@ bool fit_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
   return are_independent<Channels, Strips>(strips, whole_blocks(count));
 }
 
+// Either takes most of a call's stack; apart, they don't add up.
+template <int Channels>
+[[gnu::noinline]] void process_narrow(const SChannelStrip_Alg_Context* const* strip,
+                                      int32_t quads) {
+  NarrowStrip<Channels> narrow(strip, quads);
+  narrow.process();
+  narrow.store();
+}
+template <typename Layout>
+[[gnu::noinline]] void process_wide(const SChannelStrip_Alg_Context* const* strips, int32_t quads) {
+  WideStrip<Layout> wide(strips);
+  wide.process(quads);
+  wide.store();
+}
+
 template <int Channels, int Groups, int Strips>
 void process_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
   const auto quads = static_cast<int32_t>(whole_blocks(*strips[0]->sampleCount) / kQuad);
   // A single block doesn't fill the narrow strip's pipeline.
   if constexpr (Strips == 1 && Channels <= 2) {
-    if (quads > kBlock / kQuad) {
-      NarrowStrip<Channels> narrow(strips, quads);
-      narrow.process();
-      narrow.store();
-      return;
-    }
+    if (quads > kBlock / kQuad) return process_narrow<Channels>(strips, quads);
   }
-  WideStrip<Layout<Channels, Groups, Strips>> wide(strips);
-  wide.process(quads);
-  wide.store();
+  process_wide<Layout<Channels, Groups, Strips>>(strips, quads);
 }
 
 // Processes the first instances of a range, as many as can go side by side in lanes, or else one.
