@@ -23,10 +23,14 @@ class Numbers {
     return static_cast<float>(integer(low * 65536, high * 65536)) * 0x1p-16f;
   }
   // Above 0 and at most 1, as often small as large.
-  float weight() { return shifted(static_cast<float>(integer(1, 4096)), -12 - integer(0, 6)); }
+  float weight() {
+    const int32_t numerator = integer(1, 4096);
+    return shifted(numerator, -12 - integer(0, 6));
+  }
   // Full scale, or up to 2^-down of it.
   float sample(int32_t down) {
-    return shifted(static_cast<float>(integer(-(1 << 23), 1 << 23)), -23 - integer(0, down));
+    const int32_t numerator = integer(-(1 << 23), 1 << 23);
+    return shifted(numerator, -23 - integer(0, down));
   }
   // Of either sign, denormal or a few steps above.
   float tiny() { return of_bits(static_cast<uint32_t>(random() >> 32) & 0x80FFFFFFu); }
@@ -46,8 +50,8 @@ class Numbers {
     __builtin_memcpy(&x, &bits, sizeof x);
     return x;
   }
-  static float shifted(float x, int32_t exponent) {
-    return x * of_bits(static_cast<uint32_t>(127 + exponent) << 23);
+  static float shifted(int32_t x, int32_t exponent) {
+    return static_cast<float>(x) * of_bits(static_cast<uint32_t>(127 + exponent) << 23);
   }
 
   uint64_t state_;
