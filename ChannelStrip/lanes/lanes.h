@@ -32,6 +32,11 @@ CHANNELSTRIP_INLINE T select(M mask, T a, T b) {
   if constexpr (sizeof(T) == 32) {
     return (T)_mm256_blendv_ps((__m256)b, (__m256)a, (__m256)mask);
   }
+#else
+  if constexpr (sizeof(T) > 4 * kLanes) {
+    return joined<T>(select(half_of(mask, 0), half_of(a, 0), half_of(b, 0)),
+                     select(half_of(mask, 1), half_of(a, 1), half_of(b, 1)));
+  }
 #endif
   // GCC 12 would select between masks of 512 bits lane by lane.
   if constexpr (sizeof(T) == 64 && !__is_same(T, Lanes<16>)) {
@@ -82,6 +87,11 @@ CHANNELSTRIP_INLINE V maximum(V held, V value) {
 #if defined(__AVX__)
   if constexpr (kWidth<V> == 8) return _mm256_max_ps(value, held);
   if constexpr (kWidth<V> == 4) return _mm_max_ps(value, held);
+#else
+  if constexpr (kWidth < V >> kLanes) {
+    return joined<V>(maximum(half_of(held, 0), half_of(value, 0)),
+                     maximum(half_of(held, 1), half_of(value, 1)));
+  }
 #endif
   return value > held ? value : held;
 }
@@ -95,6 +105,11 @@ CHANNELSTRIP_INLINE V minimum(V held, V value) {
 #if defined(__AVX__)
   if constexpr (kWidth<V> == 8) return _mm256_min_ps(value, held);
   if constexpr (kWidth<V> == 4) return _mm_min_ps(value, held);
+#else
+  if constexpr (kWidth < V >> kLanes) {
+    return joined<V>(minimum(half_of(held, 0), half_of(value, 0)),
+                     minimum(half_of(held, 1), half_of(value, 1)));
+  }
 #endif
   return value < held ? value : held;
 }

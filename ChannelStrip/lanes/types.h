@@ -11,6 +11,8 @@
 #include <emmintrin.h>
 #elif defined(__ARM_NEON)
 #include <arm_neon.h>
+#elif defined(__wasm_simd128__)
+#include <wasm_simd128.h>
 #endif
 
 namespace channelstrip {
@@ -73,7 +75,9 @@ CHANNELSTRIP_INLINE V broadcast(float x) {
   if constexpr (kWidth<V> == 1) return x;
 }
 
-// The halves of a register, and two registers joined to one of twice the width.
+// The halves of a register, and two registers joined to one of twice the width. Where eight lanes
+// take two registers, GCC would shuffle them one by one, and compare and select them so.
+#if defined(__AVX__)
 CHANNELSTRIP_INLINE Lanes<4> low_half(Lanes<8> x) {
   return __builtin_shufflevector(x, x, 0, 1, 2, 3);
 }
@@ -83,6 +87,31 @@ CHANNELSTRIP_INLINE Lanes<4> high_half(Lanes<8> x) {
 CHANNELSTRIP_INLINE Lanes<8> join(Lanes<4> low, Lanes<4> high) {
   return __builtin_shufflevector(low, high, 0, 1, 2, 3, 4, 5, 6, 7);
 }
+#else
+template <typename T>
+CHANNELSTRIP_INLINE auto half_of(T x, int which) {
+  typedef __typeof__(x[0]) Half __attribute__((vector_size(sizeof(T) / 2)));
+  Half halves[2];
+  __builtin_memcpy(halves, &x, sizeof x);
+  return halves[which];
+}
+template <typename T, typename Half>
+CHANNELSTRIP_INLINE T joined(Half low, Half high) {
+  const Half halves[2] = {low, high};
+  T x;
+  __builtin_memcpy(&x, halves, sizeof x);
+  return x;
+}
+CHANNELSTRIP_INLINE Lanes<4> low_half(Lanes<8> x) {
+  return half_of(x, 0);
+}
+CHANNELSTRIP_INLINE Lanes<4> high_half(Lanes<8> x) {
+  return half_of(x, 1);
+}
+CHANNELSTRIP_INLINE Lanes<8> join(Lanes<4> low, Lanes<4> high) {
+  return joined<Lanes<8>>(low, high);
+}
+#endif
 CHANNELSTRIP_INLINE Lanes<8> low_half(Lanes<16> x) {
   return __builtin_shufflevector(x, x, 0, 1, 2, 3, 4, 5, 6, 7);
 }

@@ -12,7 +12,9 @@ constexpr int32_t kCounts[] = {16, 64, 20, 128, 7, 96};
 
 Instance instances[kMostInstances];
 
-}  // namespace
+struct Hashes {
+  uint64_t audio, state, meters;
+};
 
 Hashes run(int format, int scene, AlgEntry_16_Stem* entry) {
   Hash audio, state, meters;
@@ -36,11 +38,26 @@ Hashes run(int format, int scene, AlgEntry_16_Stem* entry) {
   return {audio.value(), state.value(), meters.value()};
 }
 
-void write_hash(char* to, uint64_t hash) {
-  for (int digit = 0; digit < 16; ++digit) {
-    to[digit] = "0123456789abcdef"[hash >> (60 - 4 * digit) & 15];
-  }
-  to[16] = 0;
+char* add_text(char* to, const char* text) {
+  while (*text) *to++ = *text++;
+  return to;
+}
+
+char* add_hash(char* to, uint64_t hash) {
+  *to++ = ' ';
+  for (int bit = 60; bit >= 0; bit -= 4) *to++ = "0123456789abcdef"[hash >> bit & 15];
+  return to;
+}
+
+}  // namespace
+
+void write_line(char (&line)[kLongestLine], int format, int scene, AlgEntry_16_Stem* entry) {
+  const Hashes hashes = run(format, scene, entry);
+  char* to = add_text(line, kFormats[format].name);
+  *to++ = ' ';
+  to = add_text(to, kScenes[scene].name);
+  to = add_hash(add_hash(add_hash(to, hashes.audio), hashes.state), hashes.meters);
+  *to = 0;
 }
 
 }  // namespace channelstrip::golden

@@ -11,14 +11,10 @@
 
 namespace channelstrip::golden {
 
-struct Hashes {
-  uint64_t audio, state, meters;
-};
-
-// Runs a scene in ranges of one, two, three and seventeen instances. Not for two threads at once.
-Hashes run(int format, int scene, AlgEntry_16_Stem* entry);
-
-// Sixteen digits and a null.
-void write_hash(char* to, uint64_t hash);
+// Runs a scene in ranges of one, two, three and seventeen instances and writes what hashes.txt
+// holds of it: format, scene, the hashes of audio, state and meters, a null. Not for two threads at
+// once.
+constexpr int kLongestLine = 100;
+void write_line(char (&line)[kLongestLine], int format, int scene, AlgEntry_16_Stem* entry);
 
 }  // namespace channelstrip::golden
