@@ -7,6 +7,13 @@ if(CHANNELSTRIP_ARCH)
   target_compile_options(channelstrip_options INTERFACE -march=${CHANNELSTRIP_ARCH})
 endif()
 
+# Targets without a fused multiply-add, such as x86-64 and x86-64-v2, compute it in doubles.
+option(CHANNELSTRIP_EXACT_FUSED
+  "Same bits without a fused multiply-add; OFF is several times as fast there, in other last bits" ON)
+if(NOT CHANNELSTRIP_EXACT_FUSED)
+  target_compile_definitions(channelstrip_options INTERFACE CHANNELSTRIP_UNFUSED)
+endif()
+
 # Sanitizers, for everything that is built; the first report ends the program. The library then
 # imports the sanitizers' symbols, as an ordinary library does.
 set(CHANNELSTRIP_SANITIZE "" CACHE STRING

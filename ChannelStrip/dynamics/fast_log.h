@@ -1,8 +1,8 @@
 // Fast logarithm and power, and their decibel forms. C11 and C++17, single precision throughout.
 //
 // Pure functions over three constant tables: a few bit operations, two table reads and one fused
-// multiply-add each. Bit for bit what the library computes with, provided the caller compiles for
-// a target with a fused multiply-add and with -ffp-contract=off.
+// multiply-add each. Bit for bit what the library computes with, provided the caller compiles with
+// -ffp-contract=off.
 
 #ifndef CHANNELSTRIP_DYNAMICS_FAST_LOG_H
 #define CHANNELSTRIP_DYNAMICS_FAST_LOG_H

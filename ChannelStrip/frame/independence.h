@@ -15,6 +15,11 @@ namespace channelstrip {
 template <typename Word, int Written, int All>
 class Extents {
  public:
+  // Behind all pieces stand empty ones. Compilers clear a whole array by a call.
+  Extents() {
+    for (int i = All; i < kRounded; ++i) begin_[i] = end_[i] = 0;
+  }
+
   template <typename T>
   void add(const T* first, int64_t count) {
     static_assert(sizeof(T) % 4 == 0);
@@ -44,7 +49,7 @@ class Extents {
   static constexpr int kWords = static_cast<int>(sizeof(Words) / sizeof(Word));
   static constexpr int kRounded = (All + kWords - 1) / kWords * kWords;
 
-  Word begin_[kRounded] = {}, end_[kRounded] = {};  // padded with empty pieces
+  Word begin_[kRounded], end_[kRounded];
   int size_ = 0;
 };
 

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "lanes.h"
+#include "types.h"
 
 namespace channelstrip {
 
@@ -24,6 +24,30 @@ using LongsOf = typename DoubleTypes<kWidth<V>>::Longs;
 // Four doubles, and integers of the same width.
 using Doubles = DoubleTypes<4>::Doubles;
 using Longs = DoubleTypes<4>::Longs;
+
+// Two doubles, the width of the narrowest registers.
+using DoublePair = DoubleTypes<2>::Doubles;
+
+// Lanes 0 and 1, or 2 and 3, as doubles, and two such pairs rounded to floats.
+CHANNELSTRIP_INLINE DoublePair widened_low(Lanes<4> x) {
+#if defined(__SSE2__)
+  return (DoublePair)_mm_cvtps_pd(x);
+#else
+  return __builtin_convertvector(__builtin_shufflevector(x, x, 0, 1), DoublePair);
+#endif
+}
+CHANNELSTRIP_INLINE DoublePair widened_high(Lanes<4> x) {
+  return widened_low(__builtin_shufflevector(x, x, 2, 3, 2, 3));
+}
+CHANNELSTRIP_INLINE Lanes<4> narrowed_pairs(DoublePair low, DoublePair high) {
+#if defined(__SSE2__)
+  return _mm_movelh_ps(_mm_cvtpd_ps(low), _mm_cvtpd_ps(high));
+#else
+  typedef float Two __attribute__((vector_size(8)));
+  return __builtin_shufflevector(__builtin_convertvector(low, Two),
+                                 __builtin_convertvector(high, Two), 0, 1, 2, 3);
+#endif
+}
 
 // The same numbers as doubles. GCC converts vectors in halves, by way of memory.
 template <typename V>

@@ -38,6 +38,36 @@ CHANNELSTRIP_INLINE To resized(From x) {
   }
 }
 
+#if defined(__aarch64__) || defined(__wasm_simd128__)
+#define CHANNELSTRIP_PICKS_BYTES
+// Four numbers from the 4 N that stand in the parts, by the numbers of their bytes.
+template <int N>
+CHANNELSTRIP_INLINE Lanes<4> pick_four(const Lanes<4> (&parts)[N], const int32_t* index) {
+  const auto bytes = load<WordsOf<Lanes<4>>>(index) * 0x04040404u + 0x03020100u;
+#if defined(__aarch64__)
+  const auto at = (uint8x16_t)bytes;
+  if constexpr (N == 1) return (Lanes<4>)vqtbl1q_u8((uint8x16_t)parts[0], at);
+  if constexpr (N == 2) {
+    const uint8x16x2_t table = {{(uint8x16_t)parts[0], (uint8x16_t)parts[1]}};
+    return (Lanes<4>)vqtbl2q_u8(table, at);
+  }
+  if constexpr (N == 4) {
+    const uint8x16x4_t table = {
+        {(uint8x16_t)parts[0], (uint8x16_t)parts[1], (uint8x16_t)parts[2], (uint8x16_t)parts[3]}};
+    return (Lanes<4>)vqtbl4q_u8(table, at);
+  }
+#else
+  // Bytes beyond a part give 0, those before it too.
+  v128_t picked = wasm_i8x16_swizzle((v128_t)parts[0], (v128_t)bytes);
+  for (int i = 1; i < N; ++i) {
+    const auto from_part = (v128_t)(bytes - 0x10101010u * static_cast<uint32_t>(i));
+    picked = wasm_v128_or(picked, wasm_i8x16_swizzle((v128_t)parts[i], from_part));
+  }
+  return (Lanes<4>)picked;
+#endif
+}
+#endif
+
 // to[i] = from[index[i]]. `index` holds as many numbers as the wider of the two types has lanes.
 template <typename To, typename From>
 CHANNELSTRIP_INLINE To pick_lanes(From from, const int32_t* index) {
@@ -54,10 +84,19 @@ CHANNELSTRIP_INLINE To pick_lanes(From from, const int32_t* index) {
     return resized<To>(Wide(_mm512_maskz_permutexvar_ps(0xFFFF, (__m512i)at, wide)));
   }
 #endif
-#endif
+#elif defined(CHANNELSTRIP_PICKS_BYTES)
+  if constexpr (kWidth<To> == 8) {
+    return join(pick_lanes<Lanes<4>>(from, index), pick_lanes<Lanes<4>>(from, index + 4));
+  } else if constexpr (kWidth<From> == 8) {
+    return pick_four<2>({low_half(from), high_half(from)}, index);
+  } else {
+    return pick_four<1>({from}, index);
+  }
+#else
   To picked;
   for (int i = 0; i < kWidth<To>; ++i) picked[i] = from[index[i]];
   return picked;
+#endif
 }
 
 // to[i] = index[i] < 8 ? a[index[i]] : b[index[i] - 8], where `from_b` marks the latter.
@@ -68,6 +107,10 @@ CHANNELSTRIP_INLINE Lanes<8> pick_either(Lanes<8> a, Lanes<8> b, const int32_t* 
   return _mm256_permutex2var_ps(a, load<__m256i>(index), b);
 #elif defined(__AVX2__)
   return select(from_b, pick_lanes<Lanes<8>>(b, index), pick_lanes<Lanes<8>>(a, index));
+#elif defined(CHANNELSTRIP_PICKS_BYTES)
+  (void)from_b;
+  const Lanes<4> parts[4] = {low_half(a), high_half(a), low_half(b), high_half(b)};
+  return join(pick_four(parts, index), pick_four(parts, index + 4));
 #else
   Lanes<8> picked;
   for (int i = 0; i < 8; ++i) picked[i] = from_b[i] ? b[index[i] - 8] : a[index[i]];
