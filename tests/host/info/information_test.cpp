@@ -73,11 +73,23 @@ TEST(Information, NamesTheLibraryThatWasLoaded) {
             std::filesystem::path(CHANNELSTRIP_LIBRARY).filename());
 }
 
+TEST(Information, NamesTheLevelThatWasChosen) {
+  Information all = information(Library(CHANNELSTRIP_LIBRARY), stem_formats());
+  const std::optional<channelstrip_level> level = Library(CHANNELSTRIP_LIBRARY).chosen_level();
+  EXPECT_EQ(all.library_level.empty(), !level);
+  if (level) EXPECT_EQ(all.library_level.rfind("x86-64", 0), 0u);
+  all.library_level = "x86-64-v3";
+  EXPECT_NE(human_text(all).find("for x86-64-v3, chosen on loading\n"), std::string::npos);
+  all.library_level = "";
+  EXPECT_EQ(human_text(all).find("chosen"), std::string::npos);
+}
+
 TEST(Information, JsonHoldsEverything) {
   const Information all = information(Library(CHANNELSTRIP_LIBRARY), stem_formats());
   const auto json = nlohmann::json::parse(json_text(all));
   EXPECT_EQ(json["version"], all.version);
   EXPECT_EQ(json["library"]["file"], all.library_file);
+  EXPECT_EQ(json["library"]["level"], all.library_level);
   EXPECT_EQ(json["libsndfile"]["version"], all.libsndfile_version);
   ASSERT_EQ(json["formats"].size(), 11u);
   const auto& format = json["formats"][10];
