@@ -10,11 +10,12 @@
 #include "processor_level.h"
 
 static inline struct channelstrip_processor channelstrip_this_processor(void) {
-  struct channelstrip_processor is = {0, 0, 0, 0};
+  struct channelstrip_processor is;
   uint32_t last_leaf, eax, ebx, ecx, edx;
   __cpuid(0, last_leaf, ebx, ecx, edx);
   __cpuid(1, eax, ebx, is.leaf_1_ecx, edx);
   __cpuid(0x80000001, eax, ebx, is.leaf_80000001_ecx, edx);  // every x86-64 processor has it
+  is.leaf_7_ebx = is.xcr0 = 0;
   if (last_leaf >= 7) __cpuid_count(7, 0, eax, is.leaf_7_ebx, ecx, edx);
   // OSXSAVE. Without it xgetbv isn't an instruction.
   if (channelstrip_has(is.leaf_1_ecx, channelstrip_bit(27))) {
