@@ -1,10 +1,12 @@
 #include "host/info/information.h"
 
+#include <ChannelStrip/frame/processor_level.h>
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -76,8 +78,7 @@ TEST(Information, NamesTheLibraryThatWasLoaded) {
 TEST(Information, NamesTheLevelThatWasChosen) {
   Information all = information(Library(CHANNELSTRIP_LIBRARY), stem_formats());
   const std::optional<channelstrip_level> level = Library(CHANNELSTRIP_LIBRARY).chosen_level();
-  EXPECT_EQ(all.library_level.empty(), !level);
-  if (level) EXPECT_EQ(all.library_level.rfind("x86-64", 0), 0u);
+  EXPECT_EQ(all.library_level.starts_with("x86-64"), level.has_value());
   all.library_level = "x86-64-v3";
   EXPECT_NE(human_text(all).find("for x86-64-v3, chosen on loading\n"), std::string::npos);
   all.library_level = "";
