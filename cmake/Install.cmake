@@ -7,7 +7,8 @@ set(header_dir ${CMAKE_INSTALL_INCLUDEDIR}/ChannelStrip)
 
 install(TARGETS ChannelStrip EXPORT ChannelStripTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(FILES frame/context.h frame/entry_points.h DESTINATION ${header_dir}/frame)
+install(FILES frame/context.h frame/entry_points.h frame/processor.h frame/processor_level.h
+  DESTINATION ${header_dir}/frame)
 install(FILES eq/eq_records.h DESTINATION ${header_dir}/eq)
 install(FILES dynamics/dyn_records.h dynamics/fast_log.h dynamics/fast_log_tables.h
   DESTINATION ${header_dir}/dynamics)

@@ -1,5 +1,8 @@
 #include "library.h"
 
+#ifdef __x86_64__
+#include <ChannelStrip/frame/processor.h>
+#endif
 #include <dlfcn.h>
 #include <link.h>
 
@@ -44,6 +47,18 @@ std::string Library::soname() const {
     if (entry->d_tag == DT_SONAME) name = entry->d_un.d_val;
   }
   return strings && name ? strings + *name : "";
+}
+
+std::optional<channelstrip_level> Library::chosen_level() const {
+#ifdef __x86_64__
+  // What an exported name stands for is found under that name; what was chosen for it has none.
+  ::Dl_info found{};
+  void* const code = reinterpret_cast<void*>(entry_point(stem_formats().front()));
+  if (dladdr(code, &found) != 0 && found.dli_sname == nullptr) {
+    return channelstrip_level_of(channelstrip_this_processor());
+  }
+#endif
+  return std::nullopt;
 }
 
 AlgEntry_16_Stem* Library::entry_point(const StemFormat& format) const {

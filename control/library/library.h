@@ -3,9 +3,11 @@
 #pragma once
 
 #include <ChannelStrip/frame/entry_points.h>
+#include <ChannelStrip/frame/processor_level.h>
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "stem_format.h"
@@ -29,6 +31,10 @@ class Library {
 
   // The soname it was linked with; empty if it has none.
   std::string soname() const;
+
+  // The level of x86-64 whose entry points the dynamic linker chose; none if the file holds one
+  // level.
+  std::optional<channelstrip_level> chosen_level() const;
 
   // Both are valid as long as this object, and throw std::runtime_error if the library doesn't
   // export an entry point.

@@ -12,9 +12,11 @@
 
 namespace channelstrip::host {
 
+// How calls would pass eight lanes depends on AVX, and callers are compiled with and without it. So
+// every function of them is inlined.
 typedef std::int32_t SampleBits __attribute__((vector_size(32)));
 
-inline SampleBits bits_of(const float* samples) {
+[[gnu::always_inline]] inline SampleBits bits_of(const float* samples) {
   SampleBits bits;
   std::memcpy(&bits, samples, sizeof bits);
   return bits;
@@ -33,7 +35,7 @@ template <class Join>
 }
 
 // Whether there is a bit in any of the lanes.
-inline bool is_any(SampleBits lanes) {
+[[gnu::always_inline]] inline bool is_any(SampleBits lanes) {
   std::array<std::uint64_t, 4> halves;
   std::memcpy(&halves, &lanes, sizeof halves);
   return (halves[0] | halves[1] | halves[2] | halves[3]) != 0;
@@ -45,7 +47,9 @@ class LoudLanes {
  public:
   // `count` must be a multiple of 16.
   void see(const float* samples, std::size_t count) {
-    bits_ = joined(samples, count, bits_, [](SampleBits a, SampleBits b) { return a | b; });
+    bits_ = joined(
+        samples, count, bits_,
+        [](SampleBits a, SampleBits b) __attribute__((always_inline)) { return a | b; });
   }
   // Whether one was 2 or more, or wasn't a number.
   bool are_any() const { return is_any(bits_ & 0x40000000); }
@@ -60,8 +64,10 @@ class PeakLanes {
  public:
   // `count` must be a multiple of 16.
   void see(const float* samples, std::size_t count) {
-    lanes_ = joined(samples, count, lanes_,
-                    [](SampleBits a, SampleBits b) { return greater(a, b & 0x7fffffff); });
+    lanes_ = joined(
+        samples, count, lanes_, [](SampleBits a, SampleBits b) __attribute__((always_inline)) {
+          return greater(a, b & 0x7fffffff);
+        });
   }
   void see(const PeakLanes& other) { lanes_ = greater(lanes_, other.lanes_); }
 
@@ -75,7 +81,9 @@ class PeakLanes {
   }
 
  private:
-  static SampleBits greater(SampleBits a, SampleBits b) { return a > b ? a : b; }
+  [[gnu::always_inline]] static SampleBits greater(SampleBits a, SampleBits b) {
+    return a > b ? a : b;
+  }
 
   SampleBits lanes_ = {};
 };

@@ -1,6 +1,9 @@
 #include "information.h"
 
+#include <ChannelStrip/frame/processor_level.h>
 #include <sndfile.h>
+
+#include <optional>
 
 #include "control/design/channel_layout.h"
 #include "control/design/link_map.h"
@@ -31,12 +34,18 @@ std::string behind(std::string_view mark, std::string_view text) {
   return at == text.npos ? "" : std::string(text.substr(at + mark.size()));
 }
 
+std::string name_of(std::optional<channelstrip_level> level) {
+  if (!level) return "";
+  return *level == CHANNELSTRIP_X86_64 ? "x86-64" : "x86-64-v" + std::to_string(*level);
+}
+
 }  // namespace
 
 Information information(const Library& library, std::span<const StemFormat> formats) {
   Information result{.version = CHANNELSTRIP_VERSION,
                      .library_file = library.file(),
                      .library_soname = library.soname(),
+                     .library_level = name_of(library.chosen_level()),
                      .library_version = behind(".so.", library.file()),
                      .libsndfile_version = behind("-", sf_version_string()),
                      .formats = {}};

@@ -27,6 +27,7 @@ struct Information {
   std::string version;             // the program's
   std::string library_file;        // links resolved
   std::string library_soname;      // carries the major version
+  std::string library_level;       // chosen on loading, as "x86-64-v3"; empty: the file holds one
   std::string library_version;     // from the file's name; empty: it has none
   std::string libsndfile_version;  // "1.2.0"
   std::vector<FormatInformation> formats;

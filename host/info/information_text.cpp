@@ -40,10 +40,15 @@ std::string human_text(const Information& information) {
       "channelstrip {}\n"
       "library       {}{}{}\n"
       "              {}\n"
+      "{}"
       "libsndfile    {}\n\n",
       information.version, information.library_version,
       information.library_version.empty() ? "" : ", ", information.library_soname,
-      one_line(information.library_file), information.libsndfile_version);
+      one_line(information.library_file),
+      information.library_level.empty()
+          ? ""
+          : fmt::format("              for {}, chosen on loading\n", information.library_level),
+      information.libsndfile_version);
   text += fmt::format("{:<8}{:<10}{:<8}", "format", "channels", "groups");
   for (const auto& [name, labels] : information.formats.front().orders) {
     text += fmt::format("{:<23}", fmt::format("order {}", name));
@@ -80,6 +85,7 @@ std::string json_text(const Information& information) {
               {"library",
                {{"version", information.library_version},
                 {"soname", information.library_soname},
+                {"level", information.library_level},
                 {"file", information.library_file}}},
               {"libsndfile", {{"version", information.libsndfile_version}}},
               {"formats", Json::array()}};

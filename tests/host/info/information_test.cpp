@@ -1,10 +1,12 @@
 #include "host/info/information.h"
 
+#include <ChannelStrip/frame/processor_level.h>
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -73,11 +75,22 @@ TEST(Information, NamesTheLibraryThatWasLoaded) {
             std::filesystem::path(CHANNELSTRIP_LIBRARY).filename());
 }
 
+TEST(Information, NamesTheLevelThatWasChosen) {
+  Information all = information(Library(CHANNELSTRIP_LIBRARY), stem_formats());
+  const std::optional<channelstrip_level> level = Library(CHANNELSTRIP_LIBRARY).chosen_level();
+  EXPECT_EQ(all.library_level.starts_with("x86-64"), level.has_value());
+  all.library_level = "x86-64-v3";
+  EXPECT_NE(human_text(all).find("for x86-64-v3, chosen on loading\n"), std::string::npos);
+  all.library_level = "";
+  EXPECT_EQ(human_text(all).find("chosen"), std::string::npos);
+}
+
 TEST(Information, JsonHoldsEverything) {
   const Information all = information(Library(CHANNELSTRIP_LIBRARY), stem_formats());
   const auto json = nlohmann::json::parse(json_text(all));
   EXPECT_EQ(json["version"], all.version);
   EXPECT_EQ(json["library"]["file"], all.library_file);
+  EXPECT_EQ(json["library"]["level"], all.library_level);
   EXPECT_EQ(json["libsndfile"]["version"], all.libsndfile_version);
   ASSERT_EQ(json["formats"].size(), 11u);
   const auto& format = json["formats"][10];
