@@ -11,7 +11,8 @@ void fused_lanes_sse2(const float* a, const float* b, const float* c, float* res
 }
 void fused_twice(const float* a, const float* b, const float* c, float* results, size_t count) {
   for (size_t i = 0; i < count; ++i) {
-    results[i] = static_cast<float>(double{a[i]} * double{b[i]} + double{c[i]});
+    results[i] = static_cast<float>(static_cast<double>(a[i]) * static_cast<double>(b[i]) +
+                                    static_cast<double>(c[i]));
   }
 }
 
