@@ -30,7 +30,8 @@ class FusedByDoubles : public testing::TestWithParam<FusedTriples::Kind> {
     if (!found.first) return "";
     const auto& [a, b, c] = *found.first;
     char text[100];
-    std::snprintf(text, sizeof text, "%a * %a + %a", double{a}, double{b}, double{c});
+    std::snprintf(text, sizeof text, "%a * %a + %a", static_cast<double>(a), static_cast<double>(b),
+                  static_cast<double>(c));
     return text;
   }
 
