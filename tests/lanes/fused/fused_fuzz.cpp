@@ -33,8 +33,8 @@ int main(int argc, char** argv) {
               static_cast<unsigned long long>(found.count),
               static_cast<unsigned long long>(twice.count));
   if (found.first) {
-    std::printf("the first: %a * %a + %a\n", double{found.first->a}, double{found.first->b},
-                double{found.first->c});
+    std::printf("the first: %a * %a + %a\n", static_cast<double>(found.first->a),
+                static_cast<double>(found.first->b), static_cast<double>(found.first->c));
   }
   return found.count == 0 && triples >= wanted ? 0 : 1;
 }
