@@ -2,6 +2,10 @@
 
 namespace channelstrip::test {
 
+bool is_made_of_doubles_sse2() {
+  return kMadeOfDoubles;
+}
+
 void fused_sse2(const float* a, const float* b, const float* c, float* results, size_t count) {
   one_at_a_time(a, b, c, results, count);
 }

@@ -42,6 +42,11 @@ class FusedByDoubles : public testing::TestWithParam<FusedTriples::Kind> {
   }
 };
 
+TEST(FusedSteps, AreTestedWhereThereIsNoInstruction) {
+  EXPECT_TRUE(is_made_of_doubles_sse2());
+  EXPECT_TRUE(is_made_of_doubles_avx());
+}
+
 TEST_P(FusedByDoubles, HasTheInstructionsBits) {
   expect_the_instructions_bits();
 }
