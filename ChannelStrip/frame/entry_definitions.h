@@ -1,5 +1,7 @@
-// Defines the entry points of all stem formats. CHANNELSTRIP_ENTRY(stem), which the source defines
-// that includes this, is the name of a stem's.
+// Defines the entry point of a stem format. CHANNELSTRIP_ENTRY(stem), which the source defines that
+// includes this, is its name.
+
+#pragma once
 
 #include "channel_strip.h"
 #include "entry_points.h"
@@ -9,7 +11,3 @@
   void CHANNELSTRIP_ENTRY(stem)(const SChannelStrip_Alg_Context* const* begin, const void* end) { \
     channelstrip::ChannelStrip_AlgorithmProcessFunction<channels, groups>(begin, end);            \
   }
-
-extern "C" {
-CHANNELSTRIP_EACH_STEM(CHANNELSTRIP_DEFINE_ENTRY)
-}

@@ -3,3 +3,7 @@
 #define CHANNELSTRIP_ENTRY(stem) AlgEntry_16_Stem_##stem
 
 #include "entry_definitions.h"
+
+extern "C" {
+CHANNELSTRIP_EACH_STEM(CHANNELSTRIP_DEFINE_ENTRY)
+}

@@ -6,3 +6,7 @@
 #define CHANNELSTRIP_ENTRY(stem) AlgEntry_16_Stem_##stem##_x86_64_v4
 
 #include "../entry_definitions.h"
+
+extern "C" {
+CHANNELSTRIP_EACH_STEM(CHANNELSTRIP_DEFINE_ENTRY)
+}
