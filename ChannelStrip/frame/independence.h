@@ -15,9 +15,13 @@ namespace channelstrip {
 template <typename Word, int Written, int All>
 class Extents {
  public:
-  // Behind all pieces stand empty ones. Compilers clear a whole array by a call.
+  // All pieces are empty at first, and those that fill the last register remain so. Initialisers of
+  // such arrays may become calls of memset.
   Extents() {
-    for (int i = All; i < kRounded; ++i) begin_[i] = end_[i] = 0;
+    for (int i = 0; i < kRounded; i += kWords) {
+      store(begin_ + i, Words{});
+      store(end_ + i, Words{});
+    }
   }
 
   template <typename T>
