@@ -19,7 +19,7 @@ class PairedTerms {
     fall_ = pair(coefs.compAttack, coefs.expRelease);
     samples_ = (WordsOf<V>)pair(V{}, (V)coefs.hold);
     term_ = pair(state.compGain, state.expGain);
-    open_ = (MaskOf<V>)pair((V)(IntsOf<V>{} - 1), (V)state.open);
+    open_ = state.open;  // the compressor's has no threshold to stay below
     hold_ = (WordsOf<V>)pair(V{}, (V)state.hold);
   }
 
