@@ -25,10 +25,20 @@ struct GainQuad {
   Rows<V, Stride, Widest, 2 * kQuad> terms;
   V makeup;
 
-  CHANNELSTRIP_INLINE V comp(int k) const { return terms.row(k); }
-  CHANNELSTRIP_INLINE V exp(int k) const { return terms.row(kQuad + k); }
+  // W: of sample k, or with the lanes for it of the samples behind it as well.
+  template <typename W = V>
+  CHANNELSTRIP_INLINE W comp(int k) const {
+    return terms.template row<W>(k);
+  }
+  template <typename W = V>
+  CHANNELSTRIP_INLINE W exp(int k) const {
+    return terms.template row<W>(kQuad + k);
+  }
   // The product of the factors, without makeup.
-  CHANNELSTRIP_INLINE V gain(int k) const { return comp(k) * exp(k); }
+  template <typename W = V>
+  CHANNELSTRIP_INLINE W gain(int k) const {
+    return comp<W>(k) * exp<W>(k);
+  }
 };
 
 // A level is compared with the peak before the peak decays: one between the two values doesn't stop

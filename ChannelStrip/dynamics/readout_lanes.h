@@ -1,5 +1,5 @@
-// The dynamics readouts in lanes, for the length of a call: a lane per link group or, where there
-// is one group only, a lane per sample of the quad.
+// The dynamics readouts in lanes, for the length of a call: a lane per link group or, for a single
+// strip of one or two groups, a lane per group and sample of the quad.
 //
 // All groups of an instance share the gain readout and the level beside it. In lanes each group
 // keeps a maximum of its own; store takes the greatest of them, and of equal ones that which came
@@ -24,36 +24,37 @@ class ReadoutLanes {
                                    const LinkLanes<Layout>& links)
       : links_(links) {
     for (int s = 0; s < Layout::kStrips; ++s) meters_[s] = *strips[s]->meterOutputs;
-    channel_gain_ = fill<Group>([&](int lane) {
-      const int leader = links.leader(lane);
+    channel_gain_ = fill<V>([&](int lane) {
+      const int leader = links.leader(group_of(lane));
       return dyn_meters(lane)[CHANNELSTRIP_METER_CHANNEL_GAIN + (leader < 0 ? 0 : leader)];
     });
-    least_comp_ = least_exp_ = broadcast<Group>(__builtin_inff());
-    now_ = fill<IntsOf<Group>>([](int lane) { return kSamples == 1 ? 0 : lane; });
+    least_comp_ = least_exp_ = broadcast<V>(__builtin_inff());
+    now_ = fill<IntsOf<V>>([&](int lane) { return number_in_quad(lane); });
     start_shared();
   }
 
   CHANNELSTRIP_INLINE void update(const Quad& quad) {
     if (!shared_is_positive_) return update_in_order(quad);
-    Group gain = gain_, level = level_;
-    IntsOf<Group> since = since_;
+    V gain = gain_, level = level_;
+    IntsOf<V> since = since_;
     for (int k = 0; k < kRows; ++k) {
-      const auto greater = quad.gain(k) > gain;
-      level = select(greater, quad.detected.row(k), level);
+      const V now = quad.template gain<V>(k);
+      const auto greater = now > gain;
+      level = select(greater, quad.detected.template row<V>(k), level);
       since = select(greater, now_, since);
-      gain = maximum(gain, quad.gain(k));
+      gain = maximum(gain, now);
     }
     gain_ = gain;
     level_ = level;
     since_ = since;
-    now_ += kSamples;
+    now_ += kNumbers;
     update_others(quad);
   }
 
   CHANNELSTRIP_INLINE void store() const {
-    float gains[kWidth<Group>], levels[kWidth<Group>], own[kWidth<Group>];
-    float comp[kWidth<Group>], exp[kWidth<Group>];
-    int32_t since[kWidth<Group>];
+    float gains[kWidth<V>], levels[kWidth<V>], own[kWidth<V>];
+    float comp[kWidth<V>], exp[kWidth<V>];
+    int32_t since[kWidth<V>];
     channelstrip::store(gains, gain_);
     channelstrip::store(levels, level_);
     channelstrip::store(own, channel_gain_);
@@ -66,7 +67,7 @@ class ReadoutLanes {
       for (int channel = 0; channel < Layout::kChannels; ++channel) {
         const int group = links_.group_lane(strip * Layout::kChannelStride + channel);
         float own_gain = own[group];
-        for (int lane = group; lane < group + kSamples; ++lane) {
+        for (int lane = group; lane < kWidth<V>; lane += kNextSample) {
           own_gain = maximum(own_gain, own[lane]);
           if (links_.leader(group) != channel) continue;
           float& comp_reduction = meters[CHANNELSTRIP_METER_COMP_REDUCTION];
@@ -87,27 +88,44 @@ class ReadoutLanes {
 
  private:
   static constexpr int32_t kNever = INT32_MAX;
-  // With one group, a single load of a row takes all four samples of the quad.
-  static constexpr int kSamples = Layout::kStride == 1 ? kQuad : 1;
-  static constexpr int kRows = kQuad / kSamples;
+  // With one group or two, a single load takes all four samples of the quad.
+  static constexpr bool kWhole = Layout::kStrips == 1 && Layout::kGroups <= 2;
+  static constexpr int kNumbers = kWhole ? kQuad * Layout::kGroups : 1;  // of a strip, in a load
+  static constexpr int kRows = kWhole ? 1 : kQuad;
+  using V = Lanes<(kWhole ? kNumbers : kWidth<Group>)>;
+  static constexpr int kNextSample = kWhole ? Layout::kGroups : kWidth<V>;  // lanes from one on
+
+  CHANNELSTRIP_INLINE static int group_of(int lane) {
+    return kWhole ? lane % Layout::kGroups : lane;
+  }
+
+  // The scalar strip's order: group by group, that of the lowest leader first.
+  CHANNELSTRIP_INLINE int number_in_quad(int lane) const {
+    if (!kWhole) return 0;
+    int before = 0;  // groups
+    for (int group = 0; group < Layout::kGroups; ++group) {
+      before += links_.leader(group) < links_.leader(group_of(lane));
+    }
+    return kQuad * before + lane / Layout::kGroups;
+  }
 
   CHANNELSTRIP_INLINE float* dyn_meters(int lane) const {
     return meters_[Layout::strip_of_group_lane(lane)] + 2 * Layout::kChannels;
   }
 
   CHANNELSTRIP_INLINE void start_shared() {
-    gain_ = fill<Group>([&](int lane) { return dyn_meters(lane)[CHANNELSTRIP_METER_GAIN]; });
-    level_ = fill<Group>([&](int lane) { return dyn_meters(lane)[CHANNELSTRIP_METER_LEVEL]; });
-    since_ = IntsOf<Group>{} + kNever;
-    shared_is_positive_ = !any_bit(gain_ <= Group{});
+    gain_ = fill<V>([&](int lane) { return dyn_meters(lane)[CHANNELSTRIP_METER_GAIN]; });
+    level_ = fill<V>([&](int lane) { return dyn_meters(lane)[CHANNELSTRIP_METER_LEVEL]; });
+    since_ = IntsOf<V>{} + kNever;
+    shared_is_positive_ = !any_bit(gain_ <= V{});
   }
 
   CHANNELSTRIP_INLINE void update_others(const Quad& quad) {
-    Group gain = channel_gain_, comp = least_comp_, exp = least_exp_;
+    V gain = channel_gain_, comp = least_comp_, exp = least_exp_;
     for (int k = 0; k < kRows; ++k) {
-      gain = maximum(gain, quad.gain(k));
-      comp = minimum(comp, quad.comp(k));
-      exp = minimum(exp, quad.exp(k));
+      gain = maximum(gain, quad.template gain<V>(k));
+      comp = minimum(comp, quad.template comp<V>(k));
+      exp = minimum(exp, quad.template exp<V>(k));
     }
     channel_gain_ = gain;
     least_comp_ = comp;
@@ -129,10 +147,10 @@ class ReadoutLanes {
 
   float* meters_[Layout::kStrips];
   const LinkLanes<Layout>& links_;
-  Group gain_, level_, channel_gain_;
-  Group least_comp_, least_exp_;  // factors: a reduction is 1 - factor
-  IntsOf<Group> since_;           // number of the quad, or sample, that set gain_
-  IntsOf<Group> now_;             // number of the next one
+  V gain_, level_, channel_gain_;
+  V least_comp_, least_exp_;  // factors: a reduction is 1 - factor
+  IntsOf<V> since_;           // number of the quad, or sample, that set gain_
+  IntsOf<V> now_;             // number of the next one
   bool shared_is_positive_;
 };
 

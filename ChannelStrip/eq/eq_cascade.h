@@ -3,7 +3,8 @@
 // In every step each pass takes in its next sample. The pass's first band filters that sample;
 // every other band filters what the band before it put out in the previous step. So a band lags
 // behind the input by as many samples as bands precede it in its pass, at most 7, and a quad is
-// complete up to two quads after it went in.
+// complete up to two quads after it went in. A band that hasn't begun or has ended filters whatever
+// it is given; its memory waits aside.
 
 #pragma once
 
@@ -45,11 +46,11 @@ class EqCascade {
       empty[pass] = Ints{} - is_empty;
       post_delay_ = delay_[0] + between;
       const Ints begin = band - first + 4 * post_delay_ * pass;
+      if (!is_empty) begin_quads_ |= (late[pass][0] < 4 ? 1u : 3u) << (post_delay_ * pass);
       begin_ = select((band >= first) & (band < end), begin, begin_);
       is_first[pass] = (band == first) & (band < end);
     }
-    const MaskOf<V> runs = begin_ != kNever;
-    begin_quad_ = runs & (begin_ >> 2);
+    begin_quad_ = (begin_ != kNever) & (begin_ >> 2);  // a band of no pass glides from quad 0 on
     is_first_ = is_first[0] | is_first[1];
     for (int step = 0; step < 4; ++step) {
       enters_quad_[step] = (begin_ & 3) == step;
@@ -63,9 +64,9 @@ class EqCascade {
     is_empty_ = select(high, empty[1], empty[0]);
     for (int c = 0; c < Channels; ++c) {
       Channel& channel = channels_[c];
-      channel.z1 = (V)((Ints)load<V>(strip.eqState[c].z1) & runs);
-      channel.z2 = (V)((Ints)load<V>(strip.eqState[c].z2) & runs);
-      channel.y = channel.newest = channel.given = V{};
+      channel.waiting_z1 = load<V>(strip.eqState[c].z1);
+      channel.waiting_z2 = load<V>(strip.eqState[c].z2);
+      channel.z1 = channel.z2 = channel.y = channel.newest = channel.given = V{};
     }
   }
 
@@ -73,18 +74,21 @@ class EqCascade {
   CHANNELSTRIP_INLINE int32_t delay(int pass) const { return delay_[pass]; }
 
   // Takes quad q of every channel into the pass before the dynamics and quad q - post_delay_ into
-  // the pass after it. A quad outside the call may hold anything. AllAtWork: every band takes
-  // samples of the call at every step.
+  // the pass after it. A quad outside the call may hold anything. AllAtWork: no band begins or
+  // ends.
   template <bool AllAtWork>
   CHANNELSTRIP_INLINE void take(int32_t q, const Quad (&before)[Channels],
                                 const Quad (&after)[Channels]) {
     if (moves_) glide(q);
+    const bool changes = !AllAtWork && (begins_in(q) || begins_in(q - quads_));
     for (int c = 0; c < Channels; ++c) {
       const V both = join(before[c], after[c]);
-      if (moves_) {
-        take_steps<AllAtWork, true>(q, both, channels_[c]);
+      if (changes) {
+        take_steps<true, true>(q, both, channels_[c]);
+      } else if (moves_) {
+        take_steps<false, true>(q, both, channels_[c]);
       } else {
-        take_steps<AllAtWork, false>(q, both, channels_[c]);
+        take_steps<false, false>(q, both, channels_[c]);
       }
     }
   }
@@ -97,19 +101,14 @@ class EqCascade {
   }
 
   CHANNELSTRIP_INLINE void store_to(const SChannelStrip_Alg_Context& strip) const {
-    const EQ_SCoefs& targets = *strip.eqTargetCoefs;
     EQ_SDezipCoefs* const dezip = strip.eqDezipCoefs;
     for (int i = 0; i < 5 * kBands && moves_; ++i) {
       dezip->smoothedCoefs[i] = smoothed_[i % 5][i / 20][i / 5 % 4];
     }
     if (moves_) eq_resynchronise(dezip);
-    for (int pass = 0; pass < 2; ++pass) {
-      for (int band = targets.firstBand[pass]; band < targets.endBand[pass]; ++band) {
-        for (int c = 0; c < Channels; ++c) {
-          strip.eqState[c].z1[band] = channels_[c].z1[band];
-          strip.eqState[c].z2[band] = channels_[c].z2[band];
-        }
-      }
+    for (int c = 0; c < Channels; ++c) {
+      channelstrip::store(strip.eqState[c].z1, channels_[c].waiting_z1);
+      channelstrip::store(strip.eqState[c].z2, channels_[c].waiting_z2);
     }
   }
 
@@ -119,30 +118,36 @@ class EqCascade {
   using Ints = IntsOf<V>;
   static constexpr int32_t kNever = INT32_MAX;
 
-  CHANNELSTRIP_INLINE static MaskOf<V> in_call(IntsOf<V> at, int32_t count) {
-    return (at >= 0) & (at < count);
+  CHANNELSTRIP_INLINE bool begins_in(int32_t q) const {
+    return static_cast<uint32_t>(q) < 32 && (begin_quads_ >> q & 1) != 0;
+  }
+
+  CHANNELSTRIP_INLINE static void swap_where(MaskOf<V> mask, V& a, V& b) {
+    const V old = a;
+    a = select(mask, b, a);
+    b = select(mask, old, b);
   }
 
   // One channel on its way through the bands.
   struct Channel {
     V z1, z2, y;
-    V newest, given;  // both passes' newest outputs, and their newest whole quads
+    V waiting_z1, waiting_z2;  // what bands begin with, or have ended with
+    V newest, given;           // both passes' newest outputs, and their newest whole quads
   };
 
-  template <bool AllAtWork, bool Moves>
+  // Changes: a band may begin or end.
+  template <bool Changes, bool Moves>
   CHANNELSTRIP_INLINE void take_steps(int32_t q, V both, Channel& channel) const {
     V y = channel.y, z1 = channel.z1, z2 = channel.z2, out[4];
     for (int step = 0; step < 4; ++step) {
-      y = pick_either(y, both, fed_[step], is_first_);
-      V new_z1 = z1, new_z2 = z2;
-      run_section<1>(now_[Moves ? step : 3], new_z1, new_z2, &y);
-      if constexpr (!AllAtWork) {
-        const MaskOf<V> at_work = in_call(4 * q + step - begin_, 4 * quads_);
-        new_z1 = select(at_work, new_z1, z1);
-        new_z2 = select(at_work, new_z2, z2);
+      if constexpr (Changes) {
+        const Ints steps = 4 * q + step - begin_;
+        const MaskOf<V> changes = (steps == 0) | (steps == 4 * quads_);
+        swap_where(changes, z1, channel.waiting_z1);
+        swap_where(changes, z2, channel.waiting_z2);
       }
-      z1 = new_z1;
-      z2 = new_z2;
+      y = pick_either(y, both, fed_[step], is_first_);
+      run_section<1>(now_[Moves && moves_ ? step : 3], z1, z2, &y);
       out[step] = pick_lanes<V>(y, last_);  // in all lanes of a half the same
     }
     const V newest = shuffle_blocks<0, 1, 4, 5>(shuffle_blocks<0, 4, 1, 5>(out[0], out[1]),
@@ -176,7 +181,7 @@ class EqCascade {
   // each band by one step for that quad, and sets those that all bands use at each of the four
   // steps.
   CHANNELSTRIP_INLINE void glide(int32_t q) {
-    const MaskOf<V> at_work = in_call(q - begin_quad_, quads_);
+    const MaskOf<V> at_work = (q >= begin_quad_) & (q - quads_ < begin_quad_);
     for (int i = 0; i < 5; ++i) {
       const V before = now_[3][i];
       Lanes<4> coefs[2] = {low_half(before), high_half(before)};
@@ -201,6 +206,7 @@ class EqCascade {
   bool moves_;
   float rate_;
   int32_t delay_[2];
+  uint32_t begin_quads_ = 0;             // bit q: some band takes its first sample in quad q
   MaskOf<V> is_first_, enters_quad_[4];  // the latter by step
   // By step, the lane that a band takes: of the bands' outputs, or from kBands on of both quads.
   alignas(64) int32_t fed_[4][kBands];

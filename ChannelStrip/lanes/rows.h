@@ -31,7 +31,11 @@ class Rows {
     for (int i = Count * Stride; i < kRoom; ++i) numbers_[i] = 0.0f;
   }
 
-  CHANNELSTRIP_INLINE V row(int k) const { return load<V>(numbers_ + k * Stride); }
+  // Row k, or as many numbers from there on as W has lanes.
+  template <typename W = V>
+  CHANNELSTRIP_INLINE W row(int k) const {
+    return load<W>(numbers_ + k * Stride);
+  }
   CHANNELSTRIP_INLINE void set_row(int k, V x) { store(numbers_ + k * Stride, x); }
 
   // Sets the numbers of `Many` rows from `First` on to `function` of the numbers of the first rows
@@ -65,7 +69,10 @@ class Rows {
 template <int Count>
 class Rows<float, 1, 1, Count> {
  public:
-  CHANNELSTRIP_INLINE float row(int k) const { return numbers_[k]; }
+  template <typename = float>
+  CHANNELSTRIP_INLINE float row(int k) const {
+    return numbers_[k];
+  }
   CHANNELSTRIP_INLINE void set_row(int k, float x) { numbers_[k] = x; }
 
   template <int First = 0, int Many = Count, typename Function, typename From>
