@@ -19,8 +19,9 @@ using EntryPoints = std::array<AlgEntry_16_Stem*, 11>;
 
 class Library {
  public:
-  // Loads the shared library at `path`; a name without a slash is looked up as the dynamic linker
-  // does, this program's run path first. Throws std::runtime_error when it can't be loaded.
+  // Loads the shared library at `path`, in UTF-8; a name without a slash is looked up as the
+  // dynamic linker does, this program's run path or, on Windows, its folder first. Throws
+  // std::runtime_error when it can't be loaded.
   explicit Library(const std::string& path = default_path());
 
   // The library's soname, which carries the major version this host was built against.
@@ -45,6 +46,8 @@ class Library {
   struct Close {
     void operator()(void* handle) const;
   };
+  AlgEntry_16_Stem* find(const std::string& name) const;  // null if there is none
+
   std::string path_;
   std::unique_ptr<void, Close> handle_;
 };

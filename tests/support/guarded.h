@@ -2,18 +2,15 @@
 
 #pragma once
 
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <span>
-#include <system_error>
 #include <type_traits>
+
+#include "pages.h"
 
 namespace channelstrip::test {
 
 enum class Guard { kBefore, kBehind };
-enum class Access { kReadOnly, kReadWrite };
 
 template <typename T>
 class Guarded {
@@ -21,19 +18,16 @@ class Guarded {
 
  public:
   Guarded(std::span<const T> values, Guard guard, Access access)
-      : page_(static_cast<size_t>(sysconf(_SC_PAGESIZE))),
-        inner_((values.size_bytes() + page_ - 1) / page_ * page_) {
-    void* const base =
-        mmap(nullptr, inner_ + 2 * page_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (base == MAP_FAILED) throw std::system_error(errno, std::generic_category());
-    base_ = static_cast<std::byte*>(base);
-    protect(PROT_READ | PROT_WRITE);
+      : page_(page_size()),
+        inner_((values.size_bytes() + page_ - 1) / page_ * page_),
+        base_(reserve_pages(inner_ + 2 * page_)) {
+    if (inner_ > 0) allow(base_ + page_, inner_, Access::kReadWrite);
     const size_t slack = guard == Guard::kBehind ? inner_ - values.size_bytes() : 0;
     values_ = {reinterpret_cast<T*>(base_ + page_ + slack), values.size()};
     std::ranges::copy(values, values_.begin());
-    if (access == Access::kReadOnly) protect(PROT_READ);
+    if (inner_ > 0) allow(base_ + page_, inner_, access);
   }
-  ~Guarded() { munmap(base_, inner_ + 2 * page_); }
+  ~Guarded() { release_pages(base_, inner_ + 2 * page_); }
 
   Guarded(const Guarded&) = delete;
   Guarded& operator=(const Guarded&) = delete;
@@ -42,14 +36,8 @@ class Guarded {
   std::span<const T> values() const { return values_; }
 
  private:
-  void protect(int access) {
-    if (mprotect(base_ + page_, inner_, access) != 0) {
-      throw std::system_error(errno, std::generic_category());
-    }
-  }
-
   size_t page_, inner_;
-  std::byte* base_ = nullptr;
+  std::byte* base_;
   std::span<T> values_;
 };
 
