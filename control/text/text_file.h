@@ -1,4 +1,4 @@
-// Text files of other programs, whatever their encoding.
+// Text files.
 
 #pragma once
 
@@ -7,10 +7,6 @@
 #include <vector>
 
 namespace channelstrip::host {
-
-// UTF-8 and UTF-16 with a byte order mark, and UTF-8 without; what is none of them is read as
-// ISO 8859-1, in which every byte is a character. The mark itself is dropped.
-std::string to_utf8(std::string_view bytes);
 
 // Without line ends, which may be LF, CR LF or CR.
 std::vector<std::string> split_lines(std::string_view text);

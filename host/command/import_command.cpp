@@ -15,9 +15,9 @@
 #include "../system/interrupt.h"
 #include "../system/standard_streams.h"
 #include "../system/text_output.h"
+#include "../text/encoding.h"
 #include "../text/wording.h"
 #include "command_line.h"
-#include "control/text/text_file.h"
 
 namespace channelstrip::host {
 namespace {

@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "../text/encoding.h"
 #include "control/preset/nearest.h"
 #include "control/text/text_file.h"
 

@@ -51,10 +51,16 @@ TEST(AStripIsRefusedForOptionsThatCannotBe) {
   channelstrip_strip_free(NULL);
 }
 
+// Not every system has C11's aligned_alloc.
+static char* aligned_to_64(char* memory) {
+  return memory + (64 - (uintptr_t)memory % 64);
+}
+
 TEST(AStripCanBeInMemoryOfTheCaller) {
   const size_t size = channelstrip_strip_size();
   CHECK(size > 0 && size % 64 == 0);
-  char* memory = aligned_alloc(64, size + 64);
+  char* const whole = malloc(size + 128);
+  char* const memory = aligned_to_64(whole);
   channelstrip_settings* settings = busy_settings();
   const channelstrip_strip_options options = {
       .format = format_of("5.1"), .sample_rate = 48000, .settings = settings};
@@ -71,14 +77,15 @@ TEST(AStripCanBeInMemoryOfTheCaller) {
   CHECK(have_same_outputs(a, b, 6));
   channelstrip_strip_free(own);
   channelstrip_settings_free(settings);
-  free(memory);
+  free(whole);
   free(a);
   free(b);
 }
 
 TEST(MemoryThatIsTooSmallOrUnalignedIsRefused) {
   const size_t size = channelstrip_strip_size();
-  char* memory = aligned_alloc(64, size + 64);
+  char* const whole = malloc(size + 128);
+  char* const memory = aligned_to_64(whole);
   const channelstrip_strip_options options = {.sample_rate = 48000};
   const channelstrip_strip_options bad = {.sample_rate = 48};
   channelstrip_strip* strip = NULL;
@@ -95,7 +102,7 @@ TEST(MemoryThatIsTooSmallOrUnalignedIsRefused) {
   size_t changed = 0;
   for (size_t i = 0; i < size + 64; ++i) changed += memory[i] != 0x55;
   CHECK(changed == 0);
-  free(memory);
+  free(whole);
 }
 
 TEST(AStripStartsOnItsSettingsWithoutAGlide) {

@@ -8,8 +8,8 @@
 
 #include "../support/temporary_folder.h"
 #include "control/preset/preset.h"
-#include "control/text/text_file.h"
 #include "host/import/imported_preset.h"
+#include "host/text/encoding.h"
 
 namespace channelstrip::test::filter_list_test {
 namespace {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "control/text/text_file.h"
+#include "host/text/encoding.h"
 #include "host/text/wording.h"
 
 namespace channelstrip::test::text_test {
