@@ -27,14 +27,24 @@ CHANNELSTRIP_INLINE V shuffle_blocks(V a, V b) {
 // Four vectors: in every block of four lanes, rows become columns.
 template <typename V>
 CHANNELSTRIP_INLINE_OPTIMISED void transpose(V (&m)[4]) {
-  const V a = shuffle_blocks<0, 4, 1, 5>(m[0], m[1]);
-  const V b = shuffle_blocks<0, 4, 1, 5>(m[2], m[3]);
-  const V c = shuffle_blocks<2, 6, 3, 7>(m[0], m[1]);
-  const V d = shuffle_blocks<2, 6, 3, 7>(m[2], m[3]);
-  m[0] = shuffle_blocks<0, 1, 4, 5>(a, b);
-  m[1] = shuffle_blocks<2, 3, 6, 7>(a, b);
-  m[2] = shuffle_blocks<0, 1, 4, 5>(c, d);
-  m[3] = shuffle_blocks<2, 3, 6, 7>(c, d);
+  if constexpr (kLanes < kWidth<V>) {
+    // GCC would shuffle lanes one by one that take several registers.
+    using Half = Lanes<kWidth<V> / 2>;
+    Half low[4], high[4];
+    for (int i = 0; i < 4; ++i) low[i] = low_half(m[i]), high[i] = high_half(m[i]);
+    transpose(low);
+    transpose(high);
+    for (int i = 0; i < 4; ++i) m[i] = join(low[i], high[i]);
+  } else {
+    const V a = shuffle_blocks<0, 4, 1, 5>(m[0], m[1]);
+    const V b = shuffle_blocks<0, 4, 1, 5>(m[2], m[3]);
+    const V c = shuffle_blocks<2, 6, 3, 7>(m[0], m[1]);
+    const V d = shuffle_blocks<2, 6, 3, 7>(m[2], m[3]);
+    m[0] = shuffle_blocks<0, 1, 4, 5>(a, b);
+    m[1] = shuffle_blocks<2, 3, 6, 7>(a, b);
+    m[2] = shuffle_blocks<0, 1, 4, 5>(c, d);
+    m[3] = shuffle_blocks<2, 3, 6, 7>(c, d);
+  }
 }
 
 // The blocks of four lanes that a register consists of.
