@@ -5,8 +5,7 @@ include(CMakePackageConfigHelpers)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ChannelStrip)
 set(header_dir ${CMAKE_INSTALL_INCLUDEDIR}/ChannelStrip)
 
-install(TARGETS ChannelStrip EXPORT ChannelStripTargets
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+channelstrip_install_library(ChannelStrip ChannelStripTargets ChannelStrip_library)
 install(FILES frame/context.h frame/entry_points.h frame/processor.h frame/processor_level.h
   DESTINATION ${header_dir}/frame)
 install(FILES eq/eq_records.h DESTINATION ${header_dir}/eq)
