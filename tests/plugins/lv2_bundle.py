@@ -20,7 +20,8 @@ def run(*command, seconds=120, **options):
 
 
 def environment(bundle):
-    return os.environ | {"LV2_PATH": f"{bundle.parent}:/usr/lib/lv2"}
+    folders = dict.fromkeys((str(bundle.parent), "/usr/lib/lv2"))  # lilv warns of a folder that is named twice
+    return os.environ | {"LV2_PATH": ":".join(folders)}
 
 
 def noise(channels, seed, frames):
