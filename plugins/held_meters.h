@@ -32,7 +32,8 @@ class HeldMeters {
       fall_ = HeldLevel::fall_in(static_cast<double>(unread_) / sample_rate_);
     }
     unread_ = 0;
-    channelstrip_meters read = {};
+    channelstrip_meters& read = read_;
+    read = {};
     channelstrip_strip_read_meters(strip, &read, sizeof read, nullptr);
     for (std::uint32_t c = 0; c < channels_; ++c) {
       input_peaks_[c].see(static_cast<double>(read.input_peak[c]), fall_);
@@ -43,6 +44,8 @@ class HeldMeters {
     return true;
   }
 
+  // As they were read last.
+  const channelstrip_meters& read() const { return read_; }
   float input_peak(std::uint32_t channel) const { return input_peaks_[channel].decibels(); }
   float output_peak(std::uint32_t channel) const { return output_peaks_[channel].decibels(); }
   // The greatest of any link group.
@@ -70,6 +73,7 @@ class HeldMeters {
   std::uint64_t fall_frames_ = 0;  // that fall_ is for
   HeldLevel::Fall fall_ = {};
   Peaks input_peaks_ = no_peaks(), output_peaks_ = no_peaks();
+  channelstrip_meters read_ = {};
   HeldLevel compressor_{0, kGreatestReduction}, expander_{0, kGreatestReduction};
 };
 

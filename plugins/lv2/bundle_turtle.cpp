@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "inline_display.h"
 #include "ports.h"
 #include "turtle.h"
 #include "turtle_text.h"
@@ -14,6 +15,10 @@ std::string file_of(std::uint32_t format) {
 
 std::string manifest(const std::string& binary, const std::vector<PluginPreset>& presets) {
   std::string text(kPrefixes), all;
+  if (kHasView) {  // validators don't know the extension
+    text += fmt::format("<{}>\n  a lv2:ExtensionData .\n\n<{}>\n  a lv2:Feature .\n\n",
+                        kInlineDisplayInterface, kInlineDisplayQueueDraw);
+  }
   for (std::uint32_t format = 0; format < channelstrip_format_count(); ++format) {
     const std::string uri = uri_of(format);
     text += fmt::format("<{}>\n  a lv2:Plugin ;\n  lv2:binary <{}> ;\n  rdfs:seeAlso <{}> .\n\n",

@@ -18,13 +18,15 @@ Instance& instance_of(LV2_Handle handle) {
 }
 
 // Null for what can't be had, as hosts expect.
-LV2_Handle instantiate(const LV2_Descriptor* descriptor, double sample_rate, const char* /*bundle*/,
+LV2_Handle instantiate(const LV2_Descriptor* descriptor, double sample_rate, const char* bundle,
                        const LV2_Feature* const* features) {
   const auto* map = static_cast<const LV2_URID_Map*>(lv2_features_data(features, LV2_URID__map));
+  const auto* display =
+      static_cast<const InlineDisplay*>(lv2_features_data(features, kInlineDisplayQueueDraw));
   for (std::uint32_t format = 0; format < channelstrip_format_count(); ++format) {
     if (uri_of(format) != descriptor->URI) continue;
     try {
-      return new Instance(format, sample_rate, map);
+      return new Instance(format, sample_rate, map, display, bundle);
     } catch (const std::exception&) {
       return nullptr;
     }
@@ -53,6 +55,21 @@ const LV2_State_Interface kState{
           return guarded([&] { return instance_of(handle).restore(retrieve, state); });
         }};
 
+const InlineDisplayInterface kInlineDisplay{
+    .render = [](LV2_Handle handle, std::uint32_t width, std::uint32_t height) -> ImageSurface* {
+      try {
+        return instance_of(handle).small_picture().draw(width, height);
+      } catch (const std::exception&) {
+        return nullptr;
+      }
+    }};
+
+const void* extension(std::string_view wanted) {
+  if (wanted == LV2_STATE__interface) return &kState;
+  if (wanted == kInlineDisplayInterface) return &kInlineDisplay;
+  return nullptr;
+}
+
 // The URIs live as long as the binary is loaded.
 struct Descriptors {
   std::vector<std::string> uris;
@@ -70,9 +87,7 @@ struct Descriptors {
            .run = [](LV2_Handle handle, std::uint32_t frames) { instance_of(handle).run(frames); },
            .deactivate = nullptr,
            .cleanup = [](LV2_Handle handle) { delete &instance_of(handle); },
-           .extension_data = [](const char* wanted) -> const void* {
-             return std::string_view(wanted) == LV2_STATE__interface ? &kState : nullptr;
-           }});
+           .extension_data = [](const char* wanted) { return extension(wanted); }});
     }
   }
 };

@@ -24,13 +24,21 @@ std::uint32_t channels_of(std::uint32_t format) {
 
 }  // namespace
 
-Instance::Instance(std::uint32_t format, double sample_rate, const LV2_URID_Map* map)
+Instance::Instance(std::uint32_t format, double sample_rate, const LV2_URID_Map* map,
+                   const InlineDisplay* display, const char* bundle)
     : format_(format),
       sample_rate_(sample_rate),
       ports_(channels_of(format)),
       settings_(plugins::new_settings()),
-      held_(ports_.channels(), sample_rate) {
-  for (std::size_t i = 0; i < kPortParameterCount; ++i) ids_[i] = port_parameters()[i].id;
+      held_(ports_.channels(), sample_rate),
+      tap_(ports_.channels()),
+      small_(format, sample_rate, glance_, bundle),
+      display_(display) {
+  for (std::size_t i = 0; i < kPortParameterCount; ++i) {
+    ids_[i] = port_parameters()[i].id;
+    glance_.set(i, static_cast<float>(port_parameters()[i].initial));
+  }
+  glance_.set(kEnabled, 1);
   channelstrip_parameter_find("bypass", &ids_[kEnabled]);
   seen_.fill(std::numeric_limits<float>::quiet_NaN());
   start();
@@ -106,6 +114,7 @@ std::uint32_t Instance::take_changes() {
     const double bypass = value > 0 ? 0 : 1;
     const double meant = i == kEnabled ? bypass : decimal_of(value);
     channelstrip_settings_set(settings_.get(), ids_[i], meant);
+    glance_.set(i, value);
     events_[count++] = {.frame = 0, .id = ids_[i], .value = meant};
   }
   return count;
@@ -123,6 +132,10 @@ void Instance::run(std::uint32_t frames) {
   if (frames > 0) process(frames);
   const bool are_new = held_.advance(strip_, frames);
   if (are_new || !are_meters_written_) write_meters();
+  if (!are_new) return;
+  tap_.see_meters(held_.read());
+  glance_.set_reductions(held_.compressor_reduction(), held_.expander_reduction());
+  if (display_ && glance_.has_news()) display_->queue_draw(display_->handle);
 }
 
 void Instance::process(std::uint32_t frames) {
@@ -142,7 +155,10 @@ void Instance::process(std::uint32_t frames) {
                                  .frames = frames,
                                  .event_count = changes,
                                  .events = events_.data()};
+  tap_.see_key(key_ != nullptr);
+  tap_.see_inputs(inputs_, frames);
   channelstrip_strip_process(strip_, &block);
+  tap_.see_outputs(outputs_, frames);
 }
 
 void Instance::write_meters() {

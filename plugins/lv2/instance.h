@@ -11,6 +11,9 @@
 
 #include "../held_meters.h"
 #include "../owned.h"
+#include "../tap.h"
+#include "glance.h"
+#include "inline_display.h"
 #include "ports.h"
 
 namespace channelstrip::lv2 {
@@ -23,7 +26,9 @@ class Instance {
  public:
   // Throws std::bad_alloc without memory, and std::invalid_argument for a sample rate that no strip
   // can have. `map` may be null; there is no state then.
-  Instance(std::uint32_t format, double sample_rate, const LV2_URID_Map* map);
+  // `display`, which may be null, is told when a small picture would be another one.
+  Instance(std::uint32_t format, double sample_rate, const LV2_URID_Map* map,
+           const InlineDisplay* display, const char* bundle);
 
   void connect(std::uint32_t port, void* data);
   // A strip without a past, on what the ports say.
@@ -33,6 +38,12 @@ class Instance {
 
   LV2_State_Status save(LV2_State_Store_Function store, LV2_State_Handle state) const;
   LV2_State_Status restore(LV2_State_Retrieve_Function retrieve, LV2_State_Handle state);
+
+  // For those who look, on their own thread, at any time.
+  std::uint32_t format() const { return format_; }
+  double sample_rate() const { return sample_rate_; }
+  plugins::Tap& tap() { return tap_; }
+  SmallPicture& small_picture() { return small_; }
 
  private:
   // The parameters and, in the last place, `enabled`.
@@ -65,6 +76,11 @@ class Instance {
 
   plugins::HeldMeters held_;
   bool are_meters_written_ = false;  // as they are, to the ports as they are
+
+  plugins::Tap tap_;
+  Glance glance_;
+  SmallPicture small_;
+  const InlineDisplay* display_;
 
   // Of the host; 0 without a map.
   LV2_URID links_ = 0, string_ = 0;

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "../held_meters.h"
+#include "inline_display.h"
 #include "port_list.h"
 #include "ports.h"
 #include "turtle.h"
@@ -112,6 +113,10 @@ std::string description(std::uint32_t format, Reader reader) {
 )",
                  uri, info.name, in, out);
 
+  if (kHasView && has_groups) {
+    text += fmt::format("  lv2:extensionData <{}> ;\n  lv2:optionalFeature <{}> ;\n",
+                        kInlineDisplayInterface, kInlineDisplayQueueDraw);
+  }
   PortList ports(has_groups);
   const auto add_audio = [&](std::string_view type, const std::string& symbol,
                              const std::string& name, const std::vector<std::string>& lines) {

@@ -23,6 +23,13 @@ PluginPreset read_preset(const std::string& path);
 std::string file_of(std::uint32_t format);
 inline constexpr char kPresetsFile[] = "presets.ttl";
 
+// Whether the bundle holds a binary that draws.
+#ifdef CHANNELSTRIP_VIEW
+inline constexpr bool kHasView = true;
+#else
+inline constexpr bool kHasView = false;
+#endif
+
 // GStreamer offers plugins with one audio input and takes every input of a group for a channel: for
 // it the key is a control voltage, and only channels are in groups.
 enum class Reader { kAnyHost, kGStreamer };

@@ -104,8 +104,9 @@ void Monitor::remember(double seconds) {
   }
 }
 
-void Monitor::analyse(double seconds, const SampleRing& inputs, const SampleRing& outputs) {
-  const auto show_spectrum = [&](Spectrum& shown, const SampleRing& ring) {
+void Monitor::analyse(double seconds, const plugins::SampleRing& inputs,
+                      const plugins::SampleRing& outputs) {
+  const auto show_spectrum = [&](Spectrum& shown, const plugins::SampleRing& ring) {
     analyser_.clear();
     for (std::uint32_t c = 0; c < channels_; ++c) {
       if (!ring.read(c, samples_)) return;

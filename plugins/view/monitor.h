@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "../held_level.h"
+#include "../sample_ring.h"
 #include "model.h"
-#include "sample_ring.h"
 #include "spectrum.h"
 
 namespace channelstrip::view {
@@ -22,7 +22,8 @@ class Monitor {
   // `seconds` later. What the strip's meters say since then; null if they say nothing new.
   void advance(double seconds, const channelstrip_meters* news, const Setup& setup);
   // What is in the rings now, of as many channels.
-  void analyse(double seconds, const SampleRing& inputs, const SampleRing& outputs);
+  void analyse(double seconds, const plugins::SampleRing& inputs,
+               const plugins::SampleRing& outputs);
   // Forgets holds and overs.
   void clear_holds();
 

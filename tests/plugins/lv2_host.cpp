@@ -7,7 +7,9 @@
 #include <string_view>
 
 namespace channelstrip::plugin_test {
-Lv2Binary::Lv2Binary(const char* path) : handle_(dlopen(path, RTLD_NOW | RTLD_LOCAL)) {
+Lv2Binary::Lv2Binary(const char* path)
+    : handle_(dlopen(path, RTLD_NOW | RTLD_LOCAL)),
+      folder_(path, std::string_view(path).rfind('/') + 1) {
   if (!handle_) throw std::runtime_error(dlerror());
   find_ = reinterpret_cast<LV2_Descriptor_Function>(dlsym(handle_, "lv2_descriptor"));
   if (!find_) throw std::runtime_error("no lv2_descriptor");
@@ -27,10 +29,12 @@ Lv2Instance::Lv2Instance(const Lv2Binary& binary, std::uint32_t format, double s
     : descriptor_(binary.descriptor(format)), ports_(channels_of(format)) {
   static LV2_URID_Map map{nullptr, [](LV2_URID_Map_Handle, const char* uri) { return urid(uri); }};
   const LV2_Feature feature{LV2_URID__map, &map};
-  const LV2_Feature* const all[] = {&feature, nullptr};
+  const LV2_Feature display{lv2::kInlineDisplayQueueDraw, &display_};
+  const LV2_Feature* const all[] = {&feature, offers == Offers::kMapAndDisplay ? &display : nullptr,
+                                    nullptr};
   const LV2_Feature* const none[] = {nullptr};
-  handle_ = descriptor_->instantiate(descriptor_, sample_rate, "/nowhere/channelstrip.lv2/",
-                                     offers == Offers::kMap ? all : none);
+  handle_ = descriptor_->instantiate(descriptor_, sample_rate, binary.folder().c_str(),
+                                     offers == Offers::kNothing ? none : all);
   if (!handle_) return;
   controls_.resize(ports_.first_parameter() + lv2::kPortParameterCount);
   controls_[ports_.enabled()] = 1;
@@ -38,6 +42,12 @@ Lv2Instance::Lv2Instance(const Lv2Binary& binary, std::uint32_t format, double s
     controls_[ports_.first_parameter() + i] = static_cast<float>(lv2::port_parameters()[i].initial);
   }
   connect_controls();
+}
+
+const lv2::ImageSurface* Lv2Instance::render(std::uint32_t width, std::uint32_t height) {
+  const auto* drawing = static_cast<const lv2::InlineDisplayInterface*>(
+      descriptor_->extension_data(lv2::kInlineDisplayInterface));
+  return drawing ? drawing->render(handle_, width, height) : nullptr;
 }
 
 void Lv2Instance::connect_controls() {

@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "plugins/lv2/inline_display.h"
 #include "plugins/lv2/ports.h"
 #include "strips.h"
 
@@ -30,10 +31,13 @@ class Lv2Binary {
 
   // Null beyond the last.
   const LV2_Descriptor* descriptor(std::uint32_t index) const { return find_(index); }
+  // The bundle, with a slash at its end.
+  const std::string& folder() const { return folder_; }
 
  private:
   void* handle_ = nullptr;
   LV2_Descriptor_Function find_;
+  std::string folder_ = "/nowhere/channelstrip.lv2/";
 };
 
 // What a plugin has stored, by its key.
@@ -46,7 +50,7 @@ struct Lv2State {
 };
 
 // The features that a host offers.
-enum class Offers { kNothing, kMap };
+enum class Offers { kNothing, kMap, kMapAndDisplay };
 
 class Lv2Instance {
  public:
@@ -84,12 +88,19 @@ class Lv2Instance {
   LV2_State_Status restore(const Lv2State& state);
   static std::uint32_t urid(const char* uri);
 
+  // What the plugin draws at most so large; null if it can't.
+  const lv2::ImageSurface* render(std::uint32_t width, std::uint32_t height);
+  int drawings_asked() const { return drawings_asked_; }
+
  private:
   const LV2_State_Interface& state_interface() const;
 
   const LV2_Descriptor* descriptor_;
   lv2::Ports ports_;
   LV2_Handle handle_;
+  int drawings_asked_ = 0;
+  lv2::InlineDisplay display_{
+      this, [](void* self) { ++static_cast<Lv2Instance*>(self)->drawings_asked_; }};
   void connect_controls();
 
   std::size_t stride_ = 1;       // from one port's value to the next

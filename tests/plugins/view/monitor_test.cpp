@@ -91,7 +91,7 @@ TEST(Monitor, RemembersSixSecondsByTheirDeepestReductions) {
 
 TEST(Monitor, ShowsTheSpectraOfTheRings) {
   view::Monitor monitor(1, plugin_test::kRate);
-  view::SampleRing inputs(1), outputs(1);
+  plugins::SampleRing inputs(1), outputs(1);
   const auto noise = plugin_test::noise(1, 48000);
   const float* channel = noise[0].data();
   inputs.write(&channel, 48000);

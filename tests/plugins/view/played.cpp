@@ -29,7 +29,7 @@ view::Model played(const channelstrip_settings* settings, std::uint32_t format, 
   view::Model model;
   model.setup = view::setup_of(settings, format, sample_rate);
   view::Monitor monitor(channels, sample_rate);
-  view::SampleRing inputs(channels), outputs(channels);
+  plugins::SampleRing inputs(channels), outputs(channels);
   const std::size_t step = static_cast<std::size_t>(sample_rate / 40), frames = sound[0].size();
   Planar output(channels, std::vector<float>(step));
   for (std::size_t at = 0; at < frames; at += step) {

@@ -1,10 +1,11 @@
 // Draws a strip as its window shows it at a moment of a sound.
 //
 //   view_picture PRESET SOUND PICTURE.png [--size 1200x700] [--scale 1] [--format 5.1]
-//                [--key SOUND] [--at SECONDS] [--set SYMBOL=VALUE]... [--hover PART:INDEX] [--time
-//                N]
+//                [--key SOUND] [--at SECONDS] [--set SYMBOL=VALUE]... [--time N]
+//                [--hover PART:INDEX] [--focus PART:INDEX] [--type TEXT] [--small 120x48]
 //
-// --time draws the picture N times more, as a window does, and prints how long that takes.
+// Parts and indices are those of view::Target. --small draws the picture for mixers. --time draws
+// the picture N times more, as a window does, and prints how long that takes.
 
 #include <cairo.h>
 #include <fmt/format.h>
@@ -21,6 +22,7 @@
 
 #include "played.h"
 #include "plugins/view/draw.h"
+#include "plugins/view/small.h"
 
 namespace channelstrip::view_test {
 namespace {
@@ -32,6 +34,7 @@ struct Request {
   std::vector<std::string> changes;
   view::Attention attention;
   int times = 0;
+  bool is_small = false;
 };
 
 double number(std::string_view text) {
@@ -62,7 +65,8 @@ Request read_arguments(std::span<char*> arguments) {
     }
     if (i + 1 == arguments.size()) throw std::runtime_error(fmt::format("{} takes a value", name));
     const std::string_view value = arguments[++i];
-    if (name == "--size") {
+    if (name == "--size" || name == "--small") {
+      request.is_small = name == "--small";
       const auto [width, height] = split(value, 'x');
       request.size = {number(width), number(height)};
     } else if (name == "--scale") {
@@ -185,7 +189,12 @@ void run(const Request& request) {
   cairo_t* const context = cairo_create(surface);
   const view::Fonts fonts;
   if (request.times > 0) measure(request, fonts, model, context);
-  view::draw(context, fonts, model, request.size, request.scale);
+  if (request.is_small) {
+    view::draw_small(context, fonts, model.setup, -static_cast<double>(model.live.compressor),
+                     -static_cast<double>(model.live.expander), request.size);
+  } else {
+    view::draw(context, fonts, model, request.size, request.scale);
+  }
   cairo_destroy(context);
   const cairo_status_t status = cairo_surface_write_to_png(surface, request.picture.c_str());
   cairo_surface_destroy(surface);

@@ -1,4 +1,4 @@
-#include "plugins/view/sample_ring.h"
+#include "plugins/sample_ring.h"
 
 #include <gtest/gtest.h>
 
@@ -7,10 +7,10 @@
 #include <thread>
 #include <vector>
 
-namespace channelstrip::view_ring_test {
+namespace channelstrip::plugin_test::ring_test {
 namespace {
 
-using view::SampleRing;
+using plugins::SampleRing;
 
 // The stream of both channels counts its frames, the second one downwards.
 void write(SampleRing& ring, std::uint64_t& at, std::uint32_t frames) {
@@ -74,12 +74,5 @@ TEST(SampleRing, NeverGivesAMixtureOfOldAndNew) {
   EXPECT_TRUE(ring.read(0, read));
 }
 
-TEST(SampleRing, IsNotWantedUntilSomebodyLooks) {
-  SampleRing ring(1);
-  EXPECT_FALSE(ring.is_wanted());
-  ring.set_wanted(true);
-  EXPECT_TRUE(ring.is_wanted());
-}
-
 }  // namespace
-}  // namespace channelstrip::view_ring_test
+}  // namespace channelstrip::plugin_test::ring_test

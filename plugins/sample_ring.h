@@ -11,7 +11,7 @@
 #include <memory>
 #include <span>
 
-namespace channelstrip::view {
+namespace channelstrip::plugins {
 
 class SampleRing {
  public:
@@ -20,11 +20,6 @@ class SampleRing {
   // Throws std::bad_alloc.
   explicit SampleRing(std::uint32_t channels)
       : channels_(channels), samples_(new std::atomic<float>[channels * kFrames]()) {}
-
-  // Nothing is copied while nobody looks. [reader]
-  void set_wanted(bool is_wanted) { is_wanted_.store(is_wanted, std::memory_order_relaxed); }
-  // [audio]
-  bool is_wanted() const { return is_wanted_.load(std::memory_order_relaxed); }
 
   // Behind a call's frames, one buffer per channel. [audio]
   void write(const float* const* channels, std::uint32_t frames) {
@@ -60,8 +55,7 @@ class SampleRing {
  private:
   std::uint32_t channels_;
   std::unique_ptr<std::atomic<float>[]> samples_;
-  std::atomic<bool> is_wanted_{false};
   std::atomic<std::uint64_t> begun_{0}, end_{0};
 };
 
-}  // namespace channelstrip::view
+}  // namespace channelstrip::plugins
