@@ -75,10 +75,12 @@ class Tap {
 
   // [audio] Before and behind a call's processing: it may be done in place.
   void see_inputs(const float* const* channels, std::uint32_t frames) {
-    if (Rings* const rings = wanted()) rings->inputs.write(channels, frames);
+    Rings* const rings = wanted();
+    if (rings && are_there(channels)) rings->inputs.write(channels, frames);
   }
   void see_outputs(const float* const* channels, std::uint32_t frames) {
-    if (Rings* const rings = wanted()) rings->outputs.write(channels, frames);
+    Rings* const rings = wanted();
+    if (rings && are_there(channels)) rings->outputs.write(channels, frames);
   }
   void see_meters(const channelstrip_meters& reading) {
     if (lookers_.load(std::memory_order_relaxed) > 0) meters_.put(reading);
@@ -112,6 +114,11 @@ class Tap {
   Rings* wanted() const {
     if (lookers_.load(std::memory_order_relaxed) == 0) return nullptr;
     return rings_.load(std::memory_order_acquire);
+  }
+
+  // A host may have left out buffers.
+  bool are_there(const float* const* channels) const {
+    return std::all_of(channels, channels + channels_, [](const float* c) { return c != nullptr; });
   }
 
   std::uint32_t channels_;

@@ -12,6 +12,7 @@
 
 #include "extensions.h"
 #include "formats.h"
+#include "gui.h"
 #include "instance.h"
 
 namespace channelstrip::clap {
@@ -123,7 +124,7 @@ constexpr clap_plugin_params_t kParameters{
           });
         },
     .flush = [](const clap_plugin_t* plugin, const clap_input_events_t* in,
-                const clap_output_events_t*) { instance_of(plugin).flush(in); }};
+                const clap_output_events_t* out) { instance_of(plugin).flush(in, out); }};
 
 constexpr clap_plugin_state_t kState{
     .save =
@@ -154,7 +155,8 @@ constexpr Named kExtensions[] = {
     {kSurroundExtension, &kSurround}, {kSurroundDraft, &kSurround},
     {CLAP_EXT_PARAMS, &kParameters},  {CLAP_EXT_STATE, &kState},
     {CLAP_EXT_LATENCY, &kLatency},    {kTailExtension, &kTail},
-    {kRenderExtension, &kRender}};
+    {kRenderExtension, &kRender},     {CLAP_EXT_GUI, &kGui},
+    {CLAP_EXT_TIMER_SUPPORT, &kTimer}};
 
 }  // namespace
 

@@ -20,7 +20,9 @@ Instance::Instance(const clap_host_t* host)
     : host_(host),
       format_(usual_format()),
       channels_(channels_of(format_)),
-      settings_(plugins::new_settings()) {
+      settings_(plugins::new_settings()),
+      tap_(channels_),
+      gui_(*this, host) {
   for (std::size_t m = 0; m < kMeterCount; ++m) {
     shown_[m] = static_cast<float>(least_of(static_cast<Meter>(m)));
   }
@@ -31,6 +33,7 @@ bool Instance::select(std::uint32_t format) {
   if (strip_ || format >= channelstrip_format_count()) return false;
   format_ = format;
   channels_ = channels_of(format);
+  tap_.change(channels_);
   return true;
 }
 

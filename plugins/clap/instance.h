@@ -13,6 +13,9 @@
 
 #include "../held_meters.h"
 #include "../owned.h"
+#include "../tap.h"
+#include "edits.h"
+#include "gui.h"
 #include "parameters.h"
 
 namespace channelstrip::clap {
@@ -38,12 +41,20 @@ class Instance {
   void reset();
   clap_process_status process(const clap_process_t& call);
   // [audio while active, else main]
-  void flush(const clap_input_events_t* events);
+  void flush(const clap_input_events_t* in, const clap_output_events_t* out);
 
   // [main]
   std::optional<double> value(clap_id id);
   bool save(const clap_ostream_t& stream);
   bool load(const clap_istream_t& stream);
+  const channelstrip_settings* settings() {
+    update_settings();
+    return settings_.get();
+  }
+  double sample_rate() const { return sample_rate_ > 0 ? sample_rate_ : 48000; }
+  plugins::Tap& tap() { return tap_; }
+  Edits& edits() { return edits_; }
+  Gui& gui() { return gui_; }
 
  private:
   // Of one call: the host's buffers, one per channel.
@@ -57,6 +68,7 @@ class Instance {
   std::optional<Audio> audio_of(const clap_process_t& call) const;
   bool run(const Audio& audio, std::uint32_t begin, std::uint32_t end);
   void start_on(const clap_input_events_t& events);
+  void take_edits(const clap_output_events_t* events);
   void show_meters(const clap_output_events_t* events);
 
   const clap_host_t* host_;
@@ -72,6 +84,11 @@ class Instance {
   bool is_fresh_ = true;  // no frame has been processed since the activation or a reset
   plugins::HeldMeters held_;
   std::array<std::atomic<float>, kMeterCount> shown_;  // dB, to a tenth
+
+  // Between the audio thread and the window.
+  plugins::Tap tap_;
+  Edits edits_;
+  Gui gui_;
 };
 
 inline Instance& instance_of(const clap_plugin_t* plugin) {

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "extension_tables.h"
+#include "gui.h"
 #include "instance.h"
 
 namespace channelstrip::clap {
@@ -82,7 +83,11 @@ constexpr clap_plugin_factory_t kFactory{
 }  // namespace channelstrip::clap
 
 const clap_plugin_entry_t clap_entry{.clap_version = CLAP_VERSION,
-                                     .init = [](const char*) { return true; },
+                                     .init =
+                                         [](const char* path) {
+                                           channelstrip::clap::set_binary_path(path);
+                                           return true;
+                                         },
                                      .deinit = [] {},
                                      .get_factory = [](const char* id) -> const void* {
                                        return std::string_view(id) == CLAP_PLUGIN_FACTORY_ID

@@ -88,7 +88,10 @@ void Instance::start_on(const clap_input_events_t& events) {
 clap_process_status Instance::process(const clap_process_t& call) {
   const auto audio = audio_of(call);
   if (!strip_ || !audio) return CLAP_PROCESS_ERROR;
+  take_edits(call.out_events);
   if (call.in_events && is_fresh_) start_on(*call.in_events);
+  tap_.see_key(audio->key != nullptr);
+  tap_.see_inputs(audio->inputs, call.frames_count);
   std::uint32_t begin = 0, last = 0;
   const std::uint32_t count = call.in_events ? call.in_events->size(call.in_events) : 0;
   for (std::uint32_t i = 0; i < count; ++i) {
@@ -103,13 +106,18 @@ clap_process_status Instance::process(const clap_process_t& call) {
     events_[event_count_++] = *change;
   }
   if (!run(*audio, begin, call.frames_count)) return CLAP_PROCESS_ERROR;
+  tap_.see_outputs(audio->outputs, call.frames_count);
   if (call.frames_count > 0) is_fresh_ = false;
   call.audio_outputs[kMainPort].constant_mask = 0;
-  if (held_.advance(strip_, call.frames_count)) show_meters(call.out_events);
+  if (held_.advance(strip_, call.frames_count)) {
+    tap_.see_meters(held_.read());
+    show_meters(call.out_events);
+  }
   return CLAP_PROCESS_CONTINUE_IF_NOT_QUIET;
 }
 
-void Instance::flush(const clap_input_events_t* events) {
+void Instance::flush(const clap_input_events_t* events, const clap_output_events_t* out) {
+  take_edits(out);
   const std::uint32_t count = events ? events->size(events) : 0;
   for (std::uint32_t i = 0; i < count; ++i) {
     auto change = change_of(events->get(events, i));
@@ -127,6 +135,57 @@ void Instance::flush(const clap_input_events_t* events) {
   if (is_fresh_) channelstrip_strip_reset(strip_);
 }
 
+namespace {
+
+void push_gesture(const clap_output_events_t& events, const Edit& edit) {
+  const clap_event_param_gesture_t event{.header = {.size = sizeof event,
+                                                    .time = 0,
+                                                    .space_id = CLAP_CORE_EVENT_SPACE_ID,
+                                                    .type = edit.type,
+                                                    .flags = CLAP_EVENT_IS_LIVE},
+                                         .param_id = edit.id};
+  events.try_push(&events, &event.header);
+}
+
+void push_value(const clap_output_events_t& events, clap_id id, double value, std::uint32_t flags) {
+  const clap_event_param_value_t event{.header = {.size = sizeof event,
+                                                  .time = 0,
+                                                  .space_id = CLAP_CORE_EVENT_SPACE_ID,
+                                                  .type = CLAP_EVENT_PARAM_VALUE,
+                                                  .flags = flags},
+                                       .param_id = id,
+                                       .cookie = nullptr,
+                                       .note_id = -1,
+                                       .port_index = -1,
+                                       .channel = -1,
+                                       .key = -1,
+                                       .value = value};
+  events.try_push(&events, &event.header);
+}
+
+}  // namespace
+
+// What was changed in the window: to the host, and to the strip before the call's first frame.
+void Instance::take_edits(const clap_output_events_t* events) {
+  edits_.take(
+      [&](const Edit& edit) {
+        if (edit.type != CLAP_EVENT_PARAM_VALUE) {
+          if (events) push_gesture(*events, edit);
+          return;
+        }
+        if (events) push_value(*events, edit.id, edit.value, CLAP_EVENT_IS_LIVE);
+        if (!strip_) {
+          channelstrip_settings_set(settings_.get(), edit.id, edit.value);
+          return;
+        }
+        events_[event_count_++] = {.frame = 0, .id = edit.id, .value = edit.value};
+        if (event_count_ == events_.size()) run({}, 0, 0);
+      },
+      [&] {
+        if (strip_) run({}, 0, 0);
+      });
+}
+
 void Instance::show_meters(const clap_output_events_t* events) {
   std::array<float, kMeterCount> levels;
   levels[kInputPeak] = levels[kOutputPeak] = static_cast<float>(plugins::kLeastPeak);
@@ -141,19 +200,8 @@ void Instance::show_meters(const clap_output_events_t* events) {
     if (shown_[m].load(std::memory_order_relaxed) == shown) continue;
     shown_[m].store(shown, std::memory_order_relaxed);
     if (!events) continue;
-    const clap_event_param_value_t event{.header = {.size = sizeof event,
-                                                    .time = 0,
-                                                    .space_id = CLAP_CORE_EVENT_SPACE_ID,
-                                                    .type = CLAP_EVENT_PARAM_VALUE,
-                                                    .flags = CLAP_EVENT_DONT_RECORD},
-                                         .param_id = id_of(static_cast<Meter>(m)),
-                                         .cookie = nullptr,
-                                         .note_id = -1,
-                                         .port_index = -1,
-                                         .channel = -1,
-                                         .key = -1,
-                                         .value = static_cast<double>(shown)};
-    events->try_push(events, &event.header);
+    push_value(*events, id_of(static_cast<Meter>(m)), static_cast<double>(shown),
+               CLAP_EVENT_DONT_RECORD);
   }
 }
 

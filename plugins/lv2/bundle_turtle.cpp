@@ -13,11 +13,14 @@ std::string file_of(std::uint32_t format) {
   return uri_of(format).substr(std::string_view("urn:channelstrip:lv2:").size()) + ".ttl";
 }
 
-std::string manifest(const std::string& binary, const std::vector<PluginPreset>& presets) {
+std::string manifest(const std::string& binary, const std::vector<PluginPreset>& presets,
+                     Reader reader) {
   std::string text(kPrefixes), all;
-  if (kHasView) {  // validators don't know the extension
+  if (kHasView && reader == Reader::kAnyHost) {  // validators don't know the extension
     text += fmt::format("<{}>\n  a lv2:ExtensionData .\n\n<{}>\n  a lv2:Feature .\n\n",
                         kInlineDisplayInterface, kInlineDisplayQueueDraw);
+    text += fmt::format("<{}>\n  a ui:X11UI ;\n  ui:binary <{}> ;\n  rdfs:seeAlso <{}> .\n\n",
+                        kUiUri, kViewFile, kUiFile);
   }
   for (std::uint32_t format = 0; format < channelstrip_format_count(); ++format) {
     const std::string uri = uri_of(format);
@@ -32,6 +35,29 @@ std::string manifest(const std::string& binary, const std::vector<PluginPreset>&
         preset.symbol, all, quoted(preset.name), kPresetsFile);
   }
   return text;
+}
+
+std::string ui_description() {
+  std::string text = fmt::format(
+      "{}@prefix opts: <http://lv2plug.in/ns/ext/options#> .\n\n<{}>\n  a ui:X11UI ;\n"
+      "  lv2:requiredFeature ui:idleInterface ;\n"
+      "  lv2:optionalFeature ui:parent , ui:resize , ui:touch , opts:options ,\n"
+      "    <http://lv2plug.in/ns/ext/urid#map> ,\n"
+      "    <http://lv2plug.in/ns/ext/instance-access> ;\n"
+      "  lv2:extensionData ui:idleInterface , ui:resize",
+      kPrefixes, kUiUri);
+  for (std::uint32_t format = 0; format < channelstrip_format_count(); ++format) {
+    channelstrip_format info{};
+    channelstrip_format_info(format, &info, sizeof info);
+    const Ports ports(info.channels);
+    for (std::uint32_t meter = 0; meter < ports.meter_count(); ++meter) {
+      text += fmt::format(
+          " ;\n  ui:portNotification [\n    ui:plugin <{}> ;\n    ui:portIndex {} ;\n"
+          "    ui:protocol ui:floatProtocol\n  ]",
+          uri_of(format), ports.first_meter() + meter);
+    }
+  }
+  return text + " .\n";
 }
 
 std::string descriptions(const std::vector<PluginPreset>& presets) {

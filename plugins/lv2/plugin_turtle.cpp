@@ -116,6 +116,7 @@ std::string description(std::uint32_t format, Reader reader) {
   if (kHasView && has_groups) {
     text += fmt::format("  lv2:extensionData <{}> ;\n  lv2:optionalFeature <{}> ;\n",
                         kInlineDisplayInterface, kInlineDisplayQueueDraw);
+    text += fmt::format("  ui:ui <{}> ;\n", kUiUri);
   }
   PortList ports(has_groups);
   const auto add_audio = [&](std::string_view type, const std::string& symbol,

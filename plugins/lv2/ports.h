@@ -47,6 +47,9 @@ inline constexpr std::uint32_t kPortParameterCount = 109;
 // "urn:channelstrip:lv2:5.1" of the format 5.1. Empty if there is no such format.
 std::string uri_of(std::uint32_t format);
 
+// The window, of all formats.
+inline constexpr char kUiUri[] = "urn:channelstrip:lv2:ui";
+
 // The state that isn't in control ports: the link maps, as the TOML of settings.
 inline constexpr char kLinksUri[] = "urn:channelstrip:lv2:links";
 

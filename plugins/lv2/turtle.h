@@ -22,6 +22,7 @@ PluginPreset read_preset(const std::string& path);
 // The names of the files, in the bundle.
 std::string file_of(std::uint32_t format);
 inline constexpr char kPresetsFile[] = "presets.ttl";
+inline constexpr char kUiFile[] = "ui.ttl";
 
 // Whether the bundle holds a binary that draws.
 #ifdef CHANNELSTRIP_VIEW
@@ -34,8 +35,11 @@ inline constexpr bool kHasView = false;
 // it the key is a control voltage, and only channels are in groups.
 enum class Reader { kAnyHost, kGStreamer };
 
-std::string manifest(const std::string& binary, const std::vector<PluginPreset>& presets);
+std::string manifest(const std::string& binary, const std::vector<PluginPreset>& presets,
+                     Reader reader);
 std::string description(std::uint32_t format, Reader reader);
 std::string descriptions(const std::vector<PluginPreset>& presets);
+// Of the window.
+std::string ui_description();
 
 }  // namespace channelstrip::lv2

@@ -85,8 +85,9 @@ int main(int argc, char** argv) try {
   const std::filesystem::path folder = argv[2];
   std::vector<PluginPreset> presets;
   for (int i = 4; i < argc; ++i) presets.push_back(read_preset(argv[i]));
-  write(folder / "manifest.ttl", manifest(argv[3], presets));
+  write(folder / "manifest.ttl", manifest(argv[3], presets, reader));
   write(folder / kPresetsFile, descriptions(presets));
+  if (kHasView && reader == Reader::kAnyHost) write(folder / kUiFile, ui_description());
   for (std::uint32_t format = 0; format < channelstrip_format_count(); ++format) {
     write(folder / file_of(format), description(format, reader));
   }

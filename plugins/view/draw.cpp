@@ -36,7 +36,8 @@ Size at_least(Size size) {
 
 bool are_equal(const Setup& a, const Setup& b) {
   // The curves follow from these.
-  return a.format == b.format && a.sample_rate == b.sample_rate && a.values == b.values;
+  return a.format == b.format && a.sample_rate == b.sample_rate && a.values == b.values &&
+         a.least_range == b.least_range;
 }
 
 }  // namespace

@@ -24,7 +24,7 @@ double gain_range(const Setup& setup) {
     }
   }
   for (const double range : {12.0, 18.0, 24.0, 36.0}) {
-    if (greatest <= 0.9 * range) return range;
+    if (greatest <= 0.9 * range && range >= setup.least_range) return range;
   }
   return 48;
 }

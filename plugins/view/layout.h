@@ -70,6 +70,10 @@ struct Layout {
 
 Layout layout_of(Size size, const Setup& setup);
 
+// How far up a handle stands in its plot, in parts of the band's gain, so that it lies on the
+// band's curve: a shelf is at half its gain there.
+double handle_share(BandType type);
+
 // What lies under a point.
 Target target_at(const Layout& layout, const Setup& setup, Point point);
 

@@ -23,6 +23,7 @@ struct Setup {
   std::uint32_t format = 0;
   double sample_rate = 48000;
   std::vector<double> values;  // one per parameter
+  double least_range = 0;      // dB of the equaliser's plot: it stays while a handle is held
   std::vector<bool> adjusted;  // one per parameter: the strip can't have this value as it stands
   std::array<bool, kBands> left_out{};  // bands that are on, but that the strip can't have
 

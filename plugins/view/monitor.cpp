@@ -8,6 +8,7 @@ namespace channelstrip::view {
 namespace {
 
 constexpr double kHoldSeconds = 3;
+constexpr double kStandstill = 0.5;  // s without anything new: the host doesn't run the strip
 
 float decibels_of(float linear) {
   return linear > 0 ? std::max(kSilence, 20 * std::log10(linear)) : kSilence;
@@ -51,6 +52,11 @@ void Monitor::advance(double seconds, const channelstrip_meters* news, const Set
                          .compressor = meters.compressor_gain[c],
                          .expander = meters.expander_gain[c]};
   }
+  // Where nothing runs there is no level.
+  no_news_ = news ? 0 : no_news_ + seconds;
+  if (no_news_ > kStandstill) {
+    for (ChannelDynamics& each : live_.dynamics) each = {};
+  }
   const auto fall = plugins::HeldLevel::fall_in(seconds);
   const double compressor = inverse_of(meters.compressor_reduction);
   const double expander = inverse_of(meters.expander_reduction);
@@ -59,6 +65,7 @@ void Monitor::advance(double seconds, const channelstrip_meters* news, const Set
   live_.compressor = -compressor_.decibels();
   live_.expander = -expander_.decibels();
   if (news) {
+    has_moment_ = true;
     const auto gain = [](double inverse) {
       return static_cast<float>(-20 * std::log10(std::min(inverse, 1e6)));
     };
@@ -92,13 +99,13 @@ void Monitor::follow_gate(const Setup& setup) {
 void Monitor::remember(double seconds) {
   constexpr double kStep = kHistorySeconds / (kHistoryMoments - 1);
   moment_age_ += std::min(seconds, kHistorySeconds);
-  bool is_new = false;
   for (; moment_age_ >= kStep; moment_age_ -= kStep) {
-    live_.history.push_back(moment_);
-    is_new = true;
+    // Readings come every 1024 frames, which may be longer than a step.
+    const bool is_between = !has_moment_ && no_news_ <= kStandstill && !live_.history.empty();
+    live_.history.push_back(is_between ? Moment(live_.history.back()) : moment_);
+    has_moment_ = false;
+    moment_ = {};
   }
-  if (!is_new) return;
-  moment_ = {};
   if (live_.history.size() > kHistoryMoments) {
     live_.history.erase(live_.history.begin(), live_.history.end() - kHistoryMoments);
   }
@@ -106,6 +113,16 @@ void Monitor::remember(double seconds) {
 
 void Monitor::analyse(double seconds, const plugins::SampleRing& inputs,
                       const plugins::SampleRing& outputs) {
+  const std::uint64_t written = outputs.written();
+  no_samples_ = written == analysed_ ? no_samples_ + seconds : 0;
+  analysed_ = written;
+  if (no_samples_ > kStandstill) {
+    Spectrum silence;
+    silence.fill(kSilence);
+    follow(live_.input_spectrum, silence, seconds);
+    follow(live_.output_spectrum, silence, seconds);
+    return;
+  }
   const auto show_spectrum = [&](Spectrum& shown, const plugins::SampleRing& ring) {
     analyser_.clear();
     for (std::uint32_t c = 0; c < channels_; ++c) {

@@ -21,7 +21,7 @@ class Monitor {
 
   // `seconds` later. What the strip's meters say since then; null if they say nothing new.
   void advance(double seconds, const channelstrip_meters* news, const Setup& setup);
-  // What is in the rings now, of as many channels.
+  // What is in the rings now, of as many channels; of rings in which nothing is written, silence.
   void analyse(double seconds, const plugins::SampleRing& inputs,
                const plugins::SampleRing& outputs);
   // Forgets holds and overs.
@@ -43,11 +43,14 @@ class Monitor {
   Live live_;
   std::array<Held, CHANNELSTRIP_MOST_CHANNELS> inputs_, outputs_;
   plugins::HeldLevel compressor_{0, 60}, expander_{0, 60};
-  Moment moment_;          // since the last one in the history
-  double moment_age_ = 0;  // s
+  Moment moment_;            // since the last one in the history
+  double moment_age_ = 0;    // s
+  bool has_moment_ = false;  // something came since then
   SpectrumAnalyser analyser_;
   std::vector<float> samples_;
   bool is_analysed_ = false;
+  std::uint64_t analysed_ = 0;           // how many frames there were
+  double no_samples_ = 0, no_news_ = 0;  // s
 };
 
 }  // namespace channelstrip::view

@@ -10,6 +10,9 @@
 
 namespace channelstrip::view {
 
+// Of a plot's height: a line at silence is out of sight.
+inline constexpr double kBelow = -0.02;
+
 // Gains in dB over frequency, and beside them spectra in dB of full scale.
 struct EqPlot {
   Rect area;
@@ -29,7 +32,7 @@ struct EqPlot {
   double gain(double y) const { return range - (y - area.y) / area.height * 2 * range; }
   double spectrum_y(double level) const {
     const double position = (level - kSpectrumLow) / (kSpectrumHigh - kSpectrumLow);
-    return area.bottom() - area.height * std::clamp(position, 0.0, 1.0);
+    return area.bottom() - area.height * std::clamp(position, kBelow, 1.0);
   }
 };
 
@@ -53,7 +56,9 @@ struct HistoryPlot {
   double x(double seconds_ago) const {
     return area.right() - area.width * seconds_ago / kHistorySeconds;
   }
-  double y(double level) const { return area.y + area.height * std::clamp(level / kLow, 0.0, 1.0); }
+  double y(double level) const {
+    return area.y + area.height * std::clamp(level / kLow, 0.0, 1 - kBelow);
+  }
 };
 
 // How far up a meter a level in dB is, 0 to 1: the scale of IEC 60268-18, annex A, where the upper

@@ -9,10 +9,6 @@ namespace channelstrip::view {
 inline constexpr int kRows = 9;             // below each section's title
 inline constexpr double kBelowPlots = 2.2;  // em: an axis, and room above the tables
 
-// How far up a handle stands in its plot, in parts of the band's gain, so that it lies on the
-// band's curve: a shelf is at half its gain there.
-double handle_share(BandType type);
-
 // A value in a row.
 struct Row {
   std::size_t parameter;

@@ -5,6 +5,7 @@
 
 #include <cstring>
 #include <stdexcept>
+#include <utility>
 
 #include "plugins/clap/extensions.h"
 
@@ -78,7 +79,22 @@ const void* ClapInstance::host_extension(std::string_view id) const {
             if (std::this_thread::get_id() != self.main_thread_) self.was_called_wrongly = true;
           },
       .clear = [](const clap_host_t*, clap_id, clap_param_clear_flags) {},
-      .request_flush = [](const clap_host_t*) {}};
+      .request_flush =
+          [](const clap_host_t* host) {
+            ++static_cast<ClapInstance*>(host->host_data)->flushes_asked;
+          }};
+  static const clap_host_timer_support_t timer{
+      .register_timer =
+          [](const clap_host_t* host, std::uint32_t, clap_id* timer_id) {
+            *timer_id = 7;
+            return !std::exchange(static_cast<ClapInstance*>(host->host_data)->has_timer_, true);
+          },
+      .unregister_timer =
+          [](const clap_host_t* host, clap_id timer_id) {
+            return std::exchange(static_cast<ClapInstance*>(host->host_data)->has_timer_, false) &&
+                   timer_id == 7;
+          }};
+  if (id == CLAP_EXT_TIMER_SUPPORT) return &timer;
   static const clap_host_thread_check_t check{
       .is_main_thread =
           [](const clap_host_t* host) {
@@ -117,6 +133,31 @@ double ClapInstance::value(const std::string& symbol) const {
 
 void ClapInstance::flush(const ClapEvents& events) const {
   params().flush(plugin_, events.list(), nullptr);
+}
+
+void ClapInstance::flush() {
+  const ClapEvents none;
+  const clap_output_events_t pushed{
+      .ctx = this, .try_push = [](const clap_output_events_t* list, const clap_event_header_t* e) {
+        return static_cast<ClapInstance*>(list->ctx)->push(e);
+      }};
+  params().flush(plugin_, none.list(), &pushed);
+}
+
+void ClapInstance::tick() const {
+  if (!has_timer_) return;
+  extension<clap_plugin_timer_support_t>(CLAP_EXT_TIMER_SUPPORT).on_timer(plugin_, 7);
+}
+
+// Allocates nothing for values.
+bool ClapInstance::push(const clap_event_header_t* event) {
+  if (event->type != CLAP_EVENT_PARAM_VALUE) {
+    gestures.push_back(*reinterpret_cast<const clap_event_param_gesture_t*>(event));
+    return true;
+  }
+  if (shown.size() == shown.capacity()) return false;
+  shown.push_back(*reinterpret_cast<const clap_event_param_value_t*>(event));
+  return true;
 }
 
 void ClapInstance::set(const std::string& symbol, double value) {
@@ -201,10 +242,7 @@ clap_process_status ClapInstance::process(const std::vector<const float*>& input
   shown.clear();
   const clap_output_events_t pushed{
       .ctx = this, .try_push = [](const clap_output_events_t* list, const clap_event_header_t* e) {
-        auto& events_shown = static_cast<ClapInstance*>(list->ctx)->shown;
-        if (events_shown.size() == events_shown.capacity()) return false;  // nothing is allocated
-        events_shown.push_back(*reinterpret_cast<const clap_event_param_value_t*>(e));
-        return true;
+        return static_cast<ClapInstance*>(list->ctx)->push(e);
       }};
   return process(ClapCall(inputs, key, outputs, frames, events ? events : none.list(), &pushed));
 }

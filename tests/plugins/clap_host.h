@@ -7,6 +7,7 @@
 #include <clap/ext/audio-ports.h>
 #include <clap/ext/params.h>
 #include <clap/ext/state.h>
+#include <clap/ext/timer-support.h>
 #include <clap/plugin-factory.h>
 
 #include <algorithm>
@@ -109,6 +110,11 @@ class ClapInstance {
   void set(const std::string& symbol, double value);
   void set_busy();
   void flush(const ClapEvents& events) const;
+  // As a host does that was asked to; what comes out is added to `shown` and `gestures`.
+  void flush();
+  // What a timer of the plugin's calls, if it has one.
+  void tick() const;
+  bool has_timer() const { return has_timer_; }
 
   // In parts of `chunk` bytes at most; empty if the plugin fails.
   std::optional<std::string> save(std::size_t chunk = 1 << 20) const;
@@ -127,16 +133,18 @@ class ClapInstance {
 
   // What has come out: events of the last call, and how often values were to be read again.
   std::vector<clap_event_param_value_t> shown;
-  int rescans = 0;
-  bool was_called_wrongly = false;  // a callback of the main thread from another
+  int rescans = 0, flushes_asked = 0;
+  std::vector<clap_event_param_gesture_t> gestures;  // since the instance was made
+  bool was_called_wrongly = false;                   // a callback of the main thread from another
 
  private:
   const void* host_extension(std::string_view id) const;
+  bool push(const clap_event_header_t* event);
 
   clap_host_t host_;
   const clap_plugin_t* plugin_;
   std::thread::id main_thread_ = std::this_thread::get_id();
-  bool is_active_ = false;
+  bool is_active_ = false, has_timer_ = false;
 };
 
 template <class Cut>

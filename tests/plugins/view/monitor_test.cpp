@@ -89,6 +89,21 @@ TEST(Monitor, RemembersSixSecondsByTheirDeepestReductions) {
   EXPECT_EQ(monitor.live().history.back().compressor, 0);
 }
 
+// At low sample rates readings are rarer than the history's steps; a host may stop altogether.
+TEST(Monitor, BridgesTheTimeBetweenReadings) {
+  view::Monitor monitor(2, plugin_test::kRate);
+  const view::Setup setup = gate();
+  const channelstrip_meters read = meters(0.1f);
+  for (int i = 0; i < 10; ++i) {
+    monitor.advance(0.03, &read, setup);
+    for (int n = 0; n < 3; ++n) monitor.advance(0.03, nullptr, setup);
+  }
+  for (const view::Moment& moment : monitor.live().history) EXPECT_NEAR(moment.input, -20, 0.01);
+  for (int i = 0; i < 40; ++i) monitor.advance(0.03, nullptr, setup);
+  EXPECT_EQ(monitor.live().history.back().input, view::kSilence);
+  EXPECT_EQ(monitor.live().dynamics[0].detector, view::kSilence);
+}
+
 TEST(Monitor, ShowsTheSpectraOfTheRings) {
   view::Monitor monitor(1, plugin_test::kRate);
   plugins::SampleRing inputs(1), outputs(1);
@@ -100,6 +115,19 @@ TEST(Monitor, ShowsTheSpectraOfTheRings) {
   EXPECT_TRUE(monitor.live().has_spectrum);
   EXPECT_GT(monitor.live().input_spectrum[200], -40);
   EXPECT_EQ(monitor.live().output_spectrum[200], view::kSilence);
+}
+
+TEST(Monitor, LetsSpectraFallWhereNothingRuns) {
+  view::Monitor monitor(1, plugin_test::kRate);
+  plugins::SampleRing inputs(1), outputs(1);
+  const auto noise = plugin_test::noise(1, 48000);
+  const float* channel = noise[0].data();
+  inputs.write(&channel, 48000);
+  outputs.write(&channel, 48000);
+  monitor.analyse(0.02, inputs, outputs);
+  const float loud = monitor.live().output_spectrum[200];
+  for (int i = 0; i < 100; ++i) monitor.analyse(0.03, inputs, outputs);
+  EXPECT_LT(monitor.live().output_spectrum[200], loud - 40);
 }
 
 }  // namespace
