@@ -62,6 +62,7 @@ class Lv2Instance {
 
   // Whether the plugin took the sample rate; nothing else may be called if not.
   bool is_there() const { return handle_ != nullptr; }
+  LV2_Handle handle() const { return handle_; }
   const lv2::Ports& ports() const { return ports_; }
 
   // Has the controls' values in memory in the order of their ports, or apart from each other.

@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <deque>
 #include <random>
 
 #include "lv2_host.h"
+#include "plugins/tap.h"
 #include "tests/control/realtime/confined.h"
 #include "tests/control/realtime/trap.h"
 
@@ -108,6 +110,28 @@ TEST(Lv2Plugin, RunsWithoutASystemCall) {
   });
   EXPECT_TRUE(end.ended()) << "status " << end.status;
   EXPECT_EQ(end.report.calls, 11 * 60);
+}
+
+// While somebody looks.
+TEST(Tap, HandsOverWithoutAllocationLockOrException) {
+  plugins::Tap tap(2);
+  tap.look();
+  const std::vector<float> samples(5000, 0.5f);
+  const std::array<const float*, 2> channels{samples.data(), samples.data()};
+  const std::array<const float*, 2> missing{samples.data(), nullptr};
+  const channelstrip_meters reading{};
+  const test::Trapped trapped = test::trapped([&] {
+    for (int call = 0; call < 300; ++call) {
+      tap.see_inputs(channels.data(), 5000);
+      tap.see_outputs(missing.data(), 5000);
+      tap.see_meters(reading);
+      tap.see_key(call % 2 == 0);
+    }
+  });
+  EXPECT_EQ(trapped.allocations, 0);
+  EXPECT_EQ(trapped.locks, 0);
+  EXPECT_EQ(tap.rings()->inputs.written(), 1500000U);
+  EXPECT_EQ(tap.rings()->outputs.written(), 0U);
 }
 
 }  // namespace
