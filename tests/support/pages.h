@@ -4,7 +4,7 @@
 
 #if defined(_WIN32)
 #define WIN32_LEAN_AND_MEAN
-#define NOMINMAX
+#define NOMINMAX 1
 #include <windows.h>
 #else
 #include <sys/mman.h>
