@@ -2,6 +2,7 @@
 
 #include "tables.h"
 
+#include <algorithm>
 #include <cmath>
 #include <span>
 
@@ -47,7 +48,8 @@ void place_dynamics(Layout& layout, const Setup& setup) {
   card.cut_right(std::round(0.2 * em));
   layout.levels.area = card;
 
-  const double gap = std::round(em * (layout.is_small ? 0.8 : 1.5));
+  // Names have room first, then the gaps.
+  const double gap = std::round(std::clamp((tables.width - 26.7 * em) / 2, 0.8 * em, 1.5 * em));
   const double width = (tables.width - 2 * gap) / 3;
   for (Rect& column : layout.columns) {
     column = tables.cut_left(width);

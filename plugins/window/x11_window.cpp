@@ -131,7 +131,7 @@ double X11Window::desktop_scale() const {
   const char* const resources = XResourceManagerString(state_->display);
   if (!resources) return 1;
   XrmInitialize();
-  XrmDatabase const database = XrmGetStringDatabase(resources);
+  XrmDatabase database = XrmGetStringDatabase(resources);
   if (!database) return 1;
   char* type = nullptr;
   XrmValue value{};
