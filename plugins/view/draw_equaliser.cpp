@@ -111,13 +111,11 @@ void draw_equaliser_plot(Canvas& canvas, const Layout& layout, const Setup& setu
     canvas.vertical(x, area.y, area.bottom(), line.name ? kGrid : kGrid.with(0.45));
     if (line.name) canvas.text({x, area.bottom() + axis.size * 1.35}, line.name, axis);
   }
-  const double step = plot.range / (plot.range > 18 && area.height > 14 * em ? 4
-                                    : area.height > 9 * em                   ? 4
-                                                                             : 2);
+  const int lines = area.height > 9 * em ? 4 : 2;  // above and below 0 dB
   const Type gains = axis_type(layout, Align::kRight), levels = axis_type(layout, Align::kLeft);
-  for (double gain = -plot.range; gain <= plot.range; gain += step) {
-    const double y = plot.y(gain);
-    const bool is_edge = std::abs(gain) == plot.range;
+  for (int line = -lines; line <= lines; ++line) {
+    const double gain = plot.range * line / lines, y = plot.y(gain);
+    const bool is_edge = std::abs(line) == lines;
     if (!is_edge) canvas.horizontal(area.x, area.right(), y, gain == 0 ? kGridStrong : kGrid);
     const double label =
         std::clamp(y + axis.size * kCapHeight / 2, area.y + axis.size * kCapHeight, area.bottom());
@@ -125,8 +123,8 @@ void draw_equaliser_plot(Canvas& canvas, const Layout& layout, const Setup& setu
     canvas.text({area.x - 0.55 * em, label}, gain == 0 ? "0" : (gain > 0 ? "+" : "\u2212") + number,
                 gains);
   }
-  for (double level = 0; level >= EqPlot::kSpectrumLow; level -= 24) {
-    const double y = plot.spectrum_y(level);
+  for (int line = 0; line >= static_cast<int>(EqPlot::kSpectrumLow) / 24; --line) {
+    const double level = 24.0 * line, y = plot.spectrum_y(level);
     const double label =
         std::clamp(y + axis.size * kCapHeight / 2, area.y + axis.size * kCapHeight, area.bottom());
     canvas.text({area.right() + 0.5 * em, label},

@@ -13,8 +13,8 @@ void draw_history_plot(Canvas& canvas, const Layout& layout, const Setup& setup)
   canvas.fill_rounded(area.inset(-1, -1), 3, kPlot);
   const Type beside = axis_type(layout, Align::kRight), below = axis_type(layout, Align::kCentre);
   const double step = area.height > 7.5 * em ? 12 : area.height > 4.5 * em ? 20 : 30;
-  for (double level = 0; level >= HistoryPlot::kLow; level -= step) {
-    const double y = plot.y(level);
+  for (int line = 0; line * step >= HistoryPlot::kLow; --line) {
+    const double level = line * step, y = plot.y(level);
     if (level < 0 && level > HistoryPlot::kLow) canvas.horizontal(area.x, area.right(), y, kGrid);
     canvas.text({area.x - 0.55 * em, std::clamp(y + below.size * kCapHeight / 2,
                                                 area.y + below.size * kCapHeight, area.bottom())},

@@ -124,8 +124,8 @@ void draw_levels_plot(Canvas& canvas, const Layout& layout, const Setup& setup) 
   canvas.fill_rounded(area.inset(-1, -1), 3, kPlot);
   const double step = area.height / (plot.high - plot.low) * 12 < 1.25 * em ? 24 : 12;
   const Type below = axis_type(layout, Align::kCentre), beside = axis_type(layout, Align::kRight);
-  for (double level = 0; level >= plot.low; level -= step) {
-    const double x = plot.x(level), y = plot.y(level);
+  for (int n = 0; n * step >= plot.low; --n) {
+    const double level = n * step, x = plot.x(level), y = plot.y(level);
     const std::string name = level == 0 ? "0" : fmt::format("\u2212{:g}", -level);
     if (level > plot.low) {
       canvas.vertical(x, area.y, area.bottom(), level == 0 ? kGridStrong : kGrid);

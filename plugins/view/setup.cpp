@@ -75,7 +75,7 @@ Setup setup_of(const channelstrip_settings* settings, std::uint32_t format, doub
   if (setup.is_on(all.key_filter.on)) setup.key_filter = response(CHANNELSTRIP_EQ_KEY_FILTER);
 
   constexpr double kLowest = -144, kHighest = 24, kStep = 0.5;
-  for (double level = kLowest; level <= kHighest; level += kStep) setup.levels.push_back(level);
+  for (int i = 0; kLowest + i * kStep <= kHighest; ++i) setup.levels.push_back(kLowest + i * kStep);
   const auto count = static_cast<std::uint32_t>(setup.levels.size());
   setup.compressor.resize(count);
   setup.expander_open.resize(count);

@@ -30,7 +30,9 @@ void draw_reduction(Canvas& canvas, const Rect& track, double reduction, Colour 
     canvas.fill(bar, colour);
     return;
   }
-  for (double y = bar.y; y < bar.bottom(); y += 2) canvas.fill({bar.x, y, bar.width, 1}, colour);
+  for (int line = 0; 2 * line < bar.height; ++line) {
+    canvas.fill({bar.x, bar.y + 2 * line, bar.width, 1}, colour);
+  }
 }
 
 }  // namespace

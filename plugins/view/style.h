@@ -37,7 +37,7 @@ inline double baseline_of(const Rect& box, double type_size) {
 
 // "0.0", "−12.3", with a typographic minus.
 inline std::string decibels_text(double decibels, bool has_sign = false) {
-  const std::string digits = fmt::format("{:.1f}", std::abs(decibels));
+  std::string digits = fmt::format("{:.1f}", std::abs(decibels));
   if (digits == "0.0") return digits;
   return (decibels < 0 ? "\u2212" : has_sign ? "+" : "") + digits;
 }
