@@ -4,7 +4,6 @@
 
 #include <lv2/atom/atom.h>
 #include <lv2/core/lv2.h>
-#include <lv2/core/lv2_util.h>
 #include <lv2/instance-access/instance-access.h>
 #include <lv2/options/options.h>
 #include <lv2/parameters/parameters.h>
@@ -41,10 +40,18 @@ std::uint32_t format_of(const char* uri) {
   throw std::invalid_argument("no such plugin");
 }
 
-std::uint32_t channels_of(std::uint32_t format) {
+std::uint32_t channel_count(std::uint32_t format) {
   channelstrip_format info{};
   channelstrip_format_info(format, &info, sizeof info);
   return info.channels;
+}
+
+// What a host gives with a feature; null where it doesn't offer it.
+void* feature(const LV2_Feature* const* features, std::string_view uri) {
+  for (; features && *features; ++features) {
+    if ((*features)->URI == uri) return (*features)->data;
+  }
+  return nullptr;
 }
 
 // A float among the host's options.
@@ -67,10 +74,10 @@ class Ui {
   Ui(const char* plugin, LV2UI_Write_Function write, LV2UI_Controller controller,
      const LV2_Feature* const* features)
       : format_(format_of(plugin)),
-        ports_(channels_of(format_)),
+        ports_(channel_count(format_)),
         write_(write),
         controller_(controller),
-        touch_(static_cast<const LV2UI_Touch*>(lv2_features_data(features, LV2_UI__touch))) {
+        touch_(static_cast<const LV2UI_Touch*>(feature(features, LV2_UI__touch))) {
     const auto& all = view::parameters().all;
     for (std::uint32_t i = 0; i < kPortParameterCount; ++i) {
       const std::size_t index = view::parameters().index_of(port_parameters()[i].symbol);
@@ -81,13 +88,12 @@ class Ui {
       port_of_[parameters_[i]] = ports_.first_parameter() + i;
     }
 
-    const auto* map = static_cast<const LV2_URID_Map*>(lv2_features_data(features, LV2_URID__map));
+    const auto* map = static_cast<const LV2_URID_Map*>(feature(features, LV2_URID__map));
     const auto* options =
-        static_cast<const LV2_Options_Option*>(lv2_features_data(features, LV2_OPTIONS__options));
-    auto* const instance =
-        static_cast<Instance*>(lv2_features_data(features, LV2_INSTANCE_ACCESS_URI));
+        static_cast<const LV2_Options_Option*>(feature(features, LV2_OPTIONS__options));
+    auto* const instance = static_cast<Instance*>(feature(features, LV2_INSTANCE_ACCESS_URI));
     const window::WindowOptions wanted{
-        .parent = reinterpret_cast<std::uintptr_t>(lv2_features_data(features, LV2_UI__parent)),
+        .parent = reinterpret_cast<std::uintptr_t>(feature(features, LV2_UI__parent)),
         .scale = option(options, map, LV2_UI__scaleFactor).value_or(0),
         .format = format_,
         .sample_rate = instance ? instance->sample_rate()
@@ -102,8 +108,7 @@ class Ui {
     window_.reset(table().open(&wanted));
     if (!window_) throw std::runtime_error("no window");
     table().show(window_.get(), true);
-    const auto* resize =
-        static_cast<const LV2UI_Resize*>(lv2_features_data(features, LV2_UI__resize));
+    const auto* resize = static_cast<const LV2UI_Resize*>(feature(features, LV2_UI__resize));
     if (resize) {
       std::uint32_t width = 0, height = 0;
       table().size(window_.get(), &width, &height);

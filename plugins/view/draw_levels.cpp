@@ -90,7 +90,7 @@ std::vector<Flag> flags_of(const Layout& layout, const Setup& setup) {
 }
 
 // What the lines below, the history's, are.
-void draw_legend(Canvas& canvas, const Layout& layout, const Setup& setup) {
+void draw_history_legend(Canvas& canvas, const Layout& layout, const Setup& setup) {
   const double em = layout.em, y = layout.title.centre().y;
   const Type type = axis_type(layout, Align::kRight);
   double right = layout.levels.area.right();
@@ -120,7 +120,7 @@ void draw_levels_plot(Canvas& canvas, const Layout& layout, const Setup& setup) 
   const Type title = title_type(layout, kText);
   const Rect line{layout.columns[0].x, layout.title.y, 10 * em, layout.title.height};
   canvas.text({line.x, baseline_of(line, title.size)}, "DYNAMICS", title);
-  draw_legend(canvas, layout, setup);
+  draw_history_legend(canvas, layout, setup);
   canvas.fill_rounded(area.inset(-1, -1), 3, kPlot);
   const double step = area.height / (plot.high - plot.low) * 12 < 1.25 * em ? 24 : 12;
   const Type below = axis_type(layout, Align::kCentre), beside = axis_type(layout, Align::kRight);

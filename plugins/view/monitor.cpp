@@ -99,7 +99,9 @@ void Monitor::follow_gate(const Setup& setup) {
 void Monitor::remember(double seconds) {
   constexpr double kStep = kHistorySeconds / (kHistoryMoments - 1);
   moment_age_ += std::min(seconds, kHistorySeconds);
-  for (; moment_age_ >= kStep; moment_age_ -= kStep) {
+  const double steps = std::floor(moment_age_ / kStep);
+  moment_age_ -= steps * kStep;
+  for (int n = 0; n < static_cast<int>(steps); ++n) {
     // Readings come every 1024 frames, which may be longer than a step.
     const bool is_between = !has_moment_ && no_news_ <= kStandstill && !live_.history.empty();
     live_.history.push_back(is_between ? Moment(live_.history.back()) : moment_);

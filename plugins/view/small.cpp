@@ -8,7 +8,7 @@
 namespace channelstrip::view {
 namespace {
 
-constexpr double kRange = 18, kFullReduction = 24;  // dB
+constexpr double kRange = 18, kWholeBar = 24;  // dB
 
 std::vector<Point> curve(const EqPlot& plot, const Setup& setup) {
   std::vector<Point> points(setup.sum.size());
@@ -23,7 +23,7 @@ std::vector<Point> curve(const EqPlot& plot, const Setup& setup) {
 void draw_reduction(Canvas& canvas, const Rect& track, double reduction, Colour colour,
                     bool is_hatched) {
   canvas.fill(track, kField);
-  const double share = std::clamp(reduction / kFullReduction, 0.0, 1.0);
+  const double share = std::clamp(reduction / kWholeBar, 0.0, 1.0);
   Rect bar = track;
   bar.height = std::round(share * track.height);
   if (!is_hatched) {
