@@ -5,6 +5,7 @@
 #include <cairo.h>
 
 #include <algorithm>
+#include <cmath>
 #include <exception>
 #include <memory>
 #include <vector>
@@ -27,8 +28,9 @@ class Drawing {
   bool draw(const SmallView::Model& model, std::uint32_t width, std::uint32_t height,
             SmallView::Pixels& pixels) {
     constexpr std::uint32_t kLeast = 8, kMost = 4096;
-    const auto high = std::min(height, static_cast<std::uint32_t>(kAspect * width + 0.5));
-    if (width < kLeast || high < kLeast || width > kMost || high > kMost) return false;
+    if (width < kLeast || width > kMost) return false;
+    const auto high = std::min(height, static_cast<std::uint32_t>(std::lround(kAspect * width)));
+    if (high < kLeast) return false;
     update(model);
     const int w = static_cast<int>(width), h = static_cast<int>(high);
     if (!surface_ || cairo_image_surface_get_width(surface_.get()) != w ||

@@ -11,6 +11,7 @@
 #include <lv2/urid/urid.h>
 
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstring>
 #include <exception>
@@ -117,7 +118,7 @@ class Ui {
   }
 
   LV2UI_Widget widget() const {
-    return reinterpret_cast<LV2UI_Widget>(static_cast<std::uintptr_t>(table().id(window_.get())));
+    return std::bit_cast<LV2UI_Widget>(static_cast<std::uintptr_t>(table().id(window_.get())));
   }
   int idle() {
     if (has_peaks_) table().set_meters(window_.get(), &peaks_);
