@@ -92,6 +92,12 @@ Request read_arguments(std::span<char*> arguments) {
       throw std::runtime_error(fmt::format("no option {}", name));
     }
   }
+  const double width = request.size.width * request.scale;
+  const double height = request.size.height * request.scale;
+  constexpr double kMost = 8192;
+  if (!(width >= 1 && width <= kMost && height >= 1 && height <= kMost)) {
+    throw std::runtime_error("a picture has 1 to 8192 pixels in width and height");
+  }
   if (files.size() != 3) throw std::runtime_error("usage: view_picture PRESET SOUND PICTURE.png");
   request.preset = files[0];
   request.sound = files[1];
