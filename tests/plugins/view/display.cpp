@@ -34,11 +34,11 @@ Display::Display() {
     _exit(127);
   }
   close(numbers[1]);
-  std::string number(16, '\0');
-  const ssize_t length = read(numbers[0], number.data(), number.size());
+  // The number comes with a newline, in one piece or several.
+  std::string number;
+  for (char c = 0; read(numbers[0], &c, 1) == 1 && c != '\n';) number += c;
   close(numbers[0]);
-  if (length <= 1) throw std::runtime_error("Xvfb doesn't run: Debian's package xvfb");
-  number.resize(static_cast<std::size_t>(length) - 1);
+  if (number.empty()) throw std::runtime_error("Xvfb doesn't run: Debian's package xvfb");
   setenv("DISPLAY", (":" + number).c_str(), 1);
   display_ = XOpenDisplay(nullptr);
   if (!display_) throw std::runtime_error("no display");
