@@ -80,6 +80,7 @@ This package has the LV2 bundle, the CLAP plugin and the LV2 bundle as
 GStreamer reads it.]]
   ChannelStrip_plugins)
 set(CPACK_DEBIAN_CHANNELSTRIP-PLUGINS_PACKAGE_PROVIDES lv2-plugin)
+set(CPACK_DEBIAN_CHANNELSTRIP-PLUGINS_PACKAGE_RECOMMENDS fonts-inter) # the window's; else DejaVu
 
 foreach(package LIBCHANNELSTRIP0 CHANNELSTRIP CHANNELSTRIP-PLUGINS)
   set(CPACK_DEBIAN_${package}_PACKAGE_SHLIBDEPS ON)
