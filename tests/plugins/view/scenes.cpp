@@ -5,6 +5,8 @@
 #include <random>
 #include <stdexcept>
 
+#include "plugins/view/layout.h"
+
 namespace channelstrip::view_test {
 namespace {
 
