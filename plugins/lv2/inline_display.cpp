@@ -41,7 +41,7 @@ ImageSurface* SmallPicture::draw(std::uint32_t width, std::uint32_t height) {
     if (!path_.empty()) view_ = loaded_view(path_);
     if (view_) drawing_ = view_->make();
   }
-  if (!drawing_) return nullptr;
+  if (!view_ || !drawing_) return nullptr;
   std::vector<double> values(channelstrip_parameter_count());
   for (std::uint32_t i = 0, port = 0; i < values.size(); ++i) {
     channelstrip_parameter p{};
