@@ -25,7 +25,7 @@ struct GainQuad {
   Rows<V, Stride, Widest, 2 * kQuad> terms;
   V makeup;
 
-  // W: of sample k, or with the lanes for it of the samples behind it as well.
+  // The numbers of sample k; a W wider than its row holds those of the next samples, too.
   template <typename W = V>
   CHANNELSTRIP_INLINE W comp(int k) const {
     return terms.template row<W>(k);

@@ -90,10 +90,11 @@ class ReadoutLanes {
   static constexpr int32_t kNever = INT32_MAX;
   // With one group or two, a single load takes all four samples of the quad.
   static constexpr bool kWhole = Layout::kStrips == 1 && Layout::kGroups <= 2;
-  static constexpr int kNumbers = kWhole ? kQuad * Layout::kGroups : 1;  // of a strip, in a load
+  static constexpr int kNumbers =
+      kWhole ? kQuad * Layout::kGroups : 1;  // that a load takes of a strip
   static constexpr int kRows = kWhole ? 1 : kQuad;
   using V = Lanes<(kWhole ? kNumbers : kWidth<Group>)>;
-  static constexpr int kNextSample = kWhole ? Layout::kGroups : kWidth<V>;  // lanes from one on
+  static constexpr int kNextSample = kWhole ? Layout::kGroups : kWidth<V>;  // in lanes
 
   CHANNELSTRIP_INLINE static int group_of(int lane) {
     return kWhole ? lane % Layout::kGroups : lane;

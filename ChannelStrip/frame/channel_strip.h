@@ -61,8 +61,8 @@ void process_instance(const SChannelStrip_Alg_Context* context) {
   }
 }
 
-// The largest count that is processed in lanes, so that sample numbers, those of a few quads past
-// the end and of two link groups in a row included, stay far from overflow.
+// The largest count that is processed in lanes: numbers of samples, which go a few quads past the
+// end and count every sample twice where there are two link groups, stay far from overflow.
 constexpr uint32_t kMostInLanes = 1 << 29;
 
 // Whether instances can be processed side by side in lanes: with equal counts and band ranges, and
