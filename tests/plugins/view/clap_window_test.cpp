@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <filesystem>
 #include <map>
@@ -31,6 +32,7 @@ class ClapWindow : public testing::Test {
     plugin.select(format_of("Stereo"));
     plugin.activate();
     open();
+    settle();
   }
   ~ClapWindow() override {
     close();
@@ -48,7 +50,6 @@ class ClapWindow : public testing::Test {
     ASSERT_TRUE(gui().show(plugin.plugin()));
     child = display().child_of(parent);
     ASSERT_NE(child, 0U);
-    settle();
   }
   void close() {
     if (parent == 0) return;
@@ -217,6 +218,7 @@ TEST_F(ClapWindow, SurvivesTheEndOfItsParent) {
   gui().destroy(plugin.plugin());
   parent = 0;
   open();
+  settle();
 }
 
 TEST_F(ClapWindow, LeavesNothingBehind) {
@@ -227,9 +229,32 @@ TEST_F(ClapWindow, LeavesNothingBehind) {
   const auto before = open_files();
   for (int i = 0; i < 20; ++i) {
     open();
+    settle();
     close();
   }
   EXPECT_EQ(open_files(), before);
+}
+
+// For ThreadSanitizer above all.
+TEST_F(ClapWindow, OpensDrawsAndEditsWhileAnotherThreadPlays) {
+  const view::Point mix = centre("mix");
+  std::atomic<bool> is_over{false};
+  std::thread player([&] {
+    while (!is_over) run(64);
+  });
+  for (int i = 0; i < 4; ++i) {
+    for (int turn = 0; turn < 5; ++turn) {
+      display().press(child, mix.x, mix.y, 5);
+      plugin.tick();
+    }
+    close();
+    open();
+  }
+  is_over = true;
+  player.join();
+  settle();
+  EXPECT_EQ(plugin.value("mix"), 80);
+  EXPECT_EQ(told[id_of("mix")], 80);
 }
 
 TEST(ClapWindows, OfTwoInstancesAreApart) {

@@ -6,10 +6,12 @@
 #include <lv2/options/options.h>
 #include <lv2/ui/ui.h>
 
+#include <atomic>
 #include <cmath>
 #include <filesystem>
 #include <map>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "../lv2_host.h"
@@ -134,7 +136,7 @@ class Lv2Window : public testing::TestWithParam<bool> {
  protected:
   Lv2Window() { plugin.activate(); }
 
-  Lv2Instance plugin{binary(), format_of("Stereo"), kRate};
+  Lv2Instance plugin{binary(), format_of("Stereo"), kRate, Offers::kMapAndDisplay};
 };
 
 TEST_P(Lv2Window, WritesWhatIsChangedToPorts) {
@@ -199,6 +201,27 @@ TEST_P(Lv2Window, LeavesNothingBehind) {
   const auto before = open_files();
   for (int i = 0; i < 10; ++i) const Window window(&plugin, GetParam());
   EXPECT_EQ(open_files(), before);
+}
+
+// For ThreadSanitizer above all: the host draws the small picture beside the window.
+TEST_P(Lv2Window, OpensAndDrawsWhileAnotherThreadPlays) {
+  std::vector<float> audio(128, 0.3f);
+  std::atomic<bool> is_over{false};
+  std::atomic<int> calls{0};
+  std::thread player([&] {
+    for (; !is_over; ++calls) {
+      plugin.run({audio.data(), audio.data() + 64}, nullptr, {audio.data(), audio.data() + 64}, 64);
+    }
+  });
+  for (int i = 0; i < 4; ++i) {
+    Window window(&plugin, GetParam());
+    window.click(centre("compressor_on"));
+    EXPECT_EQ(window.written[port_of("compressor_on")], 1);
+    EXPECT_TRUE(plugin.render(200, 100));
+  }
+  is_over = true;
+  player.join();
+  EXPECT_GT(calls, 4);
 }
 
 INSTANTIATE_TEST_SUITE_P(Access, Lv2Window, testing::Bool(), [](const auto& how) {
