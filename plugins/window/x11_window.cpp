@@ -212,8 +212,13 @@ bool X11Window::dispatch(Events& events) {
     XNextEvent(s.display, &event);
     switch (event.type) {
       case MotionNotify:
-        // Only the last of those that wait.
-        while (XCheckTypedWindowEvent(s.display, s.window, MotionNotify, &event)) {
+        // Only the last of those that follow each other: what comes behind a press or a release
+        // must stay behind it.
+        while (XPending(s.display) > 0) {
+          XEvent next;
+          XPeekEvent(s.display, &next);
+          if (next.type != MotionNotify) break;
+          XNextEvent(s.display, &event);
         }
         events.moved({static_cast<double>(event.xmotion.x), static_cast<double>(event.xmotion.y)},
                      modifiers_of(event.xmotion.state));

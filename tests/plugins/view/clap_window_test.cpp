@@ -128,6 +128,20 @@ TEST_F(ClapWindow, TellsTheHostAndTheStripOfADraggedHandle) {
   EXPECT_EQ(plugin.value("eq3_gain"), 0);
 }
 
+// All of it comes between two pictures.
+TEST_F(ClapWindow, LeavesAHandleWhereItWasLetGo) {
+  const view::Layout before = layout();
+  const view::Point from = before.handles[2], to{before.eq.x(2000), before.eq.y(6)};
+  display().press(child, from.x, from.y);
+  display().move(child, to.x, from.y);
+  display().move(child, to.x, to.y);
+  display().release(child, to.x, to.y);
+  display().move(child, before.eq.x(200), before.eq.y(-9));
+  settle();
+  EXPECT_NEAR(plugin.value("eq3_frequency"), 2000, 20);
+  EXPECT_NEAR(plugin.value("eq3_gain"), 6, 0.2);
+}
+
 TEST_F(ClapWindow, TakesTypedValuesWheelAndSwitches) {
   click(centre("compressor_on"));
   EXPECT_EQ(plugin.value("compressor_on"), 1);
