@@ -1,95 +1,22 @@
-#include "x11_window.h"
-
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/Xresource.h>
-#include <X11/Xutil.h>
-#include <X11/keysym.h>
 #include <cairo-xlib.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <optional>
 #include <stdexcept>
+
+#include "x11_state.h"
 
 namespace channelstrip::window {
 namespace {
 
 constexpr long kEvents = ExposureMask | StructureNotifyMask | PointerMotionMask | ButtonPressMask |
                          ButtonReleaseMask | KeyPressMask | LeaveWindowMask;
-constexpr Time kDoubleClick = 400;  // ms
-constexpr double kNear = 5;         // pixels between the presses of a double click
-
-// While this lives, errors of the display end nothing: a host may destroy the parent at any time.
-class ErrorGuard {
- public:
-  explicit ErrorGuard(Display* display) : display_(display) {
-    earlier_ = XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
-  }
-  ErrorGuard(const ErrorGuard&) = delete;
-  ErrorGuard& operator=(const ErrorGuard&) = delete;
-  ~ErrorGuard() {
-    XSync(display_, False);
-    XSetErrorHandler(earlier_);
-  }
-
- private:
-  Display* display_;
-  XErrorHandler earlier_;
-};
-
-Modifiers modifiers_of(unsigned int state) {
-  return {.shift = (state & ShiftMask) != 0, .control = (state & ControlMask) != 0};
-}
-
-std::optional<Key> key_of(KeySym symbol) {
-  switch (symbol) {
-    case XK_Tab:
-    case XK_ISO_Left_Tab:
-      return Key::kTab;
-    case XK_Return:
-    case XK_KP_Enter:
-      return Key::kEnter;
-    case XK_Escape:
-      return Key::kEscape;
-    case XK_Up:
-    case XK_KP_Up:
-      return Key::kUp;
-    case XK_Down:
-    case XK_KP_Down:
-      return Key::kDown;
-    case XK_Left:
-    case XK_KP_Left:
-      return Key::kLeft;
-    case XK_Right:
-    case XK_KP_Right:
-      return Key::kRight;
-    case XK_BackSpace:
-      return Key::kBackspace;
-    case XK_Delete:
-    case XK_KP_Delete:
-      return Key::kDelete;
-    case XK_space:
-      return Key::kSpace;
-    default:
-      return std::nullopt;
-  }
-}
 
 }  // namespace
-
-struct X11Window::State {
-  Display* display = nullptr;
-  ::Window window = 0;
-  cairo_surface_t* surface = nullptr;
-  bool is_gone = false;
-  Time pressed_at = 0;
-  view::Point pressed_where;
-
-  void press(const XButtonEvent& event, Events& events);
-  void key(XKeyEvent& event, Events& events);
-};
 
 X11Window::X11Window(std::uint64_t parent, int width, int height)
     : state_(std::make_unique<State>()) {
@@ -169,91 +96,6 @@ void X11Window::resize(int width, int height) {
   const ErrorGuard guard(state_->display);
   XResizeWindow(state_->display, state_->window, static_cast<unsigned>(width),
                 static_cast<unsigned>(height));
-}
-
-void X11Window::State::press(const XButtonEvent& event, Events& events) {
-  const view::Point point{static_cast<double>(event.x), static_cast<double>(event.y)};
-  const double time = static_cast<double>(event.time) / 1000;
-  const Modifiers modifiers = modifiers_of(event.state);
-  if (event.button == Button4 || event.button == Button5) {
-    events.turned(point, event.button == Button4 ? 1 : -1, modifiers, time);
-    return;
-  }
-  if (event.button != Button1) return;
-  XSetInputFocus(display, window, RevertToParent, event.time);
-  const bool is_second = pressed_at != 0 && event.time - pressed_at < kDoubleClick &&
-                         std::hypot(point.x - pressed_where.x, point.y - pressed_where.y) < kNear;
-  pressed_at = is_second ? 0 : event.time;
-  pressed_where = point;
-  events.pressed(point, is_second ? 2 : 1, modifiers);
-}
-
-void X11Window::State::key(XKeyEvent& event, Events& events) {
-  char text[16] = "";
-  KeySym symbol = NoSymbol;
-  const int length = XLookupString(&event, text, sizeof text, &symbol, nullptr);
-  const Modifiers modifiers = modifiers_of(event.state);
-  if (const auto key = key_of(symbol)) {
-    events.key_pressed(*key, modifiers, static_cast<double>(event.time) / 1000);
-  } else if (modifiers.control && symbol >= XK_A && symbol <= XK_z) {
-    const char letter = static_cast<char>(symbol);
-    events.typed({&letter, 1}, modifiers);
-  } else if (length == 1 && text[0] >= 0x20 && text[0] < 0x7f) {
-    events.typed({text, 1}, modifiers);
-  }
-}
-
-bool X11Window::dispatch(Events& events) {
-  State& s = *state_;
-  if (s.is_gone) return false;
-  const ErrorGuard guard(s.display);
-  while (XPending(s.display) > 0) {
-    XEvent event;
-    XNextEvent(s.display, &event);
-    switch (event.type) {
-      case MotionNotify:
-        // Only the last of those that follow each other: what comes behind a press or a release
-        // must stay behind it.
-        while (XPending(s.display) > 0) {
-          XEvent next;
-          XPeekEvent(s.display, &next);
-          if (next.type != MotionNotify) break;
-          XNextEvent(s.display, &event);
-        }
-        events.moved({static_cast<double>(event.xmotion.x), static_cast<double>(event.xmotion.y)},
-                     modifiers_of(event.xmotion.state));
-        break;
-      case LeaveNotify:
-        events.left();
-        break;
-      case ButtonPress:
-        s.press(event.xbutton, events);
-        break;
-      case ButtonRelease:
-        if (event.xbutton.button == Button1) {
-          events.released(
-              {static_cast<double>(event.xbutton.x), static_cast<double>(event.xbutton.y)},
-              modifiers_of(event.xbutton.state));
-        }
-        break;
-      case KeyPress:
-        s.key(event.xkey, events);
-        break;
-      case ConfigureNotify:
-        cairo_xlib_surface_set_size(s.surface, event.xconfigure.width, event.xconfigure.height);
-        events.resized(event.xconfigure.width, event.xconfigure.height);
-        break;
-      case Expose:
-        if (event.xexpose.count == 0) events.exposed();
-        break;
-      case DestroyNotify:
-        s.is_gone = true;
-        return false;
-      default:
-        break;
-    }
-  }
-  return true;
 }
 
 void X11Window::present(cairo_surface_t* picture) {
