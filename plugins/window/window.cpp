@@ -58,6 +58,7 @@ void Window::resize(int width, int height) {
 
 void Window::set_scale(double scale) {
   scale_ = scale > 0 ? std::clamp(scale, 0.5, 4.0) : x11_.desktop_scale();
+  x11_.set_least_size(least_width(), least_height());
   resize(pixels(view::kUsualSize.width), pixels(view::kUsualSize.height));
 }
 

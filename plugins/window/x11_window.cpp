@@ -1,6 +1,7 @@
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/Xresource.h>
+#include <X11/Xutil.h>
 #include <cairo-xlib.h>
 
 #include <algorithm>
@@ -96,6 +97,16 @@ void X11Window::resize(int width, int height) {
   const ErrorGuard guard(state_->display);
   XResizeWindow(state_->display, state_->window, static_cast<unsigned>(width),
                 static_cast<unsigned>(height));
+}
+
+void X11Window::set_least_size(int width, int height) {
+  if (state_->is_gone) return;
+  const ErrorGuard guard(state_->display);
+  XSizeHints hints{};
+  hints.flags = PMinSize;
+  hints.min_width = width;
+  hints.min_height = height;
+  XSetWMNormalHints(state_->display, state_->window, &hints);
 }
 
 void X11Window::present(cairo_surface_t* picture) {

@@ -44,6 +44,8 @@ class X11Window {
   void set_parent(std::uint64_t parent);
   void show(bool is_shown);
   void resize(int width, int height);
+  // Tells hosts how small the window may become.
+  void set_least_size(int width, int height);
   // All events that have come; false once the window has been destroyed from outside.
   bool dispatch(Events& events);
   // Puts a picture into the window.

@@ -154,6 +154,14 @@ void Display::key(std::uint64_t window, const std::string& name, unsigned int st
   XSync(of(display_), False);
 }
 
+Extent Display::least_size(std::uint64_t window) {
+  XSizeHints hints{};
+  long supplied = 0;
+  if (!XGetWMNormalHints(of(display_), window, &hints, &supplied)) return {};
+  if (!(hints.flags & PMinSize)) return {};
+  return {hints.min_width, hints.min_height};
+}
+
 unsigned long Display::pixel(std::uint64_t window, int x, int y) {
   XImage* const image = XGetImage(of(display_), window, x, y, 1, 1, AllPlanes, ZPixmap);
   if (!image) throw std::runtime_error("no pixel");

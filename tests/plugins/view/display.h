@@ -7,6 +7,10 @@
 
 namespace channelstrip::view_test {
 
+struct Extent {
+  int width = 0, height = 0;
+};
+
 // Runs while this lives; $DISPLAY names it. Throws std::runtime_error without Xvfb.
 class Display {
  public:
@@ -26,6 +30,8 @@ class Display {
   void press(std::uint64_t window, double x, double y, unsigned int button = 1);
   void release(std::uint64_t window, double x, double y, unsigned int button = 1);
   void key(std::uint64_t window, const std::string& name, unsigned int state = 0);
+  // What a window tells of the least size that it can have (WM_NORMAL_HINTS); 0, 0 if nothing.
+  Extent least_size(std::uint64_t window);
   // The colour of a pixel as it is seen, 0xRRGGBB.
   unsigned long pixel(std::uint64_t window, int x, int y);
 

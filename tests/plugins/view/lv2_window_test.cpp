@@ -39,11 +39,10 @@ const LV2UI_Descriptor* ui() {
 // A window in a parent, as a host opens it.
 class Window {
  public:
-  Window(Lv2Instance* plugin, bool has_access) {
+  Window(Lv2Instance* plugin, bool has_access, float scale = 1) {
     parent = display().make_window(1200, 700);
     LV2_URID_Map map{nullptr,
                      [](LV2_URID_Map_Handle, const char* uri) { return Lv2Instance::urid(uri); }};
-    const float scale = 1;
     const LV2_Options_Option options[] = {
         {LV2_OPTIONS_INSTANCE, 0, Lv2Instance::urid(LV2_UI__scaleFactor), sizeof(float),
          Lv2Instance::urid("http://lv2plug.in/ns/ext/atom#Float"), &scale},
@@ -169,6 +168,17 @@ TEST_P(Lv2Window, TakesWhatTheHostNotifies) {
     window.notify(port, std::nanf(""));
   }
   window.settle();
+}
+
+// Hosts that embed by suil let their window be no smaller than this, or than it is at first.
+TEST_P(Lv2Window, TellsHowSmallItMayBe) {
+  for (const float scale : {1.0f, 1.5f}) {
+    const Window window(&plugin, GetParam(), scale);
+    ASSERT_TRUE(window.handle);
+    const view_test::Extent least = display().least_size(window.child);
+    EXPECT_EQ(least.width, std::lround(scale * 700));
+    EXPECT_EQ(least.height, std::lround(scale * 420));
+  }
 }
 
 TEST_P(Lv2Window, StandsBesideARunningPlugin) {
