@@ -15,6 +15,19 @@ namespace {
 
 constexpr Time kDoubleClick = 400;  // ms
 constexpr double kNear = 5;         // pixels between the presses of a double click
+constexpr int kClaims = 10;         // of some 30 ms each
+
+// The window on the screen that a window is in.
+::Window outermost(Display* display, ::Window window) {
+  for (;;) {
+    ::Window root = 0, parent = 0, *children = nullptr;
+    unsigned int count = 0;
+    if (!XQueryTree(display, window, &root, &parent, &children, &count)) return window;
+    if (children) XFree(children);
+    if (parent == None || parent == root) return window;
+    window = parent;
+  }
+}
 
 Modifiers modifiers_of(unsigned int state) {
   return {.shift = (state & ShiftMask) != 0, .control = (state & ControlMask) != 0};
@@ -56,6 +69,22 @@ std::optional<Key> key_of(KeySym symbol) {
 
 }  // namespace
 
+// A press makes the window manager activate the host's window, and the host, told of that, takes
+// the focus, at any time after the press. So it is fetched back for as long as that may take;
+// later, a host that takes it means it. Nothing is taken from other windows on the screen.
+void X11Window::State::keep_focus() {
+  if (claims == 0) return;
+  --claims;
+  ::Window focused = 0;
+  int revert = 0;
+  XGetInputFocus(display, &focused, &revert);
+  if (focused == window) return;
+  const bool is_nowhere =
+      focused == None || focused == PointerRoot || focused == DefaultRootWindow(display);
+  if (!is_nowhere && outermost(display, focused) != outermost(display, window)) return;
+  XSetInputFocus(display, window, RevertToParent, CurrentTime);
+}
+
 void X11Window::State::press(const XButtonEvent& event, Events& events) {
   const view::Point point{static_cast<double>(event.x), static_cast<double>(event.y)};
   const double time = static_cast<double>(event.time) / 1000;
@@ -65,7 +94,7 @@ void X11Window::State::press(const XButtonEvent& event, Events& events) {
     return;
   }
   if (event.button != Button1) return;
-  XSetInputFocus(display, window, RevertToParent, event.time);
+  claims = kClaims;
   const bool is_second = pressed_at != 0 && event.time - pressed_at < kDoubleClick &&
                          std::hypot(point.x - pressed_where.x, point.y - pressed_where.y) < kNear;
   pressed_at = is_second ? 0 : event.time;
@@ -138,6 +167,7 @@ bool X11Window::dispatch(Events& events) {
         break;
     }
   }
+  s.keep_focus();
   return true;
 }
 

@@ -34,7 +34,9 @@ struct X11Window::State {
   bool is_gone = false;
   Time pressed_at = 0;
   view::Point pressed_where;
+  int claims = 0;  // how many times more the focus is fetched back
 
+  void keep_focus();
   void press(const XButtonEvent& event, Events& events);
   void key(XKeyEvent& event, Events& events);
 };

@@ -154,6 +154,18 @@ void Display::key(std::uint64_t window, const std::string& name, unsigned int st
   XSync(of(display_), False);
 }
 
+void Display::focus(std::uint64_t window) {
+  XSetInputFocus(of(display_), window, RevertToParent, CurrentTime);
+  XSync(of(display_), False);
+}
+
+std::uint64_t Display::focused() {
+  ::Window window = 0;
+  int revert = 0;
+  XGetInputFocus(of(display_), &window, &revert);
+  return window;
+}
+
 Extent Display::least_size(std::uint64_t window) {
   XSizeHints hints{};
   long supplied = 0;

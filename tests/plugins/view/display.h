@@ -30,6 +30,9 @@ class Display {
   void press(std::uint64_t window, double x, double y, unsigned int button = 1);
   void release(std::uint64_t window, double x, double y, unsigned int button = 1);
   void key(std::uint64_t window, const std::string& name, unsigned int state = 0);
+  // The keyboard's focus.
+  void focus(std::uint64_t window);
+  std::uint64_t focused();
   // What a window tells of the least size that it can have (WM_NORMAL_HINTS); 0, 0 if nothing.
   Extent least_size(std::uint64_t window);
   // The colour of a pixel as it is seen, 0xRRGGBB.

@@ -181,6 +181,35 @@ TEST_P(Lv2Window, TellsHowSmallItMayBe) {
   }
 }
 
+// A click brings the host's window to the front, and the host takes the focus in answer to that.
+TEST_P(Lv2Window, HasTheFocusAfterAClickThoughItsHostTakesIt) {
+  Window window(&plugin, GetParam());
+  ASSERT_TRUE(window.handle);
+  const view::Point value = centre("gain_out");
+  display().press(window.child, value.x, value.y);
+  window.settle();
+  EXPECT_EQ(display().focused(), window.child);
+  display().focus(window.parent);
+  window.settle();
+  EXPECT_EQ(display().focused(), window.child);
+  for (int i = 0; i < 10; ++i) window.idle();
+  display().focus(window.parent);
+  window.settle();
+  EXPECT_EQ(display().focused(), window.parent) << "that is what the user wants";
+}
+
+TEST_P(Lv2Window, LeavesTheFocusToOtherWindows) {
+  Window window(&plugin, GetParam());
+  ASSERT_TRUE(window.handle);
+  const std::uint64_t other = display().make_window(10, 10);
+  const view::Point value = centre("gain_out");
+  display().press(window.child, value.x, value.y);
+  display().focus(other);
+  window.settle();
+  EXPECT_EQ(display().focused(), other);
+  display().destroy_window(other);
+}
+
 TEST_P(Lv2Window, StandsBesideARunningPlugin) {
   Window window(&plugin, GetParam());
   ASSERT_TRUE(window.handle);
