@@ -1,9 +1,13 @@
 #include "golden.h"
 
+#include <cmath>
 #include <iterator>
+#include <sstream>
 
 namespace channelstrip::view_test {
 namespace {
+
+constexpr char kFolder[] = CHANNELSTRIP_SOURCE_DIR "/tests/plugins/view/golden/";
 
 Part part_of(const Golden& golden) {
   const int width = static_cast<int>(kSize.width), height = static_cast<int>(kSize.height);
@@ -27,7 +31,7 @@ std::string name_of(const Golden& golden) {
 }
 
 std::string path_of(const Golden& golden) {
-  return CHANNELSTRIP_SOURCE_DIR "/tests/plugins/view/golden/" + name_of(golden) + ".png";
+  return kFolder + name_of(golden) + ".png";
 }
 
 Image picture(const view::Model& model, const Part& part, double scale) {
@@ -37,6 +41,29 @@ Image picture(const view::Model& model, const Part& part, double scale) {
 
 Image picture(const Golden& golden) {
   return picture(scene(kScenes[golden.scene]).model, part_of(golden), golden.scale);
+}
+
+std::string points() {
+  const view::Layout layout = view::layout_of(
+      view::kUsualSize,
+      view::setup_of(preset("voice").get(), plugin_test::format_of("Stereo"), plugin_test::kRate));
+  std::ostringstream text;
+  const auto add = [&](const std::string& name, view::Point point) {
+    text << name << ' ' << std::lround(point.x) << ' ' << std::lround(point.y) << '\n';
+  };
+  add("window", {layout.size.width, layout.size.height});
+  add("title", layout.title.centre());
+  for (std::size_t b = 0; b < layout.handles.size(); ++b) {
+    add("handle" + std::to_string(b + 1), layout.handles[b]);
+  }
+  for (const view::Cell& cell : layout.cells) {
+    add(view::parameters().all[cell.parameter].symbol, cell.box.centre());
+  }
+  return text.str();
+}
+
+std::string path_of_points() {
+  return std::string(kFolder) + "points.txt";
 }
 
 }  // namespace channelstrip::view_test

@@ -1,4 +1,4 @@
-// The pictures that are kept: what they show and where they are.
+// What is kept: pictures, and where a hand finds things in a window.
 
 #pragma once
 
@@ -24,5 +24,10 @@ std::string path_of(const Golden& golden);
 Image picture(const Golden& golden);
 // A part of a model's picture.
 Image picture(const view::Model& model, const Part& part, double scale);
+
+// Where handles and values stand in a window of the usual size that shows the preset voice on a
+// Stereo strip, in whole pixels; script/check-hosts uses windows in other programs by it.
+std::string points();
+std::string path_of_points();
 
 }  // namespace channelstrip::view_test

@@ -1,5 +1,5 @@
-// Pictures as they were when somebody looked at them and found them good; write_golden_views writes
-// them anew.
+// Pictures and places as they were when somebody looked at them and found them good;
+// write_golden_views writes them anew.
 //
 // What may differ elsewhere: a coordinate's last bits, by the library's other roundings, move an
 // edge by far less than 1/255 of a pixel, so that its coverage rounds up or down, by 1, and what is
@@ -11,6 +11,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 
 #include "golden.h"
 
@@ -39,6 +41,12 @@ TEST_P(GoldenPicture, IsAsItWas) {
 
 INSTANTIATE_TEST_SUITE_P(Scenes, GoldenPicture, testing::ValuesIn(all_goldens()),
                          [](const auto& golden) { return name_of(golden.param); });
+
+TEST(GoldenPoints, AreWhereTheyWere) {
+  std::ifstream file(path_of_points());
+  const std::string golden{std::istreambuf_iterator<char>(file), {}};
+  EXPECT_EQ(points(), golden);
+}
 
 // Each of the parameters that a picture shows, one at a time.
 TEST(Picture, ChangesWithEveryParameter) {
