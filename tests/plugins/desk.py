@@ -21,12 +21,12 @@ class Desk:
 
     def __init__(self, name, folder, env):
         self.name, self.folder, self.running = name, folder, []
-        for tool in ("Xvfb", "openbox", "xdotool", "xwininfo", "import"):
+        for tool in ("Xvfb", "openbox", "xdotool", "xwininfo", "xprop", "import"):
             if not shutil.which(tool):
                 sys.exit(f"{name}: {tool} is missing: script/install-packages hosts")
         seen, told = os.pipe()
         display = self.start("Xvfb", "-displayfd", str(told), "-screen", "0", "2600x1300x24", "-nolisten", "tcp",
-                             env=env, pass_fds=[told])
+                             "-noreset", env=env, pass_fds=[told])
         os.close(told)
         with os.fdopen(seen) as numbers:
             number = numbers.readline().strip()
@@ -34,7 +34,9 @@ class Desk:
             sys.exit(f"{name}: Xvfb doesn't run: {self.said_by(display)}")
         self.env = env | {"DISPLAY": f":{number}", "NO_AT_BRIDGE": "1", "JACK_DEFAULT_SERVER": folder.name,
                           "JACK_NO_AUDIO_RESERVATION": "1"}
+        self.wait("display", lambda: self.quiet("xwininfo", "-root").returncode == 0)
         self.start("openbox")
+        self.wait("window manager", lambda: "window id" in self.quiet("xprop", "-root", "_NET_SUPPORTING_WM_CHECK").stdout)
 
     def __enter__(self):
         return self
