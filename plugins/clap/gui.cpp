@@ -79,6 +79,7 @@ bool Gui::create() {
                    }}};
   window_ = {table()->open(&options), Close{table()}};
   if (!window_) return false;
+  show_values();
   timers_ = static_cast<const clap_host_timer_support_t*>(
       host_->get_extension(host_, CLAP_EXT_TIMER_SUPPORT));
   if (!timers_ || !timers_->register_timer(host_, kPeriod, &timer_)) timers_ = nullptr;
@@ -126,28 +127,31 @@ bool Gui::show(bool is_shown) {
   return window_ != nullptr;
 }
 
-// What the host has changed, then the picture. While an edit is on its way, the values of the strip
-// are older than the window's.
+// What the host has changed, then the picture.
 void Gui::tick() {
   if (!window_) return;
   table()->set_stream(window_.get(), instance_.format(), instance_.sample_rate());
-  if (instance_.edits().are_taken()) {
-    const channelstrip_settings* const settings = instance_.settings();
-    for (std::uint32_t i = 0; i < channelstrip_parameter_count(); ++i) {
-      channelstrip_parameter p{};
-      double value = 0;
-      channelstrip_parameter_info(i, &p, sizeof p);
-      channelstrip_settings_get(settings, p.id, &value);
-      table()->set_value(window_.get(), i, value);
-    }
-  }
+  show_values();
   table()->idle(window_.get());
+}
+
+// While an edit is on its way, the values of the strip are older than the window's.
+void Gui::show_values() {
+  const channelstrip_settings* const settings =
+      instance_.edits().are_taken() ? instance_.settings() : nullptr;
+  for (std::uint32_t i = 0; i < values_.size(); ++i) {
+    channelstrip_parameter p{};
+    channelstrip_parameter_info(i, &p, sizeof p);
+    if (settings) channelstrip_settings_get(settings, p.id, &values_[i]);
+    table()->set_value(window_.get(), i, values_[i]);
+  }
 }
 
 void Gui::put(std::uint16_t type, std::uint32_t parameter, double value) {
   channelstrip_parameter p{};
   channelstrip_parameter_info(parameter, &p, sizeof p);
   if (!instance_.edits().put({type, p.id, value})) return;
+  if (type == CLAP_EVENT_PARAM_VALUE) values_[parameter] = value;
   const auto* host_parameters =
       static_cast<const clap_host_params_t*>(host_->get_extension(host_, CLAP_EXT_PARAMS));
   if (host_parameters && host_parameters->request_flush) host_parameters->request_flush(host_);

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "../window/table.h"
 
@@ -21,7 +22,8 @@ void set_binary_path(const char* path);
 
 class Gui {
  public:
-  Gui(Instance& instance, const clap_host_t* host) : instance_(instance), host_(host) {}
+  Gui(Instance& instance, const clap_host_t* host)
+      : instance_(instance), host_(host), values_(channelstrip_parameter_count()) {}
   Gui(const Gui&) = delete;
   Gui& operator=(const Gui&) = delete;
   ~Gui() { destroy(); }
@@ -43,12 +45,16 @@ class Gui {
     void operator()(void* window) const { table->close(window); }
   };
   void put(std::uint16_t type, std::uint32_t parameter, double value);
+  void show_values();
 
   Instance& instance_;
   const clap_host_t* host_;
   std::unique_ptr<void, Close> window_{nullptr, Close{nullptr}};
   const clap_host_timer_support_t* timers_ = nullptr;
   clap_id timer_ = CLAP_INVALID_ID;
+  // By parameter: the strip's, or what was put and is on its way there. Outlives the window, which
+  // may close and open again meanwhile.
+  std::vector<double> values_;
 };
 
 extern const clap_plugin_gui_t kGui;

@@ -166,6 +166,20 @@ TEST_F(ClapWindow, EditsAnInactivePlugin) {
   EXPECT_EQ(plugin.value("expander_on"), 1);
 }
 
+TEST_F(ClapWindow, OpensWithWhatIsStillOnItsWayToTheStrip) {
+  const view::Point mix = centre("mix");
+  for (int i = 0; i < 2; ++i) {
+    display().press(child, mix.x, mix.y, 5);
+    plugin.tick();
+    close();
+    open();
+  }
+  EXPECT_EQ(plugin.value("mix"), 100) << "no call has taken it";
+  settle();
+  EXPECT_EQ(plugin.value("mix"), 98);
+  EXPECT_EQ(told[id_of("mix")], 98);
+}
+
 // The accent at the end of a toggle that is on, the card's colour where it is off.
 TEST_F(ClapWindow, ShowsWhatTheHostChanges) {
   const view::Layout all = layout();
