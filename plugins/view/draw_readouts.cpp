@@ -18,7 +18,7 @@ const Cell& cell_of(const Layout& layout, std::size_t parameter) {
 void draw_track(Canvas& canvas, const Layout& layout, std::size_t column, double part,
                 bool from_left, Colour colour) {
   const Rect& whole = layout.columns[column];
-  const double height = std::max(2.0, std::round(0.2 * layout.em));
+  const double height = std::max(2.0, std::round(layout.pitch - 1.5 * layout.em));
   const Rect track{whole.x, whole.y + layout.pitch - height, whole.width, height};
   canvas.fill(track, kField);
   const double width = track.width * std::clamp(part, 0.0, 1.0);
