@@ -4,7 +4,6 @@
 
 #include <lv2/atom/atom.h>
 #include <lv2/core/lv2.h>
-#include <lv2/core/lv2_util.h>
 #include <lv2/instance-access/instance-access.h>
 #include <lv2/options/options.h>
 #include <lv2/parameters/parameters.h>
@@ -48,6 +47,14 @@ std::uint32_t channel_count(std::uint32_t format) {
   return info.channels;
 }
 
+// What a host gives with a feature; null where it doesn't offer it.
+void* feature(const LV2_Feature* const* features, std::string_view uri) {
+  for (; features && *features; ++features) {
+    if ((*features)->URI == uri) return (*features)->data;
+  }
+  return nullptr;
+}
+
 // A float among the host's options.
 std::optional<double> option(const LV2_Options_Option* options, const LV2_URID_Map* map,
                              const char* uri) {
@@ -71,7 +78,7 @@ class Ui {
         ports_(channel_count(format_)),
         write_(write),
         controller_(controller),
-        touch_(static_cast<const LV2UI_Touch*>(lv2_features_data(features, LV2_UI__touch))) {
+        touch_(static_cast<const LV2UI_Touch*>(feature(features, LV2_UI__touch))) {
     const auto& all = view::parameters().all;
     for (std::uint32_t i = 0; i < kPortParameterCount; ++i) {
       const std::size_t index = view::parameters().index_of(port_parameters()[i].symbol);
@@ -82,13 +89,12 @@ class Ui {
       port_of_[parameters_[i]] = ports_.first_parameter() + i;
     }
 
-    const auto* map = static_cast<const LV2_URID_Map*>(lv2_features_data(features, LV2_URID__map));
+    const auto* map = static_cast<const LV2_URID_Map*>(feature(features, LV2_URID__map));
     const auto* options =
-        static_cast<const LV2_Options_Option*>(lv2_features_data(features, LV2_OPTIONS__options));
-    auto* const instance =
-        static_cast<Instance*>(lv2_features_data(features, LV2_INSTANCE_ACCESS_URI));
+        static_cast<const LV2_Options_Option*>(feature(features, LV2_OPTIONS__options));
+    auto* const instance = static_cast<Instance*>(feature(features, LV2_INSTANCE_ACCESS_URI));
     const window::WindowOptions wanted{
-        .parent = reinterpret_cast<std::uintptr_t>(lv2_features_data(features, LV2_UI__parent)),
+        .parent = reinterpret_cast<std::uintptr_t>(feature(features, LV2_UI__parent)),
         .scale = option(options, map, LV2_UI__scaleFactor).value_or(0),
         .format = format_,
         .sample_rate = instance ? instance->sample_rate()
@@ -103,8 +109,7 @@ class Ui {
     window_.reset(table().open(&wanted));
     if (!window_) throw std::runtime_error("no window");
     table().show(window_.get(), true);
-    const auto* resize =
-        static_cast<const LV2UI_Resize*>(lv2_features_data(features, LV2_UI__resize));
+    const auto* resize = static_cast<const LV2UI_Resize*>(feature(features, LV2_UI__resize));
     if (resize) {
       std::uint32_t width = 0, height = 0;
       table().size(window_.get(), &width, &height);
