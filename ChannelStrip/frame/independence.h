@@ -5,88 +5,111 @@
 
 #include "../dynamics/dyn_records.h"
 #include "../eq/eq_records.h"
-#include "../lanes/moves.h"
+#include "../lanes/layout.h"
 #include "context.h"
 
 namespace channelstrip {
 
 // All pieces of memory in use, the written ones first. Addresses are counted in floats, modulo the
 // range of Word: pieces far apart may be taken to overlap, but no overlap is missed.
-template <typename Word, int Written, int All>
+template <typename Word, int Widest, int Written, int All>
 class Extents {
  public:
-  // All pieces are empty at first, and those that fill the last register remain so. Initialisers of
-  // such arrays may become calls of memset.
+  // Places behind the pieces, which fill the last register, hold pieces of no floats. Initialisers
+  // of such arrays may become calls of memset.
   Extents() {
-    for (int i = 0; i < kRounded; i += kWords) {
-      store(begin_ + i, Words{});
-      store(end_ + i, Words{});
-    }
+    for (int i = All; i < kRounded; ++i) last_[i] = size_[i] = 0;
   }
 
   template <typename T>
   void add(const T* first, int64_t count) {
     static_assert(sizeof(T) % 4 == 0);
-    begin_[size_] = static_cast<Word>(reinterpret_cast<uintptr_t>(first) / 4);
-    end_[size_] = begin_[size_] + static_cast<Word>(static_cast<int64_t>(sizeof(T) / 4) * count);
-    ++size_;
+    const auto begin = static_cast<Word>(reinterpret_cast<uintptr_t>(first) / 4);
+    const auto size = static_cast<Word>(static_cast<int64_t>(sizeof(T) / 4) * count);
+    if (added_ < Written) begin_[added_] = begin;
+    last_[added_] = begin + size - 1;
+    size_[added_] = size;
+    ++added_;
   }
 
-  // How many pairs of a written piece and another one overlap; two written ones count twice. Pieces
-  // overlap if each begins before the other ends, that is if both differences are negative.
-  Word overlaps() const {
-    Words found{};
-    for (int w = 0; w < Written; ++w) {
-      for (int i = 0; i < kRounded; i += kWords) {
-        const Words from_its_end = begin_[w] - load<Words>(end_ + i);
-        const Words from_our_end = load<Words>(begin_ + i) - end_[w];
-        found += (from_its_end & from_our_end) >> (8 * sizeof(Word) - 1);
+  // Whether none of `Count` written pieces from number `first` on, all of one size, overlaps a later
+  // piece. A register holds all of them: `first` is a multiple of Count, or less than a register.
+  template <int Count>
+  bool are_apart(int first) const {
+    if constexpr (Count > kWords) {
+      return are_apart<kWords>(first) && are_apart<Count - kWords>(first + kWords);
+    } else {
+      Words begin[Count];
+      for (int w = 0; w < Count; ++w) begin[w] = Words{} + begin_[first + w];
+      // Two pieces overlap if the first float of one is fewer floats before the last of the other
+      // than both have without that one. So the least such distance stands for all of one size.
+      Words apart = ~Words{};
+      const auto compare = [&](int i, auto left_out) {
+        const auto last = load<Words>(last_ + i);
+        Words least = ~Words{};
+        for (int w = 0; w < Count; ++w) {
+          const Words distance = (last - begin[w]) | left_out(w);
+          least = distance < least ? distance : least;
+        }
+        apart &= (Words)(least >= load<Words>(size_ + i) + (size_[first] - 1));
+      };
+      const int lane = first % kWords;
+      compare(first - lane, [=](int w) { return load<Words>(reinterpret_cast<const Word*>(kOnesAndZeros) + kWords - 1 - lane - w); });
+      for (int i = first - lane + kWords; i < kRounded; i += kWords) {
+        compare(i, [](int) { return Words{}; });
       }
+      return !any_bit(~apart);
     }
-    Word sum = 0;
-    for (int i = 0; i < kWords; ++i) sum += found[i];
-    return sum - Written;  // each overlaps itself
   }
 
  private:
-  typedef Word Words __attribute__((vector_size(4 * kLanes)));
+  typedef Word Words __attribute__((vector_size(4 * Widest)));
   static constexpr int kWords = static_cast<int>(sizeof(Words) / sizeof(Word));
   static constexpr int kRounded = (All + kWords - 1) / kWords * kWords;
+  // From number kWords - k on: ones in the first k lanes, zeros in the others.
+  static constexpr Words kOnesAndZeros[2] = {~Words{}, Words{}};
 
-  Word begin_[kRounded], end_[kRounded];
-  int size_ = 0;
+  Word begin_[Written], last_[kRounded], size_[kRounded];
+  int added_ = 0;
 };
 
 template <typename Word, int Channels, int Strips>
 bool are_independent_by(const SChannelStrip_Alg_Context* const* strips, int64_t samples) {
-  Extents<Word, Strips*(Channels + 4), Strips*(2 * Channels + 13)> extents;
-  Word in_place = 0;
+  using Strip = const SChannelStrip_Alg_Context&;
+  constexpr int kOutputs = Strips * Channels;
+  Extents<Word, Layout<Channels, 1, Strips>::kWidest, kOutputs + 4 * Strips,
+          Strips*(2 * Channels + 13)>
+      extents;
+  const auto add = [&](int64_t count, auto piece_of) {
+    for (int s = 0; s < Strips; ++s) extents.add(piece_of(*strips[s]), count);
+  };
+  for (int c = 0; c < Channels; ++c) add(samples, [=](Strip strip) { return strip.outputs[c]; });
+  add(Channels, [](Strip strip) { return strip.dynState; });
+  add(1, [](Strip strip) { return strip.eqDezipCoefs; });
+  add(Channels, [](Strip strip) { return strip.eqState; });
+  add(3 * Channels + 4, [](Strip strip) { return *strip.meterOutputs; });
   for (int s = 0; s < Strips; ++s) {
-    const SChannelStrip_Alg_Context& strip = *strips[s];
+    Strip strip = *strips[s];
     for (int c = 0; c < Channels; ++c) {
-      extents.add(strip.outputs[c], samples);
-      in_place += strip.outputs[c] == strip.inputs[c];
+      extents.add(strip.inputs[c], strip.inputs[c] == strip.outputs[c] ? 0 : samples);
     }
-    extents.add(strip.dynState, Channels);
-    extents.add(strip.eqDezipCoefs, 1);
-    extents.add(strip.eqState, Channels);
-    extents.add(*strip.meterOutputs, 3 * Channels + 4);
-  }
-  for (int s = 0; s < Strips; ++s) {
-    const SChannelStrip_Alg_Context& strip = *strips[s];
-    for (int c = 0; c < Channels; ++c) extents.add(strip.inputs[c], samples);
     const int32_t key = *strip.keyInputIndex;
     extents.add(strip.inputs[key], key == 0 ? 0 : samples);
-    extents.add(strip.dynCoefs, 1);
-    extents.add(strip.eqTargetCoefs, 1);
-    extents.add(&strip, 1);
     extents.add(strip.inputs, key < Channels ? Channels : key + 1);
-    extents.add(strip.outputs, Channels);
-    extents.add(strip.keyInputIndex, 1);
-    extents.add(strip.sampleCount, 1);
-    extents.add(strip.meterOutputs, 1);
   }
-  return extents.overlaps() == in_place;
+  add(1, [](Strip strip) { return strip.dynCoefs; });
+  add(1, [](Strip strip) { return strip.eqTargetCoefs; });
+  add(1, [](Strip strip) { return &strip; });
+  add(Channels, [](Strip strip) { return strip.outputs; });
+  add(1, [](Strip strip) { return strip.keyInputIndex; });
+  add(1, [](Strip strip) { return strip.sampleCount; });
+  add(1, [](Strip strip) { return strip.meterOutputs; });
+
+  bool apart = extents.template are_apart<kOutputs>(0);
+  for (int record = 0; record < 4; ++record) {
+    apart &= extents.template are_apart<Strips>(kOutputs + record * Strips);
+  }
+  return apart;
 }
 
 // 32-bit words are quicker to compare. Only what they take to overlap is compared with all 64 bits.
