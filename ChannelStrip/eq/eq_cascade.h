@@ -43,10 +43,11 @@ class EqCascade {
       last[pass] = Ints{} + (end - 1);
       late[pass] = Ints{} + (is_empty ? 0 : end - 1 - first);
       delay_[pass] = (late[pass][0] + 3) / 4;
+      spread_[pass] = late[pass][0] / 4 + 1;
       empty[pass] = Ints{} - is_empty;
       post_delay_ = delay_[0] + between;
       const Ints begin = band - first + 4 * post_delay_ * pass;
-      if (!is_empty) begin_quads_ |= (late[pass][0] < 4 ? 1u : 3u) << (post_delay_ * pass);
+      if (!is_empty) begin_quads_ |= (spread_[pass] < 2 ? 1u : 3u) << (post_delay_ * pass);
       begin_ = select((band >= first) & (band < end), begin, begin_);
       is_first[pass] = (band == first) & (band < end);
     }
@@ -72,6 +73,10 @@ class EqCascade {
 
   // How many quads after quad q the pass must have taken before it has put out all of quad q.
   CHANNELSTRIP_INLINE int32_t delay(int pass) const { return delay_[pass]; }
+
+  // In how many quads, from the pass's first one on, bands begin; as many behind its last one,
+  // bands end.
+  CHANNELSTRIP_INLINE int32_t spread(int pass) const { return spread_[pass]; }
 
   // Takes quad q of every channel into the pass before the dynamics and quad q - post_delay_ into
   // the pass after it. A quad outside the call may hold anything. AllAtWork: no band begins or
@@ -205,7 +210,7 @@ class EqCascade {
   int32_t post_delay_;  // when one pass takes quad q, the other takes quad q - post_delay_
   bool moves_;
   float rate_;
-  int32_t delay_[2];
+  int32_t delay_[2], spread_[2];
   uint32_t begin_quads_ = 0;             // bit q: some band takes its first sample in quad q
   MaskOf<V> is_first_, enters_quad_[4];  // the latter by step
   // By step, the lane that a band takes: of the bands' outputs, or from kBands on of both quads.

@@ -7,6 +7,7 @@
 #include "../lanes/section.h"
 #include "../lanes/transpose.h"
 #include "eq_moves.h"
+#include "eq_pairs.h"
 
 namespace channelstrip {
 
@@ -17,13 +18,17 @@ class EqLanes {
  public:
   using V = typename Layout::Channel;
 
+  // Whether both passes can run side by side in one register.
+  static constexpr bool kPairs =
+      Layout::kStrips == 1 && Layout::kChannels > 2 && 2 * kWidth<V> <= Layout::kWidest;
+
   // Strips whose coefficients move may not stand in sixteen lanes: that would take 10 KB of stack.
   static constexpr bool kMayMove = kWidth<V> < 16;
 
   CHANNELSTRIP_INLINE explicit EqLanes(const SChannelStrip_Alg_Context* const* strips) {
+    const EQ_SCoefs& targets = *strips[0]->eqTargetCoefs;
     for (int pass = 0; pass < 2; ++pass) {
-      first_band_[pass] = strips[0]->eqTargetCoefs->firstBand[pass];
-      end_band_[pass] = strips[0]->eqTargetCoefs->endBand[pass];
+      passes_[pass] = {targets.firstBand[pass], targets.endBand[pass]};
     }
     load_coefs(coefs_[kRows - 1], [&](int lane) { return dezip_of(strips, lane)->coefs; });
     if constexpr (kMayMove) {
@@ -51,15 +56,22 @@ class EqLanes {
 
   // Runs the pass before (0) or after (1) the dynamics over quad q.
   CHANNELSTRIP_INLINE void run(int pass, int32_t q, V (&samples)[4]) {
-    const float* const coefs = coefs_[static_cast<uint32_t>(moves_ ? q : kRows - 1) % kRows];
-    for (int32_t band = first_band_[pass]; band < end_band_[pass]; ++band) {
-      V section[5];
-      for (int i = 0; i < 5; ++i) {
-        const float* const coef = coefs + (5 * band + i) * kCoefLanes;
-        section[i] = kCoefLanes == 1 ? broadcast<V>(*coef) : load<V>(coef);
-      }
-      run_section<4>(section, z1_[band], z2_[band], samples);
+    if constexpr (kPairs) pairs_.give_back(passes_, z1_, z2_);
+    run_bands(passes_[pass], q, samples);
+  }
+
+  // Runs the pass before the dynamics over quad q and the pass after it over another one.
+  CHANNELSTRIP_INLINE void run_both(int32_t q, V (&before)[4], int32_t other, V (&after)[4]) {
+    static_assert(kPairs);
+    if (moves_) {
+      run(0, q, before);
+      run(1, other, after);
+      return;
     }
+    if (pairs_.size() == 0) pairs_.take(passes_, coefs_[kRows - 1], z1_, z2_);
+    pairs_.run(before, after);
+    run_bands({passes_[0].first + pairs_.size(), passes_[0].end}, q, before);
+    run_bands({passes_[1].first + pairs_.size(), passes_[1].end}, other, after);
   }
 
   CHANNELSTRIP_INLINE void store(const SChannelStrip_Alg_Context* const* strips) const {
@@ -82,6 +94,18 @@ class EqLanes {
   static constexpr int kCoefs = kBandCoefs * kCoefLanes;
   static constexpr int kRows = 1 + (kMayMove ? History - 1 : 0);
   static constexpr int kMoving = kMayMove ? kCoefs : 1;
+
+  CHANNELSTRIP_INLINE void run_bands(EqRange bands, int32_t q, V (&samples)[4]) {
+    const float* const coefs = coefs_[static_cast<uint32_t>(moves_ ? q : kRows - 1) % kRows];
+    for (int32_t band = bands.first; band < bands.end; ++band) {
+      V section[5];
+      for (int i = 0; i < 5; ++i) {
+        const float* const coef = coefs + (5 * band + i) * kCoefLanes;
+        section[i] = kCoefLanes == 1 ? broadcast<V>(*coef) : load<V>(coef);
+      }
+      run_section<4>(section, z1_[band], z2_[band], samples);
+    }
+  }
 
   // Every so many quads, a step finds out whether the glide has come to rest.
   static constexpr int kWatched = 32;
@@ -118,8 +142,8 @@ class EqLanes {
   }
 
   CHANNELSTRIP_INLINE bool runs(int band) const {
-    return (band >= first_band_[0] && band < end_band_[0]) ||
-           (band >= first_band_[1] && band < end_band_[1]);
+    return (band >= passes_[0].first && band < passes_[0].end) ||
+           (band >= passes_[1].first && band < passes_[1].end);
   }
 
   // One number per coefficient and lane, from an array per lane.
@@ -183,12 +207,13 @@ class EqLanes {
   bool moves_ = false;             // if not, the last row of coefs_ serves all quads
   bool moved_ = false;             // in this call
   int32_t last_step_ = INT32_MAX;  // after which every row holds the coefficients at rest
-  int32_t first_band_[2], end_band_[2];
+  EqRange passes_[2];
   V z1_[CHANNELSTRIP_EQ_BANDS], z2_[CHANNELSTRIP_EQ_BANDS];
   alignas(64) float coefs_[kRows][kCoefs];  // row q % kRows is quad q's
   alignas(64) float targets_[kMoving];
   alignas(64) double smoothed_[kMoving];
   float rates_[kCoefLanes];
+  EqPairs<V, kPairs> pairs_;
 };
 
 }  // namespace channelstrip

@@ -32,8 +32,9 @@ class Extents {
     ++added_;
   }
 
-  // Whether none of `Count` written pieces from number `first` on, all of one size, overlaps a later
-  // piece. A register holds all of them: `first` is a multiple of Count, or less than a register.
+  // Whether none of `Count` written pieces from number `first` on, all of one size, overlaps a
+  // later piece. A register holds all of them: `first` is a multiple of Count, or less than a
+  // register.
   template <int Count>
   bool are_apart(int first) const {
     if constexpr (Count > kWords) {
@@ -54,7 +55,9 @@ class Extents {
         apart &= (Words)(least >= load<Words>(size_ + i) + (size_[first] - 1));
       };
       const int lane = first % kWords;
-      compare(first - lane, [=](int w) { return load<Words>(reinterpret_cast<const Word*>(kOnesAndZeros) + kWords - 1 - lane - w); });
+      compare(first - lane, [=](int w) {
+        return load<Words>(reinterpret_cast<const Word*>(kOnesAndZeros) + kWords - 1 - lane - w);
+      });
       for (int i = first - lane + kWords; i < kRounded; i += kWords) {
         compare(i, [](int) { return Words{}; });
       }

@@ -40,7 +40,8 @@ class NarrowStrip {
   }
 
   CHANNELSTRIP_INLINE void process() {
-    const int32_t lag = key_lag() + leave_lag();
+    // Bands may end after the last quad has left.
+    const int32_t lag = key_lag() + kGains + eq_.spread(1);
     const int32_t full = quads_ > lag ? lag : quads_;
     turns<false>(0, full);
     turns<true>(full, quads_);
@@ -70,7 +71,7 @@ class NarrowStrip {
 
   // How many quads the key filter lags behind the input, and the output behind the key filter.
   CHANNELSTRIP_INLINE int32_t key_lag() const { return eq_.delay(0) + 1; }
-  CHANNELSTRIP_INLINE int32_t leave_lag() const { return kGains + eq_.delay(1) + 1; }
+  CHANNELSTRIP_INLINE int32_t leave_lag() const { return kGains + eq_.delay(1); }
 
   // A quad on its way through the dynamics. The size is a power of two, which makes it quick to
   // find one by its number.
@@ -93,7 +94,6 @@ class NarrowStrip {
       const auto in_call = [=](int32_t number) {
         return Full || static_cast<uint32_t>(number) < static_cast<uint32_t>(quads);
       };
-      if (in_call(q - leave_lag)) leave(q - leave_lag);
       if (in_call(q - kGains)) find_gains(passing(q - kGains).gain);
       if (in_call(q - kSmooth)) {
         terms_.smooth(groups_, group_state_, rate_, passing(q - kSmooth).gain);
@@ -106,6 +106,7 @@ class NarrowStrip {
         after[c] = in_call(q - kGains) ? gained(c, passing(q - kGains)) : V{};
       }
       eq_.template take<Full>(q + key_lag, before, after);
+      if (in_call(q - leave_lag)) leave(q - leave_lag);
     }
   }
 

@@ -47,12 +47,17 @@ class WideStrip {
     };
     for (int32_t q = 0; q < quads + kFinish; ++q) {
       if (is_quad(q - kGains)) find_gains(passing(q - kGains).gain);
-      if (is_quad(q - kFinish)) finish(q - kFinish);
+      const bool both = kPairs && is_quad(q) && is_quad(q - kFinish);
+      if (both) {
+        start_and_finish(q);
+      } else if (is_quad(q - kFinish)) {
+        finish(q - kFinish);
+      }
       if (is_quad(q - kTargets)) find_targets(curves_, passing(q - kTargets).gain);
       if (is_quad(q - kSmooth)) {
         smooth_terms(groups_, group_state_, rate_, passing(q - kSmooth).gain);
       }
-      if (is_quad(q)) start(q);
+      if (!both && is_quad(q)) start(q);
       if (is_quad(q - kKey)) filter_key(q - kKey);
       if (is_quad(q - kDetect)) detect_levels(q - kDetect);
     }
@@ -72,6 +77,7 @@ class WideStrip {
 
   // How many quads each stage lags behind start. A single strip would spend most of its time
   // waiting for results, so its pipeline is deeper.
+  static constexpr bool kPairs = EqLanes<Layout, 1>::kPairs;
   static constexpr bool kAlone = Layout::kStrips == 1;
   static constexpr int kKey = kAlone ? 1 : 0, kDetect = kAlone ? 2 : 0;
   static constexpr int kTargets = kAlone ? 3 : 1, kSmooth = kAlone ? 4 : 1;
@@ -91,13 +97,51 @@ class WideStrip {
 
   // Equaliser before the dynamics.
   CHANNELSTRIP_INLINE void start(int32_t q) {
-    Passing& quad = passing(q);
     Channel audio[kQuad];
-    load_lanes(audio, inputs_, q * kQuad);
-    for (int k = 0; k < kQuad; ++k) quad.input[k] = audio[k];
-    eq_.glide_before(q);
+    enter(q, audio);
     eq_.run(0, q, audio);
-    for (int k = 0; k < kQuad; ++k) quad.audio[k] = audio[k];
+    keep(q, audio);
+  }
+
+  // Gain, equaliser after the dynamics, meters.
+  CHANNELSTRIP_INLINE void finish(int32_t q) {
+    Channel audio[kQuad];
+    amplify(q, audio);
+    eq_.run(1, q, audio);
+    leave(q, audio);
+  }
+
+  // Starts quad q and finishes the one that is due, both passes of the equaliser side by side.
+  CHANNELSTRIP_INLINE void start_and_finish(int32_t q) {
+    if constexpr (kPairs) {
+      Channel before[kQuad], after[kQuad];
+      enter(q, before);
+      amplify(q - kFinish, after);
+      eq_.run_both(q, before, q - kFinish, after);
+      leave(q - kFinish, after);
+      keep(q, before);
+    }
+  }
+
+  CHANNELSTRIP_INLINE void enter(int32_t q, Channel (&audio)[kQuad]) {
+    load_lanes(audio, inputs_, q * kQuad);
+    for (int k = 0; k < kQuad; ++k) passing(q).input[k] = audio[k];
+    eq_.glide_before(q);
+  }
+  CHANNELSTRIP_INLINE void keep(int32_t q, const Channel (&audio)[kQuad]) {
+    for (int k = 0; k < kQuad; ++k) passing(q).audio[k] = audio[k];
+  }
+  CHANNELSTRIP_INLINE void amplify(int32_t q, Channel (&audio)[kQuad]) {
+    Passing& quad = passing(q);
+    readouts_.update(quad.gain);
+    for (int k = 0; k < kQuad; ++k) {
+      const Group gain = quad.gain.makeup * quad.gain.gain(k);
+      audio[k] = links_.listen_or_gain(quad.detection[k], quad.audio[k], gain);
+    }
+  }
+  CHANNELSTRIP_INLINE void leave(int32_t q, Channel (&audio)[kQuad]) {
+    meters_.meter(passing(q).input, audio);
+    store_lanes(audio, outputs_, q * kQuad);
   }
 
   CHANNELSTRIP_INLINE void filter_key(int32_t q) {
@@ -109,20 +153,6 @@ class WideStrip {
     Group levels[kQuad];
     for (int k = 0; k < kQuad; ++k) levels[k] = links_.levels(magnitude(quad.detection[k]));
     detect(groups_, group_state_, levels, quad.gain);
-  }
-
-  // Gain, equaliser after the dynamics, meters.
-  CHANNELSTRIP_INLINE void finish(int32_t q) {
-    Passing& quad = passing(q);
-    readouts_.update(quad.gain);
-    Channel audio[kQuad];
-    for (int k = 0; k < kQuad; ++k) {
-      const Group gain = quad.gain.makeup * quad.gain.gain(k);
-      audio[k] = links_.listen_or_gain(quad.detection[k], quad.audio[k], gain);
-    }
-    eq_.run(1, q, audio);
-    meters_.meter(quad.input, audio);
-    store_lanes(audio, outputs_, q * kQuad);
   }
 
   const SChannelStrip_Alg_Context* const* strips_;
