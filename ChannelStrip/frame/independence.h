@@ -33,8 +33,7 @@ class Extents {
   }
 
   // Whether none of `Count` written pieces from number `first` on, all of one size, overlaps a
-  // later piece. A register holds all of them: `first` is a multiple of Count, or less than a
-  // register.
+  // later piece. They stand in one register, or else begin one.
   template <int Count>
   bool are_apart(int first) const {
     if constexpr (Count > kWords) {
@@ -42,8 +41,8 @@ class Extents {
     } else {
       Words begin[Count];
       for (int w = 0; w < Count; ++w) begin[w] = Words{} + begin_[first + w];
-      // Two pieces overlap if the first float of one is fewer floats before the last of the other
-      // than both have without that one. So the least such distance stands for all of one size.
+      // Two pieces overlap if the last float of one lies fewer floats behind the begin of the other
+      // than both have, less one. All written ones have the same size: the least distance decides.
       Words apart = ~Words{};
       const auto compare = [&](int i, auto left_out) {
         const auto last = load<Words>(last_ + i);
@@ -54,10 +53,9 @@ class Extents {
         }
         apart &= (Words)(least >= load<Words>(size_ + i) + (size_[first] - 1));
       };
+      // In their own register they leave out themselves and what comes before.
       const int lane = first % kWords;
-      compare(first - lane, [=](int w) {
-        return load<Words>(reinterpret_cast<const Word*>(kOnesAndZeros) + kWords - 1 - lane - w);
-      });
+      compare(first - lane, [=](int w) { return first_lanes(lane + w + 1); });
       for (int i = first - lane + kWords; i < kRounded; i += kWords) {
         compare(i, [](int) { return Words{}; });
       }
@@ -69,8 +67,12 @@ class Extents {
   typedef Word Words __attribute__((vector_size(4 * Widest)));
   static constexpr int kWords = static_cast<int>(sizeof(Words) / sizeof(Word));
   static constexpr int kRounded = (All + kWords - 1) / kWords * kWords;
-  // From number kWords - k on: ones in the first k lanes, zeros in the others.
-  static constexpr Words kOnesAndZeros[2] = {~Words{}, Words{}};
+
+  // All bits set in the first `count` lanes, none in the others.
+  CHANNELSTRIP_INLINE static Words first_lanes(int count) {
+    static constexpr Words kBits[2] = {~Words{}, Words{}};
+    return load<Words>(reinterpret_cast<const Word*>(kBits) + kWords - count);
+  }
 
   Word begin_[Written], last_[kRounded], size_[kRounded];
   int added_ = 0;
@@ -93,7 +95,7 @@ bool are_independent_by(const SChannelStrip_Alg_Context* const* strips, int64_t 
   add(3 * Channels + 4, [](Strip strip) { return *strip.meterOutputs; });
   for (int s = 0; s < Strips; ++s) {
     Strip strip = *strips[s];
-    for (int c = 0; c < Channels; ++c) {
+    for (int c = 0; c < Channels; ++c) {  // in place, the output stands for both
       extents.add(strip.inputs[c], strip.inputs[c] == strip.outputs[c] ? 0 : samples);
     }
     const int32_t key = *strip.keyInputIndex;
