@@ -60,7 +60,8 @@ class EqLanes {
     run_bands(passes_[pass], q, samples);
   }
 
-  // Runs the pass before the dynamics over quad q and the pass after it over another one.
+  // Runs both passes over a quad each, q before the dynamics: side by side, unless coefficients
+  // move. Then each quad has its own.
   CHANNELSTRIP_INLINE void run_both(int32_t q, V (&before)[4], int32_t other, V (&after)[4]) {
     static_assert(kPairs);
     if (moves_) {
@@ -142,8 +143,7 @@ class EqLanes {
   }
 
   CHANNELSTRIP_INLINE bool runs(int band) const {
-    return (band >= passes_[0].first && band < passes_[0].end) ||
-           (band >= passes_[1].first && band < passes_[1].end);
+    return passes_[0].has(band) || passes_[1].has(band);
   }
 
   // One number per coefficient and lane, from an array per lane.

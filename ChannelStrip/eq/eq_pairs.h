@@ -12,12 +12,14 @@ namespace channelstrip {
 // The bands that a pass runs.
 struct EqRange {
   int32_t first, end;
+
+  CHANNELSTRIP_INLINE bool has(int32_t band) const { return band >= first && band < end; }
 };
 
 template <typename V, bool Exist>
 class EqPairs {
  public:
-  // How many pairs run. The bands that only one pass has are left to it.
+  // How many pairs there are. A band without a partner is left to its pass.
   CHANNELSTRIP_INLINE int32_t size() const { return size_; }
 
   // Takes the memory of all bands that have a partner. `coefs` are those of the eight bands.

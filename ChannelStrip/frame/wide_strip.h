@@ -75,9 +75,10 @@ class WideStrip {
   using Channel = typename Layout::Channel;
   using Group = typename Layout::Group;
 
+  static constexpr bool kPairs = EqLanes<Layout, 1>::kPairs;
+
   // How many quads each stage lags behind start. A single strip would spend most of its time
   // waiting for results, so its pipeline is deeper.
-  static constexpr bool kPairs = EqLanes<Layout, 1>::kPairs;
   static constexpr bool kAlone = Layout::kStrips == 1;
   static constexpr int kKey = kAlone ? 1 : 0, kDetect = kAlone ? 2 : 0;
   static constexpr int kTargets = kAlone ? 3 : 1, kSmooth = kAlone ? 4 : 1;
