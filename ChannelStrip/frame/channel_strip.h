@@ -117,12 +117,21 @@ void process_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
   process_wide<Layout<Channels, Groups, Strips>>(strips, quads);
 }
 
+// Whether instances are quicker side by side than one after the other. Two mono ones aren't, where
+// each is a narrow strip by itself and the call is long enough to fill its pipeline.
+template <int Channels, int Strips>
+constexpr bool side_by_side_pays(int32_t count) {
+  constexpr int32_t kShort = 96;
+  return Channels > 1 || Strips != 2 || kLanes < 8 || count <= kShort;
+}
+
 // Processes the first instances of a range, as many as can go side by side in lanes, or else one.
 // Returns how many.
 template <int Channels, int Groups, int Strips>
 CHANNELSTRIP_INLINE int process_first(const SChannelStrip_Alg_Context* const* strips,
                                       int64_t count) {
-  if (count >= Strips && fit_in_lanes<Channels, Groups, Strips>(strips)) {
+  if (count >= Strips && side_by_side_pays<Channels, Strips>(*strips[0]->sampleCount) &&
+      fit_in_lanes<Channels, Groups, Strips>(strips)) {
     process_in_lanes<Channels, Groups, Strips>(strips);
     return Strips;
   }

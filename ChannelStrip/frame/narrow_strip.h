@@ -40,11 +40,11 @@ class NarrowStrip {
   }
 
   CHANNELSTRIP_INLINE void process() {
-    // Bands may end after the last quad has left.
+    // Bands may end after the last quad has left. With eight bands the lag is at most eight quads,
+    // and no call has fewer.
     const int32_t lag = key_lag() + kGains + eq_.spread(1);
-    const int32_t full = quads_ > lag ? lag : quads_;
-    turns<false>(0, full);
-    turns<true>(full, quads_);
+    turns<false>(0, lag);
+    turns<true>(lag, quads_);
     turns<false>(quads_, quads_ + lag);
   }
 
