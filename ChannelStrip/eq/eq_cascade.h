@@ -74,8 +74,8 @@ class EqCascade {
   // How many quads after quad q the pass must have taken before it has put out all of quad q.
   CHANNELSTRIP_INLINE int32_t delay(int pass) const { return delay_[pass]; }
 
-  // In how many quads bands of the pass begin, its first one and those behind. In as many behind
-  // its last one they end.
+  // Bands of the pass begin in so many quads, from its first one on, and end in as many that follow
+  // its last one.
   CHANNELSTRIP_INLINE int32_t spread(int pass) const { return spread_[pass]; }
 
   // Takes quad q of every channel into the pass before the dynamics and quad q - post_delay_ into

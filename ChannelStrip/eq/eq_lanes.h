@@ -60,8 +60,8 @@ class EqLanes {
     run_bands(passes_[pass], q, samples);
   }
 
-  // Runs both passes over a quad each, q before the dynamics: side by side, unless coefficients
-  // move. Then each quad has its own.
+  // Runs the pass before the dynamics over quad q and the pass after it over another one: side by
+  // side, or while coefficients move, when each quad has its own, one after the other.
   CHANNELSTRIP_INLINE void run_both(int32_t q, V (&before)[4], int32_t other, V (&after)[4]) {
     static_assert(kPairs);
     if (moves_) {

@@ -22,7 +22,8 @@ class EqPairs {
   // How many pairs there are. A band without a partner is left to its pass.
   CHANNELSTRIP_INLINE int32_t size() const { return size_; }
 
-  // Takes the memory of all bands that have a partner. `coefs` are those of the eight bands.
+  // Takes over all bands that have a partner, with their memory. `coefs` are those of the eight
+  // bands, at rest.
   CHANNELSTRIP_INLINE void take(const EqRange (&passes)[2], const float* coefs, const V* z1,
                                 const V* z2) {
     const int32_t before = passes[0].end - passes[0].first, after = passes[1].end - passes[1].first;
@@ -38,7 +39,7 @@ class EqPairs {
     }
   }
 
-  // Gives it back, after which there are no pairs.
+  // Gives the memory back, after which there are no pairs.
   CHANNELSTRIP_INLINE void give_back(const EqRange (&passes)[2], V* z1, V* z2) {
     for (; size_ > 0; --size_) {
       const int32_t last = size_ - 1, low = passes[0].first + last, high = passes[1].first + last;
@@ -49,6 +50,7 @@ class EqPairs {
     }
   }
 
+  // Runs all pairs over a quad before the dynamics and one after it, in place.
   CHANNELSTRIP_INLINE void run(V (&before)[4], V (&after)[4]) {
     Both samples[4];
     for (int k = 0; k < 4; ++k) samples[k] = join(before[k], after[k]);
@@ -67,6 +69,7 @@ class EqPairs {
   Both coefs_[kMost][5], z1_[kMost], z2_[kMost];
 };
 
+// Of strips whose passes don't fit into one register.
 template <typename V>
 class EqPairs<V, false> {};
 

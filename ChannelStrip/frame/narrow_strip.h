@@ -40,8 +40,8 @@ class NarrowStrip {
   }
 
   CHANNELSTRIP_INLINE void process() {
-    // Bands may end after the last quad has left. With eight bands the lag is at most eight quads,
-    // and no call has fewer.
+    // Bands may end after the last quad has left. With eight bands in all the lag is at most eight
+    // quads, and only calls of eight or more come here.
     const int32_t lag = key_lag() + kGains + eq_.spread(1);
     turns<false>(0, lag);
     turns<true>(lag, quads_);
