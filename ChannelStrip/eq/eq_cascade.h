@@ -78,13 +78,17 @@ class EqCascade {
   // its last one.
   CHANNELSTRIP_INLINE int32_t spread(int pass) const { return spread_[pass]; }
 
+  // Glides the coefficients that take(q) will use.
+  CHANNELSTRIP_INLINE void glide_before(int32_t q) {
+    if (moves_) glide(q);
+  }
+
   // Takes quad q of every channel into the pass before the dynamics and quad q - post_delay_ into
   // the pass after it. A quad outside the call may hold anything. AllAtWork: no band begins or
   // ends.
   template <bool AllAtWork>
   CHANNELSTRIP_INLINE void take(int32_t q, const Quad (&before)[Channels],
                                 const Quad (&after)[Channels]) {
-    if (moves_) glide(q);
     const bool changes = !AllAtWork && (begins_in(q) || begins_in(q - quads_));
     for (int c = 0; c < Channels; ++c) {
       const V both = join(before[c], after[c]);
@@ -108,7 +112,7 @@ class EqCascade {
   CHANNELSTRIP_INLINE void store_to(const SChannelStrip_Alg_Context& strip) const {
     EQ_SDezipCoefs* const dezip = strip.eqDezipCoefs;
     for (int i = 0; i < 5 * kBands && moves_; ++i) {
-      dezip->smoothedCoefs[i] = smoothed_[i % 5][i / 20][i / 5 % 4];
+      dezip->smoothedCoefs[i] = smoothed_[i % 5][i / 5];
     }
     if (moves_) eq_resynchronise(dezip);
     for (int c = 0; c < Channels; ++c) {
@@ -175,10 +179,7 @@ class EqCascade {
   }
   CHANNELSTRIP_INLINE void load_smoothed(const double* from) {
     for (int i = 0; i < 5; ++i) {
-      for (int half = 0; half < 2; ++half) {
-        smoothed_[i][half] =
-            fill<Doubles>([=](int lane) { return from[5 * (4 * half + lane) + i]; });
-      }
+      for (int band = 0; band < kBands; ++band) smoothed_[i][band] = from[5 * band + i];
     }
   }
 
@@ -189,20 +190,28 @@ class EqCascade {
     const MaskOf<V> at_work = (q >= begin_quad_) & (q - quads_ < begin_quad_);
     for (int i = 0; i < 5; ++i) {
       const V before = now_[3][i];
-      Lanes<4> coefs[2] = {low_half(before), high_half(before)};
-      const Lanes<4> targets[2] = {low_half(targets_[i]), high_half(targets_[i])};
-      const Lanes<4> moving[2] = {low_half((V)at_work), high_half((V)at_work)};
-      for (int half = 0; half < 2; ++half) {
-        Doubles smoothed = smoothed_[i][half];
-        channelstrip::glide(coefs[half], smoothed, targets[half], broadcast<Lanes<4>>(rate_));
-        const auto mask = convert<Longs>((IntsOf<Lanes<4>>)moving[half]);
-        smoothed_[i][half] = select(mask, smoothed, smoothed_[i][half]);
-      }
-      const V after = select(at_work, join(coefs[0], coefs[1]), before);
+      const V after = select(at_work, glided(before, smoothed_[i], targets_[i], at_work), before);
       now_[0][i] = select(enters_quad_[0], after, before);
       now_[1][i] = select(enters_quad_[1], after, now_[0][i]);
       now_[2][i] = select(enters_quad_[2], after, now_[1][i]);
       now_[3][i] = after;
+    }
+  }
+
+  // The coefficients behind the next step, which the running values take where `moving` is set.
+  template <typename W>
+  CHANNELSTRIP_INLINE W glided(W coefs, double* running, W targets, IntsOf<W> moving) const {
+    if constexpr (kWidth < W >> kDoubles) {
+      return join(
+          glided(low_half(coefs), running, low_half(targets), (IntsOf<Quad>)low_half((W)moving)),
+          glided(high_half(coefs), running + kDoubles, high_half(targets),
+                 (IntsOf<Quad>)high_half((W)moving)));
+    } else {
+      const auto before = load<DoublesOf<W>>(running);
+      auto smoothed = before;
+      channelstrip::glide(coefs, smoothed, targets, broadcast<W>(rate_));
+      channelstrip::store(running, select(convert<LongsOf<W>>(moving), smoothed, before));
+      return coefs;
     }
   }
 
@@ -223,7 +232,7 @@ class EqCascade {
   IntsOf<V> begin_, begin_quad_;  // step and quad in which a band takes its first sample
   V now_[4][5];                   // coefficients by step; at rest the last serves all steps
   V targets_[5];
-  Doubles smoothed_[5][2];
+  alignas(64) double smoothed_[5][kBands];
   Channel channels_[Channels];
 };
 

@@ -8,7 +8,7 @@
 
 #pragma once
 
-#include "../lanes/doubles.h"
+#include "../lanes/moves.h"
 #include "eq_records.h"
 
 namespace channelstrip {
@@ -32,8 +32,9 @@ inline void eq_dezip_step(EQ_SDezipCoefs* dezip, const EQ_SCoefs* targets, float
 
 // Sets coefs to the rounded running values again, even if something else wrote coefs alone.
 inline void eq_resynchronise(EQ_SDezipCoefs* dezip) {
-  for (int i = 0; i < CHANNELSTRIP_EQ_COEFS; ++i) {
-    dezip->coefs[i] = narrowed<float>(dezip->smoothedCoefs[i]);
+  using Part = Lanes<kDoubles>;
+  for (int i = 0; i < CHANNELSTRIP_EQ_COEFS; i += kDoubles) {
+    store(dezip->coefs + i, narrowed<Part>(load<DoublesOf<Part>>(dezip->smoothedCoefs + i)));
   }
 }
 

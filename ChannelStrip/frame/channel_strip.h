@@ -84,7 +84,7 @@ bool fit_in_lanes(const SChannelStrip_Alg_Context* const* strips) {
   const bool shared_band = (eq.firstBand[0] < eq.endBand[1]) & (eq.firstBand[1] < eq.endBand[0]) &
                            (eq.firstBand[0] < eq.endBand[0]) & (eq.firstBand[1] < eq.endBand[1]);
   if (shared_band) return false;
-  if constexpr (!EqLanes<Layout<Channels, Groups, Strips>, 1>::kMayMove) {
+  if constexpr (!CoefLanes<Layout<Channels, Groups, Strips>, 1>::kMayMove) {
     for (int s = 0; s < Strips; ++s) {
       if (eq_moves(*strips[s])) return false;
     }

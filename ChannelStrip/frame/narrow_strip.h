@@ -98,6 +98,7 @@ class NarrowStrip {
       if (in_call(q - kSmooth)) {
         terms_.smooth(groups_, group_state_, rate_, passing(q - kSmooth).gain);
       }
+      eq_.glide_before(q + key_lag);
       if (in_call(q - kTargets)) find_targets(curves_, passing(q - kTargets).gain);
       if (in_call(q) || in_call(q - 1)) detect<Full>(q);
       V before[Channels], after[Channels];

@@ -21,6 +21,13 @@ using DoublesOf = typename DoubleTypes<kWidth<V>>::Doubles;
 template <typename V>
 using LongsOf = typename DoubleTypes<kWidth<V>>::Longs;
 
+// How many doubles go side by side: as many as a register holds, but at least four.
+#if defined(CHANNELSTRIP_AVX512)
+constexpr int kDoubles = 8;
+#else
+constexpr int kDoubles = 4;
+#endif
+
 // Four doubles, and integers of the same width.
 using Doubles = DoubleTypes<4>::Doubles;
 using Longs = DoubleTypes<4>::Longs;
@@ -55,6 +62,9 @@ CHANNELSTRIP_INLINE DoublesOf<V> widened(V x) {
   if constexpr (kWidth<V> == 1) {
     return static_cast<double>(x);
   } else {
+#if defined(CHANNELSTRIP_AVX512)
+    if constexpr (kWidth<V> == 8) return (DoublesOf<V>)_mm512_maskz_cvtps_pd(0xFF, x);
+#endif
 #if defined(__AVX__)
     if constexpr (kWidth<V> == 4) return (DoublesOf<V>)_mm256_cvtps_pd(x);
 #endif
@@ -68,6 +78,9 @@ CHANNELSTRIP_INLINE V narrowed(DoublesOf<V> x) {
   if constexpr (kWidth<V> == 1) {
     return static_cast<float>(x);
   } else {
+#if defined(CHANNELSTRIP_AVX512)
+    if constexpr (kWidth<V> == 8) return (V)_mm512_maskz_cvtpd_ps(0xFF, x);
+#endif
 #if defined(__AVX__)
     if constexpr (kWidth<V> == 4) return (V)_mm256_cvtpd_ps(x);
 #endif

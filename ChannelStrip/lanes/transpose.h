@@ -47,6 +47,18 @@ CHANNELSTRIP_INLINE_OPTIMISED void transpose(V (&m)[4]) {
   }
 }
 
+// Four times four doubles, likewise.
+CHANNELSTRIP_INLINE void transpose(Doubles (&m)[4]) {
+  const Doubles a = __builtin_shufflevector(m[0], m[1], 0, 4, 2, 6);
+  const Doubles b = __builtin_shufflevector(m[0], m[1], 1, 5, 3, 7);
+  const Doubles c = __builtin_shufflevector(m[2], m[3], 0, 4, 2, 6);
+  const Doubles d = __builtin_shufflevector(m[2], m[3], 1, 5, 3, 7);
+  m[0] = __builtin_shufflevector(a, c, 0, 1, 4, 5);
+  m[1] = __builtin_shufflevector(b, d, 0, 1, 4, 5);
+  m[2] = __builtin_shufflevector(a, c, 2, 3, 6, 7);
+  m[3] = __builtin_shufflevector(b, d, 2, 3, 6, 7);
+}
+
 // The blocks of four lanes that a register consists of.
 template <typename V>
 CHANNELSTRIP_INLINE V join_blocks(const Lanes<4>* blocks) {
