@@ -47,7 +47,7 @@ struct LaneStages {
   EqLanes<Layout, 1> eq;
   KeyLanes<Layout> key;
   LinkLanes<Layout> links;
-  CurveCoefs<Covering<4 * Layout::kStride, Layout::kWidest>> curves;
+  CurveCoefs<Covering<4 * Layout::kStride>> curves;
   GroupCoefs<Group> groups;
   GroupState<Group> state;
   Group rate{};
@@ -55,7 +55,7 @@ struct LaneStages {
   MeterLanes<Layout> meters;
   Channel audio[kQuad], detection[kQuad];
   Group levels[kQuad];
-  GainQuad<Group, Layout::kStride, Layout::kWidest> quad;
+  GainQuad<Group, Layout::kStride> quad;
 };
 
 template <int Channels, int Groups, int Strips>

@@ -16,13 +16,14 @@
 namespace channelstrip {
 
 // A quad on its way from levels to gains.
-template <typename V, int Stride, int Widest>
+template <typename V, int Stride>
 struct GainQuad {
-  Rows<V, Stride, Widest> detected;  // detector level, linear
-  Rows<V, Stride, Widest> decibels;  // detector level, dB
+  static constexpr int kWidest = kWidth<V> == 1 ? 1 : kLanes;
+  Rows<V, Stride, kWidest> detected;  // detector level, linear
+  Rows<V, Stride, kWidest> decibels;  // detector level, dB
   // Target (dB), then smoothed term (dB), then linear factor: the compressor's quad, and behind it
   // the expander's, whose target is the curve without range and gate.
-  Rows<V, Stride, Widest, 2 * kQuad> terms;
+  Rows<V, Stride, kWidest, 2 * kQuad> terms;
   V makeup;
 
   // The numbers of sample k; a W wider than its row holds those of the next samples, too.
@@ -132,8 +133,7 @@ void update_gain_and_level(float* dynMeters, const Quad& quad, int lane) {
 }
 
 // Updates the four readouts that all groups share, and the group's own.
-inline void update_readouts(float* dynMeters, int32_t meterSlot,
-                            const GainQuad<float, 1, 1>& quad) {
+inline void update_readouts(float* dynMeters, int32_t meterSlot, const GainQuad<float, 1>& quad) {
   update_gain_and_level(dynMeters, quad, 0);
   float* const compReduction = &dynMeters[CHANNELSTRIP_METER_COMP_REDUCTION];
   float* const expReduction = &dynMeters[CHANNELSTRIP_METER_EXP_REDUCTION];
@@ -152,7 +152,7 @@ inline void ProcessAudioGain(float (&levels)[kQuad], Dyn_SState* state,
                              int32_t meterSlot, float* dynMeters) {
   const Dyn_SCoefsBlock& coefs = *context->dynCoefs;
   GroupState<float> running = group_state(*state);
-  GainQuad<float, 1, 1> quad;
+  GainQuad<float, 1> quad;
   detect(coefs, running, levels, quad);
   find_targets(coefs, quad);
   smooth_terms(coefs, running, dezipRate, quad);

@@ -18,7 +18,7 @@ template <typename Layout>
 class ReadoutLanes {
  public:
   using Group = typename Layout::Group;
-  using Quad = GainQuad<Group, Layout::kStride, Layout::kWidest>;
+  using Quad = GainQuad<Group, Layout::kStride>;
 
   CHANNELSTRIP_INLINE ReadoutLanes(const SChannelStrip_Alg_Context* const* strips,
                                    const LinkLanes<Layout>& links)

@@ -17,9 +17,10 @@ class EqLanes {
  public:
   using V = typename Layout::Channel;
 
-  // Whether both passes can run side by side in one register.
-  static constexpr bool kPairs =
-      Layout::kStrips == 1 && Layout::kChannels > 2 && 2 * kWidth<V> <= Layout::kWidest;
+  // Whether both passes can run side by side in one register. Strips of five link groups don't:
+  // they would take more than 16 KB of stack.
+  static constexpr bool kPairs = Layout::kStrips == 1 && Layout::kChannels > 2 &&
+                                 Layout::kGroups < 5 && 2 * kWidth<V> <= kLanes;
 
   CHANNELSTRIP_INLINE explicit EqLanes(const SChannelStrip_Alg_Context* const* strips)
       : coefs_(strips) {

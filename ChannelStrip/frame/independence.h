@@ -82,9 +82,9 @@ template <typename Word, int Channels, int Strips>
 bool are_independent_by(const SChannelStrip_Alg_Context* const* strips, int64_t samples) {
   using Strip = const SChannelStrip_Alg_Context&;
   constexpr int kOutputs = Strips * Channels;
-  Extents<Word, Layout<Channels, 1, Strips>::kWidest, kOutputs + 4 * Strips,
-          Strips*(2 * Channels + 13)>
-      extents;
+  // The few pieces of one strip would leave most of a wider register empty.
+  constexpr int kWidest = Strips == 1 && kLanes > 8 ? 8 : kLanes;
+  Extents<Word, kWidest, kOutputs + 4 * Strips, Strips*(2 * Channels + 13)> extents;
   const auto add = [&](int64_t count, auto piece_of) {
     for (int s = 0; s < Strips; ++s) extents.add(piece_of(*strips[s]), count);
   };

@@ -77,7 +77,7 @@ class NarrowStrip {
   // find one by its number.
   struct alignas(128) Passing {
     V audio[Channels], detection[Channels];
-    GainQuad<V, 1, Alone::kWidest> gain;
+    GainQuad<V, 1> gain;
   };
 
   CHANNELSTRIP_INLINE Passing& passing(int32_t q) {
@@ -159,7 +159,7 @@ class NarrowStrip {
   EqCascade<Channels> eq_;
   NarrowDetector<Channels> detector_;
   LinkLanes<Alone> links_;
-  CurveCoefs<Covering<kQuad, Alone::kWidest>> curves_;
+  CurveCoefs<Covering<kQuad>> curves_;
   GroupCoefs<V> groups_;
   GroupState<V> group_state_;
   PairedTerms terms_;

@@ -12,7 +12,7 @@
 static inline struct channelstrip_processor channelstrip_this_processor(void) {
   struct channelstrip_processor is;
   uint32_t last_leaf, eax, ebx, ecx, edx;
-  __cpuid(0, last_leaf, ebx, ecx, edx);
+  __cpuid(0, last_leaf, ebx, is.leaf_0_ecx, edx);
   __cpuid(1, eax, ebx, is.leaf_1_ecx, edx);
   __cpuid(0x80000001, eax, ebx, is.leaf_80000001_ecx, edx);  // every x86-64 processor has it
   is.leaf_7_ebx = is.xcr0 = 0;

@@ -11,7 +11,8 @@
 // operating system doesn't let programs read it.
 struct channelstrip_processor {
   uint32_t leaf_1_ecx, leaf_7_ebx, leaf_80000001_ecx;
-  uint32_t xcr0;  // the registers that the operating system saves
+  uint32_t xcr0;        // the registers that the operating system saves
+  uint32_t leaf_0_ecx;  // the last four letters of the maker's name
 };
 
 enum channelstrip_level {
@@ -62,6 +63,13 @@ static inline int channelstrip_has_avx512(struct channelstrip_processor is) {
                           channelstrip_bit(31);   // AVX512VL
   const uint32_t registers = channelstrip_bit(5) | channelstrip_bit(6) | channelstrip_bit(7);
   return channelstrip_has(is.leaf_7_ebx, leaf_7) && channelstrip_has(is.xcr0, registers);
+}
+
+// Whether a single strip is quicker with the instructions of x86-64-v3, though many side by side
+// are quicker with those of x86-64-v4. Intel's processors join two of their three vector ports for
+// as long as an instruction of 512 bits is around, so that a few of them slow down all others.
+static inline int channelstrip_joins_ports(struct channelstrip_processor is) {
+  return is.leaf_0_ecx == 0x6c65746e;  // "ntel"
 }
 
 static inline enum channelstrip_level channelstrip_level_of(struct channelstrip_processor is) {

@@ -86,10 +86,11 @@ class WideStrip {
   // In one iteration a quad is finished before another one starts in its place.
   static constexpr int kPassing = power_of_two_from(kFinish);
 
-  // A quad on its way through the strip.
-  struct Passing {
+  // A quad on its way through the strip. Its size is a multiple of two cache lines: with 64 bytes
+  // less a call of sixteen mono strips took 0.4 us longer (Zen 5).
+  struct alignas(128) Passing {
     Channel input[kQuad], audio[kQuad], detection[kQuad];
-    GainQuad<Group, Layout::kStride, Layout::kWidest> gain;
+    GainQuad<Group, Layout::kStride> gain;
   };
 
   CHANNELSTRIP_INLINE Passing& passing(int32_t q) {
@@ -164,7 +165,7 @@ class WideStrip {
   EqLanes<Layout, kPassing> eq_;
   KeyLanes<Layout> key_;
   LinkLanes<Layout> links_;
-  CurveCoefs<Covering<4 * Layout::kStride, Layout::kWidest>> curves_;
+  CurveCoefs<Covering<4 * Layout::kStride>> curves_;
   GroupCoefs<Group> groups_;
   GroupState<Group> group_state_;
   Group rate_;  // weight per quad of ranges and makeup

@@ -17,10 +17,6 @@ struct Layout {
   static constexpr int kGroupStride = power_of_two_from(Groups);
   static constexpr int kChannelLanes = Strips * kChannelStride > 4 ? Strips* kChannelStride : 4;
   static constexpr int kGroupLanes = Strips * kGroupStride > 4 ? Strips* kGroupStride : 4;
-  // The widest registers that this layout uses. Some processors join two of their three vector
-  // ports for as long as instructions of 512 bits are around, so that a few of them slow down all
-  // others.
-  static constexpr int kWidest = kChannelLanes == 16 || kLanes < 8 ? kLanes : 8;
   // Floats from one sample's groups to the next sample's in Rows: a single strip's groups are
   // packed without gaps, those of several strips keep their lanes.
   static constexpr int kStride = Strips == 1 ? Groups : kGroupLanes;

@@ -18,7 +18,7 @@ template <int Count>
 struct Used {};
 
 // The narrowest register that holds as many numbers, but of Widest lanes at most.
-template <int Numbers, int Widest>
+template <int Numbers, int Widest = kLanes>
 using Covering = Lanes<(Numbers <= 4       ? 4
                         : Numbers < Widest ? power_of_two_from(Numbers)
                                            : Widest)>;
@@ -59,10 +59,18 @@ class Rows {
   }
 
  private:
-  // A row's load, and a map of the last four rows, end up to a register's width behind the numbers.
-  static constexpr int kBehind = kWidth<V> > Widest ? kWidth<V> : Widest;
-  static constexpr int kRoom = (Count * Stride + 2 * kBehind - 1) / kBehind * kBehind;
-  alignas(4 * Widest) float numbers_[kRoom];
+  // So many numbers and what a map of them writes behind them.
+  template <int Numbers>
+  static constexpr int mapped() {
+    constexpr int kAtOnce = kWidth<Covering<Numbers, Widest>>;
+    return (Numbers + kAtOnce - 1) / kAtOnce * kAtOnce;
+  }
+  static constexpr int greater(int a, int b) { return a > b ? a : b; }
+  // All rows are mapped, or the last four, and the last row is loaded and stored.
+  static constexpr int kRoom =
+      greater((Count - 1) * Stride + kWidth<V>,
+              greater(mapped<Count * Stride>(), (Count - 4) * Stride + mapped<4 * Stride>()));
+  alignas(sizeof(Covering<Count * Stride, Widest>)) float numbers_[kRoom];
 };
 
 // A row is a single float, processed by itself: the scalar strip.

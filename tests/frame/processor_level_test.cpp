@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <cstring>
 
 namespace channelstrip::test::processor_level_test {
 namespace {
@@ -33,7 +34,7 @@ constexpr Feature kOfV4[] = {
 };
 
 channelstrip_processor everything() {
-  return {0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF};
+  return {0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF, 0};
 }
 
 channelstrip_processor without(channelstrip_processor is, const Feature& feature) {
@@ -79,6 +80,17 @@ TEST(ProcessorLevel, IsTheLowestWhereTheOperatingSystemSavesNoRegisters) {
   EXPECT_EQ(channelstrip_level_of(is), CHANNELSTRIP_X86_64);
   is.xcr0 = 0b111;
   EXPECT_EQ(channelstrip_level_of(is), CHANNELSTRIP_X86_64_V3);
+}
+
+TEST(ProcessorLevel, IntelsProcessorsJoinPorts) {
+  const auto made_by = [](const char* name) {
+    channelstrip_processor is = everything();
+    std::memcpy(&is.leaf_0_ecx, name + 8, 4);
+    return is;
+  };
+  EXPECT_TRUE(channelstrip_joins_ports(made_by("GenuineIntel")));
+  EXPECT_FALSE(channelstrip_joins_ports(made_by("AuthenticAMD")));
+  EXPECT_FALSE(channelstrip_joins_ports(made_by("HygonGenuine")));
 }
 
 }  // namespace

@@ -36,10 +36,10 @@ std::map<uintptr_t, std::string> functions_of_the_file() {
   return names;
 }
 
-const char* suffix_of(channelstrip_level level) {
-  switch (level) {
+const char* suffix_of(const channelstrip_processor& processor) {
+  switch (channelstrip_level_of(processor)) {
     case CHANNELSTRIP_X86_64_V4:
-      return "_x86_64_v4";
+      return channelstrip_joins_ports(processor) ? "_x86_64_v4_ranges" : "_x86_64_v4";
     case CHANNELSTRIP_X86_64_V3:
       return "_x86_64_v3";
     default:
@@ -58,8 +58,7 @@ void expect_own_level(const std::string& path, int mode) {
     const auto found =
         functions.find(reinterpret_cast<uintptr_t>(dlsym(library, name.c_str())) - map->l_addr);
     ASSERT_NE(found, functions.end()) << name;
-    EXPECT_EQ(found->second,
-              name + suffix_of(channelstrip_level_of(channelstrip_this_processor())));
+    EXPECT_EQ(found->second, name + suffix_of(channelstrip_this_processor()));
   }
   dlclose(library);
 }

@@ -9,10 +9,11 @@
 namespace {
 
 inline AlgEntry_16_Stem* choose(AlgEntry_16_Stem* x86_64, AlgEntry_16_Stem* x86_64_v3,
-                                AlgEntry_16_Stem* x86_64_v4) {
-  switch (channelstrip_level_of(channelstrip_this_processor())) {
+                                AlgEntry_16_Stem* x86_64_v4, AlgEntry_16_Stem* x86_64_v4_ranges) {
+  const struct channelstrip_processor processor = channelstrip_this_processor();
+  switch (channelstrip_level_of(processor)) {
     case CHANNELSTRIP_X86_64_V4:
-      return x86_64_v4;
+      return channelstrip_joins_ports(processor) ? x86_64_v4_ranges : x86_64_v4;
     case CHANNELSTRIP_X86_64_V3:
       return x86_64_v3;
     default:
@@ -24,10 +25,11 @@ inline AlgEntry_16_Stem* choose(AlgEntry_16_Stem* x86_64, AlgEntry_16_Stem* x86_
 
 #define CHANNELSTRIP_CHOOSE(stem, channels, groups)                                       \
   AlgEntry_16_Stem AlgEntry_16_Stem_##stem##_x86_64, AlgEntry_16_Stem_##stem##_x86_64_v3, \
-      AlgEntry_16_Stem_##stem##_x86_64_v4;                                                \
+      AlgEntry_16_Stem_##stem##_x86_64_v4, AlgEntry_16_Stem_##stem##_x86_64_v4_ranges;    \
   AlgEntry_16_Stem* channelstrip_choose_##stem() {                                        \
     return choose(AlgEntry_16_Stem_##stem##_x86_64, AlgEntry_16_Stem_##stem##_x86_64_v3,  \
-                  AlgEntry_16_Stem_##stem##_x86_64_v4);                                   \
+                  AlgEntry_16_Stem_##stem##_x86_64_v4,                                    \
+                  AlgEntry_16_Stem_##stem##_x86_64_v4_ranges);                            \
   }                                                                                       \
   __attribute__((ifunc("channelstrip_choose_" #stem))) AlgEntry_16_Stem AlgEntry_16_Stem_##stem;
 
