@@ -201,7 +201,7 @@ class EqCascade {
   // The coefficients behind the next step, which the running values take where `moving` is set.
   template <typename W>
   CHANNELSTRIP_INLINE W glided(W coefs, double* running, W targets, IntsOf<W> moving) const {
-    if constexpr (kWidth < W >> kDoubles) {
+    if constexpr (kDoubles < kWidth<W>) {
       return join(
           glided(low_half(coefs), running, low_half(targets), (IntsOf<Quad>)low_half((W)moving)),
           glided(high_half(coefs), running + kDoubles, high_half(targets),
