@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <thread>
 
@@ -68,13 +69,20 @@ TEST(Mailbox, KeepsWhatWasReadUntilTheNextReading) {
 TEST(Mailbox, LosesRepeatsAndTearsNothingBetweenThreads) {
   constexpr std::uint32_t kMessages = 100000;
   Mailbox<Numbers> mailbox;
+  // Halfway the writer waits for a reading, so that it can't be done before the first.
+  std::atomic<bool> has_read = false;
   std::jthread writer([&] {
-    for (std::uint32_t n = 1; n <= kMessages; ++n) mailbox.write(number(n), append);
+    for (std::uint32_t n = 1; n <= kMessages; ++n) {
+      if (n == kMessages / 2) has_read.wait(false);
+      mailbox.write(number(n), append);
+    }
   });
   std::uint32_t last = 0, readings = 0;
   while (last < kMessages) {
     const Numbers* const read = mailbox.read();
     if (!read) continue;
+    has_read = true;
+    has_read.notify_one();
     ASSERT_EQ(read->first, last + 1);
     ASSERT_GE(read->last, read->first);
     ASSERT_TRUE(read->is_whole());
