@@ -7,6 +7,7 @@
 #include "../lanes/layout.h"
 #include "../lanes/transpose.h"
 #include "eq_moves.h"
+#include "eq_pairs.h"
 
 namespace channelstrip {
 
@@ -21,13 +22,13 @@ class CoefLanes {
   static constexpr bool kMayMove = kWidth<V> < 16;
 
   CHANNELSTRIP_INLINE explicit CoefLanes(const SChannelStrip_Alg_Context* const* strips) {
-    load_coefs(coefs_[kRows - 1], [&](int lane) { return dezip_of(strips, lane)->coefs; });
     if constexpr (kMayMove) {
       GlideChange<Lanes<4>> change;
       for (int s = 0; s < Layout::kStrips; ++s) add_next_step(change, *strips[s]);
       moves_ = moved_ = change.any();
       if (moves_) load_glide(strips);
     }
+    if (!moves_) load_coefs(targets_, [&](int lane) { return dezip_of(strips, lane)->coefs; });
   }
 
   CHANNELSTRIP_INLINE bool move() const { return moves_; }
@@ -40,12 +41,12 @@ class CoefLanes {
     } else if (!step<true>(q)) {
       last_step_ = q + kRows - 1;
     }
-    if (q == last_step_) moves_ = false;
+    if (q == last_step_) come_to_rest(q);
   }
 
   // Those of quad q, band by band.
   CHANNELSTRIP_INLINE const float* of_quad(int32_t q) const {
-    return coefs_[static_cast<uint32_t>(moves_ ? q : kRows - 1) % kRows];
+    return moves_ ? coefs_[static_cast<uint32_t>(q) % kRows] : targets_;
   }
   CHANNELSTRIP_INLINE static void load_band(V (&section)[5], const float* coefs, int32_t band) {
     for (int i = 0; i < 5; ++i) {
@@ -53,6 +54,10 @@ class CoefLanes {
       section[i] = kCoefLanes == 1 ? broadcast<V>(*coef) : load<V>(coef);
     }
   }
+
+  // The rows' memory, which nobody else uses while nothing moves: so many floats.
+  static constexpr int kRoomAtRest = kInPairs<Layout> ? History * CHANNELSTRIP_EQ_COEFS : 0;
+  CHANNELSTRIP_INLINE float* room_at_rest() { return coefs_[0]; }
 
   CHANNELSTRIP_INLINE void store(const SChannelStrip_Alg_Context* const* strips) const {
     if (kMayMove && moved_) store_glide(strips);
@@ -62,7 +67,7 @@ class CoefLanes {
   static constexpr int kBandCoefs = CHANNELSTRIP_EQ_COEFS;
   static constexpr int kCoefLanes = Layout::kStrips == 1 ? 1 : kWidth<V>;
   static constexpr int kCoefs = kBandCoefs * kCoefLanes;
-  static constexpr int kRows = 1 + (kMayMove ? History - 1 : 0);
+  static constexpr int kRows = kMayMove ? History : 1;
   static constexpr int kMoving = kMayMove ? kCoefs : 1;
   // Coefficients that glide side by side, and the rates of one coefficient of all lanes or, where
   // coefficients are shared, of one part.
@@ -94,6 +99,12 @@ class CoefLanes {
     return !Watched || change.any();
   }
 
+  CHANNELSTRIP_INLINE void come_to_rest(int32_t q) {
+    const float* const from = coefs_[static_cast<uint32_t>(q) % kRows];
+    for (int i = 0; i < kMoving; ++i) targets_[i] = from[i];
+    moves_ = false;
+  }
+
   CHANNELSTRIP_INLINE static EQ_SDezipCoefs* dezip_of(
       const SChannelStrip_Alg_Context* const* strips, int lane) {
     return strips[Layout::strip_of_channel_lane(lane)]->eqDezipCoefs;
@@ -117,6 +128,7 @@ class CoefLanes {
     const auto strip = [&](int lane) -> const SChannelStrip_Alg_Context& {
       return *strips[Layout::strip_of_channel_lane(lane)];
     };
+    load_coefs(coefs_[kRows - 1], [&](int lane) { return strip(lane).eqDezipCoefs->coefs; });
     load_coefs(targets_, [&](int lane) { return strip(lane).eqTargetCoefs->targetCoefs; });
     for (int lane = 0; lane < kRates; ++lane) rates_[lane] = strip(lane).dynState[0].dezipRate;
     for_each_block([&](int coef, int lane) {
@@ -154,11 +166,11 @@ class CoefLanes {
     }
   }
 
-  bool moves_ = false;                      // if not, the last row of coefs_ serves all quads
-  bool moved_ = false;                      // in this call
-  int32_t last_step_ = INT32_MAX;           // after which every row holds the coefficients at rest
-  alignas(64) float coefs_[kRows][kCoefs];  // row q % kRows is quad q's
-  alignas(64) float targets_[kMoving];
+  bool moves_ = false;
+  bool moved_ = false;                       // in this call
+  int32_t last_step_ = INT32_MAX;            // after which every row holds the coefficients at rest
+  alignas(64) float coefs_[kRows][kMoving];  // row q % kRows is quad q's
+  alignas(64) float targets_[kCoefs];        // while nothing moves, the coefficients themselves
   alignas(64) double smoothed_[kMoving];
   alignas(64) float rates_[kRates];
 };

@@ -17,17 +17,12 @@ class EqLanes {
  public:
   using V = typename Layout::Channel;
 
-  // Whether both passes can run side by side in one register. Strips of five link groups don't:
-  // they would take more than 16 KB of stack.
-  static constexpr bool kPairs = Layout::kStrips == 1 && Layout::kChannels > 2 &&
-                                 Layout::kGroups < 5 && 2 * kWidth<V> <= kLanes;
+  static constexpr bool kPairs = kInPairs<Layout>;
 
   CHANNELSTRIP_INLINE explicit EqLanes(const SChannelStrip_Alg_Context* const* strips)
-      : coefs_(strips) {
-    const EQ_SCoefs& targets = *strips[0]->eqTargetCoefs;
-    for (int pass = 0; pass < 2; ++pass) {
-      passes_[pass] = {targets.firstBand[pass], targets.endBand[pass]};
-    }
+      : passes_{range(*strips[0]->eqTargetCoefs, 0), range(*strips[0]->eqTargetCoefs, 1)},
+        pairs_(passes_),
+        coefs_(strips) {
     for (int band = 0; band < CHANNELSTRIP_EQ_BANDS; band += 4) {
       load_memory(z1_, band, [&](int lane) { return state_of(strips, lane).z1; });
       load_memory(z2_, band, [&](int lane) { return state_of(strips, lane).z2; });
@@ -35,27 +30,45 @@ class EqLanes {
   }
 
   // Glides the coefficients by the step that precedes quad q.
-  CHANNELSTRIP_INLINE void glide_before(int32_t q) { coefs_.glide_before(q); }
+  CHANNELSTRIP_INLINE void glide_before(int32_t q) {
+    coefs_.glide_before(q);
+    if constexpr (kPairs) {
+      if (!has_pair_coefs_ && !coefs_.move()) set_pair_coefs(q);
+    }
+  }
 
   // Runs the pass before (0) or after (1) the dynamics over quad q.
   CHANNELSTRIP_INLINE void run(int pass, int32_t q, V (&samples)[4]) {
-    if constexpr (kPairs) pairs_.give_back(passes_, z1_, z2_);
-    run_bands(passes_[pass], q, samples);
+    const EqRange bands = passes_[pass];
+    const float* const coefs = coefs_.of_quad(q);
+    if constexpr (kPairs) {
+      run_bands<2>({bands.first, bands.first + pairs_.size()}, pass - 2 * bands.first, coefs,
+                   samples);
+      run_alone(bands, coefs, samples);
+    } else {
+      run_bands<1>(bands, 0, coefs, samples);
+    }
   }
 
-  // Runs the pass before the dynamics over quad q and the pass after it over another one: side by
-  // side, or while coefficients move, when each quad has its own, one after the other.
+  // Runs the pass before the dynamics over quad q and the pass after it over another one, side by
+  // side. While coefficients move, each quad has its own.
   CHANNELSTRIP_INLINE void run_both(int32_t q, V (&before)[4], int32_t other, V (&after)[4]) {
     static_assert(kPairs);
+    using Both = typename EqPairs<V, kPairs>::Both;
+    const EqRange passes[] = {passes_[0], passes_[1]};
+    const float *const coefs = coefs_.of_quad(q), *const coefs_after = coefs_.of_quad(other);
     if (coefs_.move()) {
-      run(0, q, before);
-      run(1, other, after);
-      return;
+      const auto coef = [=, &passes](int32_t i) {
+        return pairs_.coef(passes, coefs, coefs_after, i);
+      };
+      pairs_.run(coef, z1_, z2_, before, after);
+    } else {
+      const float* const resting = coefs_.room_at_rest();
+      const auto coef = [=](int32_t i) { return load<Both>(resting + i * kWidth<Both>); };
+      pairs_.run(coef, z1_, z2_, before, after);
     }
-    if (pairs_.size() == 0) pairs_.take(passes_, coefs_.of_quad(q), z1_, z2_);
-    pairs_.run(before, after);
-    run_bands({passes_[0].first + pairs_.size(), passes_[0].end}, q, before);
-    run_bands({passes_[1].first + pairs_.size(), passes_[1].end}, other, after);
+    run_alone(passes[0], coefs, before);
+    run_alone(passes[1], coefs_after, after);
   }
 
   CHANNELSTRIP_INLINE void store(const SChannelStrip_Alg_Context* const* strips) const {
@@ -72,13 +85,39 @@ class EqLanes {
   }
 
  private:
-  CHANNELSTRIP_INLINE void run_bands(EqRange bands, int32_t q, V (&samples)[4]) {
-    const float* const coefs = coefs_.of_quad(q);
+  // Bands whose memory stands Stride places apart: that of band b at Stride b + shift.
+  template <int Stride>
+  CHANNELSTRIP_INLINE void run_bands(EqRange bands, int32_t shift, const float* coefs,
+                                     V (&samples)[4]) {
     for (int32_t band = bands.first; band < bands.end; ++band) {
+      const int32_t place = Stride * band + shift;
       V section[5];
       coefs_.load_band(section, coefs, band);
-      run_section<4>(section, z1_[band], z2_[band], samples);
+      run_section<4>(section, z1_[place], z2_[place], samples);
     }
+  }
+
+  // The bands of a pass that have no partner.
+  CHANNELSTRIP_INLINE void run_alone(EqRange bands, const float* coefs, V (&samples)[4]) {
+    const int32_t paired = pairs_.size();
+    run_bands<1>({bands.first + paired, bands.end}, paired - bands.first, coefs, samples);
+  }
+
+  // While coefficients rest, those of the pairs stand ready side by side.
+  CHANNELSTRIP_INLINE void set_pair_coefs(int32_t q) {
+    using Pairs = EqPairs<V, kPairs>;
+    static_assert(Pairs::kCoefs <= CoefLanes<Layout, History>::kRoomAtRest);
+    const float* const bands = coefs_.of_quad(q);
+    float* const to = coefs_.room_at_rest();
+    for (int32_t i = 0; i < 5 * pairs_.size(); ++i) {
+      channelstrip::store(to + i * kWidth<typename Pairs::Both>,
+                          pairs_.coef(passes_, bands, bands, i));
+    }
+    has_pair_coefs_ = true;
+  }
+
+  CHANNELSTRIP_INLINE static EqRange range(const EQ_SCoefs& coefs, int pass) {
+    return {coefs.firstBand[pass], coefs.endBand[pass]};
   }
 
   CHANNELSTRIP_INLINE static EQ_SState& state_of(const SChannelStrip_Alg_Context* const* strips,
@@ -92,30 +131,36 @@ class EqLanes {
 
   // One delay element of four bands.
   template <typename Of>
-  CHANNELSTRIP_INLINE static void load_memory(V* z, int band, Of of) {
+  CHANNELSTRIP_INLINE void load_memory(V* z, int band, Of of) const {
     V four[4];
     load_columns(four, [&](int lane) { return of(lane) + band; });
-    for (int k = 0; k < 4; ++k) z[band + k] = four[k];
+    for (int k = 0; k < 4; ++k) z[pairs_.place(band + k)] = four[k];
   }
 
   // A band that no pass runs must stay untouched.
   CHANNELSTRIP_INLINE void store_memory(const V* z, int band, float* const* to) const {
+    V four[4];
+    for (int k = 0; k < 4; ++k) four[k] = z[pairs_.place(band + k)];
     if (runs(band) && runs(band + 1) && runs(band + 2) && runs(band + 3)) {
-      store_columns({z[band], z[band + 1], z[band + 2], z[band + 3]}, to, band);
+      store_columns(four, to, band);
       return;
     }
-    for (int k = band; k < band + 4; ++k) {
-      if (!runs(k)) continue;
+    for (int k = 0; k < 4; ++k) {
+      if (!runs(band + k)) continue;
       for (int lane = 0; lane < kWidth<V>; ++lane) {
-        if (to[lane]) to[lane][k] = z[k][lane];
+        if (to[lane]) to[lane][band + k] = four[k][lane];
       }
     }
   }
 
-  CoefLanes<Layout, History> coefs_;
+  static constexpr int kMemoryAlignment = (kPairs ? 2 : 1) * sizeof(V);  // of a pair
+
   EqRange passes_[2];
-  V z1_[CHANNELSTRIP_EQ_BANDS], z2_[CHANNELSTRIP_EQ_BANDS];
   EqPairs<V, kPairs> pairs_;
+  bool has_pair_coefs_ = false;
+  CoefLanes<Layout, History> coefs_;
+  alignas(kMemoryAlignment) V z1_[CHANNELSTRIP_EQ_BANDS];
+  alignas(kMemoryAlignment) V z2_[CHANNELSTRIP_EQ_BANDS];
 };
 
 }  // namespace channelstrip

@@ -148,6 +148,19 @@ TEST_P(GlidesBeside, MayHaveCoefficientsThatWereWrittenAlone) {
   }
 }
 
+// With a rate of 0, the first step sets coefficients that were written alone, and nothing moves on.
+TEST_P(GlidesBeside, MayComeToRestBesideTheirTargets) {
+  const auto wire = [](Rack& rack) {
+    rest_all(rack);
+    for (std::size_t i = 0; i < rack.size(); ++i) {
+      rate(rack, i) = 0.0f;
+      for (float& target : rack.eq[i].targetCoefs) target *= 0.9f;
+      for (float& coef : rack.dezip[i].coefs) coef *= 0.5f;
+    }
+  };
+  EXPECT_EQ(difference_from_model(GetParam(), enough_instances(GetParam()), 400, 1, wire), "");
+}
+
 TEST_P(GlidesBeside, MayHaveZerosOfEitherSign) {
   for (const float of_one : {0.0f, 0.1f}) {
     expect_the_models_with_one([=](Rack& rack, std::size_t i) {
