@@ -54,13 +54,12 @@ class EqLanes {
   // side. While coefficients move, each quad has its own.
   CHANNELSTRIP_INLINE void run_both(int32_t q, V (&before)[4], int32_t other, V (&after)[4]) {
     static_assert(kPairs);
-    using Both = typename EqPairs<V, kPairs>::Both;
+    using Pairs = EqPairs<V, kPairs>;
+    using Both = typename Pairs::Both;
     const EqRange passes[] = {passes_[0], passes_[1]};
     const float *const coefs = coefs_.of_quad(q), *const coefs_after = coefs_.of_quad(other);
     if (coefs_.move()) {
-      const auto coef = [=, &passes](int32_t i) {
-        return pairs_.coef(passes, coefs, coefs_after, i);
-      };
+      const auto coef = [&](int32_t i) { return Pairs::coef(passes, coefs, coefs_after, i); };
       pairs_.run(coef, z1_, z2_, before, after);
     } else {
       const float* const resting = coefs_.room_at_rest();
@@ -111,7 +110,7 @@ class EqLanes {
     float* const to = coefs_.room_at_rest();
     for (int32_t i = 0; i < 5 * pairs_.size(); ++i) {
       channelstrip::store(to + i * kWidth<typename Pairs::Both>,
-                          pairs_.coef(passes_, bands, bands, i));
+                          Pairs::coef(passes_, bands, bands, i));
     }
     has_pair_coefs_ = true;
   }
