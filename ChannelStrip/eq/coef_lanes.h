@@ -67,7 +67,7 @@ class CoefLanes {
   static constexpr int kBandCoefs = CHANNELSTRIP_EQ_COEFS;
   static constexpr int kCoefLanes = Layout::kStrips == 1 ? 1 : kWidth<V>;
   static constexpr int kCoefs = kBandCoefs * kCoefLanes;
-  static constexpr int kRows = kMayMove ? History : 1;
+  static constexpr int kRows = 1 + (kMayMove ? History - 1 : 0);
   static constexpr int kMoving = kMayMove ? kCoefs : 1;
   // Coefficients that glide side by side, and the rates of one coefficient of all lanes or, where
   // coefficients are shared, of one part.
